@@ -1,0 +1,60 @@
+// The one exception of the library: an automation error with number, description and source.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+
+#include "automation/text.h"
+
+namespace vndoc6::automation {
+
+// Error numbers leave the process (COM hosts see 0x800A0000 + number). Never change one.
+enum ErrorNumber : int32_t {
+  kInvalidCall = 5,
+  kOverflow = 6,
+  kOutOfMemory = 7,
+  kSubscriptOutOfRange = 9,
+  kTypeMismatch = 13,
+  kPathFileAccess = 75,
+  kObjectNotSet = 91,
+  kCannotCreateObject = 429,
+  kNotSupported = 438,
+  kNamedArgumentNotFound = 448,
+  kArgumentNotOptional = 449,
+  kWrongArgumentCount = 450,
+  kWrongState = 2198,
+  kReadOnlyProperty = 2199,
+};
+
+class Error : public std::exception {
+ public:
+  // An empty description stands for the number's customary one.
+  explicit Error(int32_t number, Text description = {}, Text source = {});
+
+  int32_t number() const { return number_; }
+  const Text& description() const { return description_; }
+  const Text& source() const { return source_; }
+  const char* what() const noexcept override { return what_.c_str(); }
+
+ private:
+  int32_t number_;
+  Text description_;
+  Text source_;
+  std::string what_;
+};
+
+// A mismatch that names the argument that could not be converted (0 = first).
+class ArgumentError : public Error {
+ public:
+  ArgumentError(int32_t number, int index) : Error(number), index_(index) {}
+  int index() const { return index_; }
+
+ private:
+  int index_;
+};
+
+// The customary description of an error number ("Type mismatch.").
+Text DescribeError(int32_t number);
+
+}  // namespace vndoc6::automation

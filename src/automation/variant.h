@@ -1,0 +1,117 @@
+// Variant: any value that automation can pass, and the conversions between them.
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <variant>
+
+#include "automation/object.h"
+#include "automation/text.h"
+
+namespace vndoc6::automation {
+
+struct Empty {
+  friend bool operator==(Empty, Empty) = default;
+};
+struct Null {
+  friend bool operator==(Null, Null) = default;
+};
+// Fixed-point money, scaled by 10,000.
+struct Currency {
+  int64_t scaled = 0;
+  friend auto operator<=>(const Currency&, const Currency&) = default;
+};
+// Days since 30 December 1899; the fraction is the time of day.
+struct Date {
+  double days = 0;
+  friend auto operator<=>(const Date&, const Date&) = default;
+};
+struct ErrorValue {
+  int32_t scode = 0;
+  friend auto operator<=>(const ErrorValue&, const ErrorValue&) = default;
+};
+// What a caller passes for an optional argument that it leaves out.
+inline constexpr ErrorValue kMissing{static_cast<int32_t>(0x80020004)};
+
+// The kinds of value, in the order of Variant's alternatives.
+enum class ValueKind : uint8_t {
+  kEmpty, kNull, kBoolean, kShort, kLong, kSingle, kDouble, kCurrency, kDate, kText, kObject, kError
+};
+
+class Variant {
+ public:
+  Variant() = default;
+  Variant(Null value) : value_(value) {}
+  Variant(bool value) : value_(value) {}
+  Variant(int16_t value) : value_(value) {}
+  Variant(int32_t value) : value_(value) {}
+  Variant(float value) : value_(value) {}
+  Variant(double value) : value_(value) {}
+  Variant(Currency value) : value_(value) {}
+  Variant(Date value) : value_(value) {}
+  Variant(Text value) : value_(std::move(value)) {}
+  Variant(TextView value) : value_(Text(value)) {}
+  Variant(const char16_t* value) : value_(Text(value)) {}
+  // Null stands for Nothing: an object value that names no object.
+  Variant(Ref<Object> value) : value_(std::move(value)) {}
+  template <class T, class = std::enable_if_t<std::is_base_of_v<Object, T>>>
+  Variant(const Ref<T>& value) : value_(Ref<Object>(value)) {}
+  Variant(ErrorValue value) : value_(value) {}
+  // Any other pointer would silently become a Boolean.
+  template <class T>
+  Variant(T* value) = delete;
+
+  ValueKind kind() const { return static_cast<ValueKind>(value_.index()); }
+  bool IsEmpty() const { return kind() == ValueKind::kEmpty; }
+  bool IsText() const { return kind() == ValueKind::kText; }
+  bool IsObject() const { return kind() == ValueKind::kObject; }
+  bool IsMissing() const { return Is(kMissing); }
+  // True for the kinds that count as a position where a position or a key is expected.
+  bool IsNumber() const;
+
+  // The value when it is exactly of that type; null otherwise.
+  template <class T>
+  const T* If() const {
+    return std::get_if<T>(&value_);
+  }
+
+  // Conversions by the rules of automation: True is -1, reals round half to even, texts are read
+  // as numbers. Raise error 6 on overflow, 13 when the value has no such form.
+  bool ToBoolean() const;
+  int16_t ToShort() const;
+  int32_t ToLong() const;
+  float ToSingle() const;
+  double ToDouble() const;
+  Currency ToCurrency() const;
+  Date ToDate() const;
+  Text ToText() const;
+  // The object, possibly Nothing; error 13 for any other kind.
+  const Ref<Object>& ToObject() const;
+
+  // The name that scripts know the kind by: "String", "Long", ...; of an object its class name,
+  // "Nothing" when there is none.
+  std::string_view TypeName() const;
+
+  friend bool operator==(const Variant&, const Variant&) = default;
+
+ private:
+  bool Is(ErrorValue error) const {
+    const auto* value = If<ErrorValue>();
+    return value != nullptr && *value == error;
+  }
+  std::variant<Empty, Null, bool, int16_t, int32_t, float, double, Currency, Date, Text,
+               Ref<Object>, ErrorValue>
+      value_;
+};
+
+// Numbers as texts, without locale: the shortest form that reads back identically.
+Text NumberText(int32_t value);
+Text NumberText(double value);
+Text NumberText(float value);
+
+// The number that a text begins with, leading blanks skipped; 0 when it begins with none.
+double LeadingNumber(TextView text);
+// A real as a Long, rounding half to even; error 6 outside its range.
+int32_t RoundToLong(double value);
+
+}  // namespace vndoc6::automation
