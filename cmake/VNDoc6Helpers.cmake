@@ -1,0 +1,74 @@
+# Functions that several of the build's files use.
+
+# Sets `result` to the files of src/<folder> that match `pattern`, without the tests.
+function(vndoc6_glob result pattern)
+  set(patterns ${ARGN})
+  list(TRANSFORM patterns REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/src/\\1/${pattern}")
+  file(GLOB files CONFIGURE_DEPENDS ${patterns})
+  list(FILTER files EXCLUDE REGEX "_test\\.(cpp|h)$")
+  set(${result} ${files} PARENT_SCOPE)
+endfunction()
+
+# Sets `result` to the tests that stand beside their classes in src/<folder>.
+function(vndoc6_glob_tests result)
+  set(patterns ${ARGN})
+  list(TRANSFORM patterns REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/src/\\1/*_test.cpp")
+  file(GLOB files CONFIGURE_DEPENDS ${patterns})
+  set(${result} ${files} PARENT_SCOPE)
+endfunction()
+
+# Compiles anew only what changed, also after the build folder was deleted.
+macro(vndoc6_use_ccache)
+  find_program(VNDOC6_CCACHE ccache)
+  if(VNDOC6_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${VNDOC6_CCACHE})
+  endif()
+endmacro()
+
+# Warnings concern only those who work on this project; whoever adds it to a tree of their own
+# keeps their own flags. The presets make warnings errors.
+function(vndoc6_warnings target)
+  if(NOT PROJECT_IS_TOP_LEVEL)
+    return()
+  endif()
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /permissive-)
+  else()
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+                                             -Wno-sign-conversion)
+  endif()
+endfunction()
+
+# ASan brings the leak sanitizer along. Fuzz targets need every file instrumented for coverage.
+function(vndoc6_sanitize target)
+  if(NOT VNDOC6_SANITIZE)
+    return()
+  endif()
+  set(sanitizers address,undefined)
+  if(VNDOC6_FUZZ)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
+  target_compile_options(${target} PRIVATE -fsanitize=${sanitizers} -fno-sanitize-recover=all
+                                           -fno-omit-frame-pointer)
+  target_link_options(${target} PUBLIC -fsanitize=${sanitizers})
+endfunction()
+
+# What all targets of the project have in common.
+function(vndoc6_configure target)
+  set_target_properties(${target} PROPERTIES CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /utf-8)
+  endif()
+  if(VNDOC6_LTO)
+    set_target_properties(${target} PROPERTIES INTERPROCEDURAL_OPTIMIZATION ON)
+  endif()
+  vndoc6_warnings(${target})
+  vndoc6_sanitize(${target})
+endfunction()
+
+# An executable of the project that uses the model.
+function(vndoc6_program name)
+  add_executable(${name} ${ARGN})
+  vndoc6_configure(${name})
+  target_link_libraries(${name} PRIVATE vndoc6)
+endfunction()

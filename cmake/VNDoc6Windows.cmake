@@ -1,0 +1,78 @@
+# The COM door: VNDoc6.dll with its type library, and the tests of the door.
+
+# widl turns the published contract into the type library that the DLL embeds as resource 1.
+# stdole2.tlb and the imported IDL files come from Wine's development files.
+function(vndoc6_type_library result)
+  set(idl ${PROJECT_SOURCE_DIR}/idl/VNDoc6.idl)
+  set(tlb ${PROJECT_BINARY_DIR}/VNDoc6.tlb)
+  file(GLOB wine_libraries /usr/lib/*/wine/x86_64-windows)
+  find_program(VNDOC6_WIDL_PROGRAM NAMES ${VNDOC6_WIDL} widl REQUIRED)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    set(bits --win64)
+  else()
+    set(bits --win32)
+  endif()
+  list(TRANSFORM wine_libraries PREPEND -L)
+  add_custom_command(
+    OUTPUT ${tlb} DEPENDS ${idl}
+    COMMAND ${VNDOC6_WIDL_PROGRAM} ${bits} -t -o ${tlb} -I/usr/include/wine/wine/windows ${wine_libraries} ${idl}
+    COMMENT "Type library ${tlb}" VERBATIM)
+  set(${result} ${tlb} PARENT_SCOPE)
+endfunction()
+
+# The resource script that embeds the type library, which lies in the build folder.
+function(vndoc6_resources target)
+  set(script ${PROJECT_SOURCE_DIR}/src/registration/VNDoc6.rc)
+  if(NOT EXISTS ${script} OR NOT EXISTS ${PROJECT_SOURCE_DIR}/idl/VNDoc6.idl)
+    message(STATUS "No VNDoc6.rc or VNDoc6.idl yet: the DLL has no type library")
+    return()
+  endif()
+  enable_language(RC)
+  vndoc6_type_library(tlb)
+  target_sources(${target} PRIVATE ${script})
+  string(REPLACE "." "," version_numbers ${PROJECT_VERSION},0)
+  set_source_files_properties(
+    ${script} PROPERTIES
+    OBJECT_DEPENDS ${tlb}
+    INCLUDE_DIRECTORIES ${PROJECT_BINARY_DIR}
+    COMPILE_DEFINITIONS "VNDOC6_VERSION=${version_numbers}")
+endfunction()
+
+# The door without its entry points, so that tests can link it.
+function(vndoc6_com_library)
+  vndoc6_glob(sources "*.cpp" windows)
+  if(NOT sources)
+    return()
+  endif()
+  add_library(vndoc6_com STATIC ${sources})
+  vndoc6_configure(vndoc6_com)
+  target_compile_definitions(vndoc6_com PUBLIC UNICODE _UNICODE NOMINMAX)
+  target_link_libraries(vndoc6_com PUBLIC vndoc6 ole32 oleaut32 uuid gdi32 user32 advapi32 shlwapi)
+endfunction()
+
+function(vndoc6_dll)
+  vndoc6_glob(sources "*.cpp" registration)
+  set(exports ${PROJECT_SOURCE_DIR}/src/registration/VNDoc6.def)
+  if(NOT sources OR NOT EXISTS ${exports})
+    message(STATUS "src/registration has no sources or no VNDoc6.def yet: no VNDoc6.dll")
+    return()
+  endif()
+  add_library(vndoc6_dll SHARED ${sources} ${exports})
+  vndoc6_configure(vndoc6_dll)
+  set_target_properties(vndoc6_dll PROPERTIES OUTPUT_NAME VNDoc6 PREFIX "")
+  target_link_libraries(vndoc6_dll PRIVATE $<TARGET_NAME_IF_EXISTS:vndoc6_com> vndoc6)
+  vndoc6_resources(vndoc6_dll)
+endfunction()
+
+# Tests of the door, run under Wine where there is no Windows.
+function(vndoc6_windows_tests)
+  vndoc6_glob_tests(class_tests windows registration)
+  file(GLOB host_tests CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/windows/*.cpp)
+  vndoc6_test_program(vndoc6_com_tests ${class_tests} ${host_tests})
+  if(TARGET vndoc6_com_tests)
+    target_link_libraries(vndoc6_com_tests PRIVATE $<TARGET_NAME_IF_EXISTS:vndoc6_com> ole32 oleaut32 uuid)
+  endif()
+endfunction()
+
+vndoc6_com_library()
+vndoc6_dll()
