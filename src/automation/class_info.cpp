@@ -1,0 +1,184 @@
+#include "automation/class_info.h"
+
+#include <algorithm>
+#include <array>
+#include <cassert>
+
+#include "automation/error.h"
+
+namespace vndoc6::automation {
+namespace {
+
+constexpr size_t kInlineArguments = 8;
+
+// Identifiers run from -4 upwards; this makes them positions.
+constexpr int32_t kLowestId = kNewEnumMember;
+
+char AsciiLowerUnit(char unit) {
+  return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit + ('a' - 'A')) : unit;
+}
+
+// FNV-1a over the lower-case letters; 0 for a name that is not ASCII and so no member's.
+template <class Unit>
+uint32_t HashName(std::basic_string_view<Unit> name) {
+  uint32_t hash = 2166136261u;
+  for (const Unit unit : name) {
+    if (static_cast<char32_t>(unit) >= 0x80) return 0;
+    hash = (hash ^ static_cast<uint8_t>(AsciiLowerUnit(static_cast<char>(unit)))) * 16777619u;
+  }
+  return hash;
+}
+
+// The arguments of one call, one for each parameter, borrowed from the caller where it gave one.
+// Nearly every member has few enough parameters for no allocation.
+class BoundArguments {
+ public:
+  BoundArguments(const MemberInfo& member, const Arguments& given, size_t positional_count)
+      : member_(member) {
+    const size_t count = member.parameters.size();
+    if (positional_count == count && given.named.empty() && NoneMissing(given, count)) {
+      values_ = given.positional.data();
+      return;
+    }
+    Variant* values = inline_.data();
+    if (count > inline_.size()) {
+      overflow_.resize(count);
+      values = overflow_.data();
+    }
+    values_ = values;
+    Bind(given, positional_count, values);
+  }
+  const Variant* values() const { return values_; }
+
+ private:
+  static bool NoneMissing(const Arguments& given, size_t count) {
+    return std::none_of(given.positional.begin(), given.positional.begin() + static_cast<long>(count),
+                        [](const Variant& value) { return value.IsMissing(); });
+  }
+
+  void Bind(const Arguments& given, size_t positional_count, Variant* values) const {
+    const size_t count = member_.parameters.size();
+    for (const NamedArgument& named : given.named) {
+      if (named.parameter < 0 || static_cast<size_t>(named.parameter) >= count) {
+        throw Error(kNamedArgumentNotFound);
+      }
+    }
+    for (size_t i = 0; i < count; ++i) {
+      const Variant* positional = Positional(given, positional_count, i);
+      const bool present = positional != nullptr && !positional->IsMissing();
+      values[i] = present ? *positional : NamedOrDefault(given, static_cast<int32_t>(i));
+    }
+  }
+
+  // The positional argument for parameter `index`, if there is one. A put's new value is the
+  // caller's last argument and the last parameter, whatever index before it was left out.
+  const Variant* Positional(const Arguments& given, size_t count, size_t index) const {
+    const bool put = member_.kind == CallKind::kPut || member_.kind == CallKind::kPutRef;
+    if (put && count > 0) {
+      if (index + 1 == member_.parameters.size()) return &given.positional[count - 1];
+      --count;
+    }
+    return index < count ? &given.positional[index] : nullptr;
+  }
+
+  Variant NamedOrDefault(const Arguments& given, int32_t index) const {
+    for (const NamedArgument& named : given.named) {
+      if (named.parameter == index && !named.value.IsMissing()) return named.value;
+    }
+    const ParameterInfo& parameter = member_.parameters[static_cast<size_t>(index)];
+    if (!parameter.optional) throw ArgumentError(kArgumentNotOptional, index);
+    return parameter.default_value;
+  }
+
+  const MemberInfo& member_;
+  const Variant* values_ = nullptr;
+  std::array<Variant, kInlineArguments> inline_;
+  std::vector<Variant> overflow_;
+};
+
+// Whether surplus arguments may go on to the default member of what the member gives.
+bool MayForwardSurplus(const MemberInfo& member) {
+  const TypeKind kind = member.result.kind;
+  return member.kind == CallKind::kGet &&
+         (kind == TypeKind::kClass || kind == TypeKind::kDispatch || kind == TypeKind::kVariant);
+}
+
+}  // namespace
+
+ClassInfo::ClassInfo(const char* name, const char* help, Guid class_id, Guid interface_id,
+                     Ref<Object> (*create)(), std::vector<MemberInfo> members)
+    : name_(name),
+      help_(help),
+      class_id_(class_id),
+      interface_id_(interface_id),
+      create_(create),
+      members_(std::move(members)) {
+  IndexNames();
+  IndexIds();
+}
+
+void ClassInfo::IndexNames() {
+  size_t size = 8;
+  while (size < members_.size() * 2) size *= 2;
+  name_slots_.assign(size, -1);
+  for (size_t i = 0; i < members_.size(); ++i) {
+    const std::string_view name = members_[i].name;
+    for (size_t slot = HashName(name) & (size - 1);; slot = (slot + 1) & (size - 1)) {
+      if (name_slots_[slot] < 0) {
+        name_slots_[slot] = static_cast<int16_t>(i);
+        break;
+      }
+      if (members_[static_cast<size_t>(name_slots_[slot])].name == name) break;
+    }
+  }
+}
+
+void ClassInfo::IndexIds() {
+  int32_t highest = 0;
+  for (const MemberInfo& member : members_) highest = std::max(highest, member.id);
+  first_by_id_.assign(static_cast<size_t>(highest - kLowestId + 1), -1);
+  next_same_id_.assign(members_.size(), -1);
+  for (size_t i = members_.size(); i-- > 0;) {
+    int16_t& first = first_by_id_[static_cast<size_t>(members_[i].id - kLowestId)];
+    next_same_id_[i] = first;
+    first = static_cast<int16_t>(i);
+  }
+}
+
+int32_t ClassInfo::FindMember(TextView name) const {
+  const size_t mask = name_slots_.size() - 1;
+  for (size_t slot = HashName(name) & mask;; slot = (slot + 1) & mask) {
+    if (name_slots_[slot] < 0) return kNoMember;
+    const MemberInfo& member = members_[static_cast<size_t>(name_slots_[slot])];
+    if (EqualsAsciiFolded(member.name, name)) return member.id;
+  }
+}
+
+const MemberInfo* ClassInfo::Find(int32_t id, CallKind allowed) const {
+  if (id < kLowestId || id - kLowestId >= static_cast<int32_t>(first_by_id_.size())) return nullptr;
+  for (int16_t i = first_by_id_[static_cast<size_t>(id - kLowestId)]; i >= 0;
+       i = next_same_id_[static_cast<size_t>(i)]) {
+    const MemberInfo& member = members_[static_cast<size_t>(i)];
+    if (Allows(allowed, member.kind)) return &member;
+  }
+  return nullptr;
+}
+
+Variant ClassInfo::Invoke(Object& object, int32_t id, CallKind allowed,
+                          const Arguments& arguments) const {
+  const MemberInfo* member = Find(id, allowed);
+  if (member == nullptr) throw Error(kNotSupported);
+  const size_t given = arguments.positional.size();
+  const size_t taken = std::min(given, member->parameters.size());
+  if (given > taken && !MayForwardSurplus(*member)) throw Error(kWrongArgumentCount);
+  const BoundArguments bound(*member, arguments, taken);
+  Variant result;
+  member->thunk(object, bound.values(), result);
+  if (given == taken) return result;
+  const Ref<Object> target = result.ToObject();
+  if (!target) throw Error(kObjectNotSet);
+  return target->InvokeMember(kDefaultMember, CallKind::kGet | CallKind::kCall,
+                              {arguments.positional.subspan(taken), {}});
+}
+
+}  // namespace vndoc6::automation

@@ -1,0 +1,299 @@
+// How a class writes its member table:
+//
+//     const ClassInfo& vnTask::classInfo() {
+//       static const ClassInfo info = describe<vnTask>("vnTask", "One unit of work.", {clsid}, {iid},
+//           get<&vnTask::Document>("Document"), putref<&vnTask::SetDocument>("Document", "poDocument"),
+//           get<&vnTask::Name>("Name"), put<&vnTask::SetName>("Name", "psName"),
+//           method<&vnTask::Load>("Load", "psLoad", optional("psKey", u"")));
+//       return info;
+//     }
+//
+// in slot order. Types come from the C++ signatures; order, names, parameter names and defaults
+// from the table. `Item` gets dispatch identifier 0 and `NewEnum` -4 (hidden); every other name is
+// numbered from 1 in the order of its first row, the same for its get, put and putref. Rows must
+// therefore never be reordered, nor one inserted before others that are published.
+#pragma once
+
+#include <cstring>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "automation/class_info.h"
+#include "automation/enumerator.h"
+#include "automation/error.h"
+#include "automation/font.h"
+#include "automation/picture.h"
+
+namespace vndoc6::automation {
+
+// A published enumeration's table: specialise it for the C++ enumeration.
+template <class E>
+const EnumInfo& DescribeEnum();
+
+namespace detail {
+
+template <class T>
+struct IsRef : std::false_type {};
+template <class T>
+struct IsRef<Ref<T>> : std::true_type {
+  using Pointee = T;
+};
+
+template <class T>
+constexpr TypeInfo ObjectType() {
+  if constexpr (std::is_same_v<T, Object>) {
+    return {TypeKind::kDispatch, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<T, Font>) {
+    return {TypeKind::kFont, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<T, Picture>) {
+    return {TypeKind::kPicture, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<T, Enumerator>) {
+    return {TypeKind::kEnumerator, nullptr, nullptr};
+  } else {
+    return {TypeKind::kClass, &T::classInfo, nullptr};
+  }
+}
+
+// The published type of a C++ type.
+template <class T>
+constexpr TypeInfo TypeOf() {
+  using Plain = std::remove_cvref_t<T>;
+  if constexpr (std::is_pointer_v<Plain>) {
+    return ObjectType<std::remove_pointer_t<Plain>>();
+  } else if constexpr (IsRef<Plain>::value) {
+    return ObjectType<typename IsRef<Plain>::Pointee>();
+  } else if constexpr (std::is_enum_v<Plain>) {
+    return {TypeKind::kEnum, nullptr, &DescribeEnum<Plain>};
+  } else if constexpr (std::is_void_v<Plain>) {
+    return {TypeKind::kVoid, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<Plain, bool>) {
+    return {TypeKind::kBoolean, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<Plain, int16_t>) {
+    return {TypeKind::kShort, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<Plain, int32_t>) {
+    return {TypeKind::kLong, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<Plain, float>) {
+    return {TypeKind::kSingle, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<Plain, double>) {
+    return {TypeKind::kDouble, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<Plain, Currency>) {
+    return {TypeKind::kCurrency, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<Plain, Date>) {
+    return {TypeKind::kDate, nullptr, nullptr};
+  } else if constexpr (std::is_same_v<Plain, Text>) {
+    return {TypeKind::kText, nullptr, nullptr};
+  } else {
+    static_assert(std::is_same_v<Plain, Variant>, "not a type that automation can pass");
+    return {TypeKind::kVariant, nullptr, nullptr};
+  }
+}
+
+// An argument as the member wants it. A text or Variant is borrowed from the caller where it has
+// that form already.
+template <class T>
+class Converted {
+ public:
+  Converted(const Variant& value) : value_(Convert(value)) {}
+  T get() const { return value_; }
+
+ private:
+  static T Convert(const Variant& value) {
+    if constexpr (std::is_pointer_v<T>) {
+      using Pointee = std::remove_pointer_t<T>;
+      if (value.IsEmpty()) return nullptr;
+      Object* object = value.ToObject().get();
+      if (object == nullptr) return nullptr;
+      auto* typed = dynamic_cast<Pointee*>(object);
+      if (typed == nullptr) throw Error(kTypeMismatch);
+      return typed;
+    } else if constexpr (std::is_enum_v<T>) {
+      return static_cast<T>(value.ToLong());
+    } else if constexpr (std::is_same_v<T, bool>) {
+      return value.ToBoolean();
+    } else if constexpr (std::is_same_v<T, int16_t>) {
+      return value.ToShort();
+    } else if constexpr (std::is_same_v<T, int32_t>) {
+      return value.ToLong();
+    } else if constexpr (std::is_same_v<T, float>) {
+      return value.ToSingle();
+    } else if constexpr (std::is_same_v<T, double>) {
+      return value.ToDouble();
+    } else if constexpr (std::is_same_v<T, Currency>) {
+      return value.ToCurrency();
+    } else {
+      static_assert(std::is_same_v<T, Date>, "not a type that automation can pass");
+      return value.ToDate();
+    }
+  }
+  T value_;
+};
+
+template <>
+class Converted<Text> {
+ public:
+  Converted(const Variant& value) : text_(value.If<Text>()) {
+    if (text_ != nullptr) return;
+    converted_ = value.ToText();
+    text_ = &converted_;
+  }
+  Converted(const Converted&) = delete;
+  const Text& get() const { return *text_; }
+
+ private:
+  const Text* text_;
+  Text converted_;
+};
+
+template <>
+class Converted<Variant> {
+ public:
+  Converted(const Variant& value) : value_(value) {}
+  const Variant& get() const { return value_; }
+
+ private:
+  const Variant& value_;
+};
+
+// An argument that names its position when it can't be converted.
+template <class T>
+struct Argument : Converted<std::remove_cvref_t<T>> {
+  Argument(const Variant& value, int index) try : Converted<std::remove_cvref_t<T>>(value) {
+  } catch (const Error& error) {
+    throw ArgumentError(error.number(), index);
+  }
+};
+
+template <class Result>
+Variant ToVariant(Result&& result) {
+  using Plain = std::remove_cvref_t<Result>;
+  if constexpr (std::is_enum_v<Plain>) {
+    return Variant(static_cast<int32_t>(result));
+  } else if constexpr (IsRef<Plain>::value) {
+    return Variant(Ref<Object>(result));
+  } else {
+    return Variant(std::forward<Result>(result));
+  }
+}
+
+template <class Member>
+struct Signature;
+template <class Class, class Result, class... Params>
+struct Signature<Result (Class::*)(Params...)> {
+  static constexpr size_t kCount = sizeof...(Params);
+  static TypeInfo ResultType() { return TypeOf<Result>(); }
+  static std::vector<ParameterInfo> Parameters() { return {ParameterInfo{nullptr, TypeOf<Params>(), false, {}}...}; }
+
+  template <auto kMember>
+  static void Call(Object& object, const Variant* arguments, Variant& result) {
+    CallWith<kMember>(object, arguments, result, std::index_sequence_for<Params...>());
+  }
+
+ private:
+  template <auto kMember, size_t... kIndex>
+  static void CallWith(Object& object, [[maybe_unused]] const Variant* arguments,
+                       [[maybe_unused]] Variant& result, std::index_sequence<kIndex...>) {
+    auto& self = static_cast<Class&>(object);
+    if constexpr (std::is_void_v<Result>) {
+      (self.*kMember)(Argument<Params>(arguments[kIndex], static_cast<int>(kIndex)).get()...);
+    } else {
+      result = ToVariant(
+          (self.*kMember)(Argument<Params>(arguments[kIndex], static_cast<int>(kIndex)).get()...));
+    }
+  }
+};
+template <class Class, class Result, class... Params>
+struct Signature<Result (Class::*)(Params...) const> : Signature<Result (Class::*)(Params...)> {};
+
+inline ParameterInfo NamedParameter(const char* name) { return {name, {}, false, {}}; }
+inline ParameterInfo NamedParameter(ParameterInfo parameter) { return parameter; }
+
+template <auto kMember, class... Names>
+MemberInfo Row(CallKind kind, const char* name, Names... names) {
+  using Shape = Signature<decltype(kMember)>;
+  static_assert(sizeof...(Names) == Shape::kCount, "every parameter needs its published name");
+  MemberInfo row;
+  row.name = name;
+  row.kind = kind;
+  row.result = Shape::ResultType();
+  row.parameters = Shape::Parameters();
+  [[maybe_unused]] size_t index = 0;
+  [[maybe_unused]] const auto name_next = [&](ParameterInfo named) {
+    named.type = row.parameters[index].type;
+    row.parameters[index++] = std::move(named);
+  };
+  (name_next(NamedParameter(names)), ...);
+  row.thunk = &Shape::template Call<kMember>;
+  return row;
+}
+
+// Numbers the rows as the comment at the top says.
+inline void NumberMembers(std::vector<MemberInfo>& rows) {
+  int32_t next = 1;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    MemberInfo& row = rows[i];
+    const std::string_view name = row.name;
+    if (name == "Item") {
+      row.id = kDefaultMember;
+    } else if (name == "NewEnum") {
+      row.id = kNewEnumMember;
+      row.hidden = true;
+    } else {
+      for (size_t j = 0; j < i && row.id == 0; ++j) {
+        if (rows[j].name == name) row.id = rows[j].id;
+      }
+      if (row.id == 0) row.id = next++;
+    }
+  }
+}
+
+template <class T>
+Ref<Object> CreateDefault() {
+  return Ref<Object>(Make<T>());
+}
+
+}  // namespace detail
+
+// A parameter that a caller may leave out.
+inline ParameterInfo optional(const char* name, Variant default_value) {
+  return {name, {}, true, std::move(default_value)};
+}
+
+// The kinds of row. A put's parameter names end with the new value's.
+template <auto kMember, class... Names>
+MemberInfo get(const char* name, Names... names) {
+  return detail::Row<kMember>(CallKind::kGet, name, names...);
+}
+template <auto kMember, class... Names>
+MemberInfo put(const char* name, Names... names) {
+  return detail::Row<kMember>(CallKind::kPut, name, names...);
+}
+template <auto kMember, class... Names>
+MemberInfo putref(const char* name, Names... names) {
+  return detail::Row<kMember>(CallKind::kPutRef, name, names...);
+}
+template <auto kMember, class... Names>
+MemberInfo method(const char* name, Names... names) {
+  return detail::Row<kMember>(CallKind::kCall, name, names...);
+}
+
+// A member that object browsers don't show; callable like any other.
+inline MemberInfo hidden(MemberInfo row) {
+  row.hidden = true;
+  return row;
+}
+// A line of help for object browsers and the reference.
+inline MemberInfo with_help(MemberInfo row, const char* help) {
+  row.help = help;
+  return row;
+}
+
+template <class T>
+ClassInfo describe(const char* name, const char* help, Guid class_id, Guid interface_id,
+                   std::vector<MemberInfo> rows) {
+  detail::NumberMembers(rows);
+  return ClassInfo(name, help, class_id, interface_id, &detail::CreateDefault<T>, std::move(rows));
+}
+
+}  // namespace vndoc6::automation

@@ -1,0 +1,89 @@
+#include "automation/object.h"
+
+#include <utility>
+
+#include "automation/class_info.h"
+#include "automation/error.h"
+#include "automation/variant.h"
+
+namespace vndoc6::automation {
+namespace {
+
+size_t live_count = 0;
+
+}  // namespace
+
+namespace detail {
+
+void ReleaseAnchor(Anchor* anchor) noexcept {
+  if (--anchor->count == 0) {
+    if (anchor->object == nullptr) delete anchor;
+  }
+}
+
+}  // namespace detail
+
+Object::Object() { ++live_count; }
+
+Object::~Object() {
+  --live_count;
+  if (anchor_ == nullptr) return;
+  anchor_->object = nullptr;
+  if (anchor_->count == 0) delete anchor_;
+}
+
+size_t Object::LiveCount() { return live_count; }
+
+detail::Anchor* Object::MakeAnchor() {
+  if (anchor_ == nullptr) anchor_ = new detail::Anchor{this, 0};
+  ++anchor_->count;
+  return anchor_;
+}
+
+void Object::AddRef() {
+  if (++held_ > 1) return;
+  if (Object* parent = parent_.get()) parent->AddRef();
+}
+
+void Object::Release() {
+  if (--held_ > 0) return;
+  // The parent goes last: it may own this object, and this object may be its last holder.
+  Object* parent = parent_.get();
+  DestroyIfUnused();
+  if (parent != nullptr) parent->Release();
+}
+
+void Object::Disown() {
+  --owned_;
+  DestroyIfUnused();
+}
+
+void Object::DestroyIfUnused() {
+  if (held_ == 0 && owned_ == 0) delete this;
+}
+
+void Object::SetParent(Object* parent) {
+  Object* previous = parent_.get();
+  if (parent == previous) return;
+  if (held_ > 0 && parent != nullptr) parent->AddRef();
+  parent_ = parent;
+  if (held_ > 0 && previous != nullptr) previous->Release();
+}
+
+std::string_view Object::TypeName() const {
+  const ClassInfo* info = GetClassInfo();
+  return info != nullptr ? info->name() : std::string_view("Object");
+}
+
+int32_t Object::FindMember(std::u16string_view name) {
+  const ClassInfo* info = GetClassInfo();
+  return info != nullptr ? info->FindMember(name) : kNoMember;
+}
+
+Variant Object::InvokeMember(int32_t id, CallKind kind, const Arguments& arguments) {
+  const ClassInfo* info = GetClassInfo();
+  if (info == nullptr) throw Error(kNotSupported);
+  return info->Invoke(*this, id, kind, arguments);
+}
+
+}  // namespace vndoc6::automation

@@ -1,0 +1,320 @@
+#include "automation/variant.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+#include "automation/error.h"
+
+namespace vndoc6::automation {
+namespace {
+
+constexpr double kCurrencyScale = 10000;
+
+// Half to even, as automation rounds.
+double RoundHalfEven(double value) {
+  const double floor = std::floor(value);
+  const double rest = value - floor;
+  if (rest < 0.5) return floor;
+  if (rest > 0.5) return floor + 1;
+  return std::fmod(floor, 2) == 0 ? floor : floor + 1;
+}
+
+template <class Integer>
+Integer RoundTo(double value) {
+  const double rounded = RoundHalfEven(value);
+  // The upper bound of a 64-bit integer is no double; the next double below it is the limit then.
+  constexpr double kLow = static_cast<double>(std::numeric_limits<Integer>::min());
+  if (!(rounded >= kLow && rounded < -kLow)) throw Error(kOverflow);
+  return static_cast<Integer>(rounded);
+}
+
+bool IsBlank(char16_t unit) { return unit == u' ' || (unit >= u'\t' && unit <= u'\r'); }
+
+// The longest number that `text` begins with; `end` is where it stops, 0 when there is none.
+double ParseLeading(TextView text, size_t& end) {
+  size_t start = 0;
+  while (start < text.size() && IsBlank(text[start])) ++start;
+  const bool plus = start < text.size() && text[start] == u'+';
+  std::string ascii;
+  for (size_t i = start + (plus ? 1 : 0); i < text.size() && text[i] < 0x80; ++i) {
+    const char unit = static_cast<char>(text[i]);
+    // Letters other than the exponent's would make "nan" and "inf" numbers.
+    if (!((unit >= '0' && unit <= '9') || unit == '.' || unit == '-' || unit == '+' ||
+          unit == 'e' || unit == 'E')) {
+      break;
+    }
+    ascii += unit;
+  }
+  double value = 0;
+  const char* const first = ascii.data();
+  const auto result = std::from_chars(first, first + ascii.size(), value);
+  const bool found = result.ptr != first && !(plus && ascii[0] == '-');
+  end = found ? start + (plus ? 1 : 0) + static_cast<size_t>(result.ptr - first) : 0;
+  if (!found) return 0;
+  if (result.ec == std::errc::result_out_of_range) throw Error(kOverflow);
+  return value;
+}
+
+double NumberIn(TextView text) {
+  size_t end = 0;
+  const double value = ParseLeading(text, end);
+  while (end > 0 && end < text.size() && IsBlank(text[end])) ++end;
+  if (end == 0 || end != text.size()) throw Error(kTypeMismatch);
+  return value;
+}
+
+template <class Number>
+Text ShortestText(Number value) {
+  std::array<char, 32> buffer;
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  return Text(buffer.data(), result.ptr);
+}
+
+Text CurrencyText(Currency value) {
+  const bool negative = value.scaled < 0;
+  // Unsigned, so that the lowest value has its magnitude too.
+  const uint64_t magnitude = negative ? 0 - static_cast<uint64_t>(value.scaled)
+                                      : static_cast<uint64_t>(value.scaled);
+  Text text = negative ? u"-" : u"";
+  text += ShortestText(magnitude / 10000);
+  const uint64_t fraction = magnitude % 10000;
+  if (fraction == 0) return text;
+  Text digits = ShortestText(10000 + fraction);
+  while (digits.back() == u'0') digits.pop_back();
+  digits[0] = u'.';
+  return text + digits;
+}
+
+struct CivilDate {
+  int64_t year;
+  unsigned month, day;
+};
+
+// The proleptic Gregorian calendar; days counted from 1 January 1970.
+CivilDate CivilFromDays(int64_t days) {
+  days += 719468;
+  const int64_t era = (days >= 0 ? days : days - 146096) / 146097;
+  const auto day_of_era = static_cast<unsigned>(days - era * 146097);
+  const unsigned year_of_era =
+      (day_of_era - day_of_era / 1460 + day_of_era / 36524 - day_of_era / 146096) / 365;
+  const unsigned day_of_year = day_of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
+  const unsigned shifted_month = (5 * day_of_year + 2) / 153;
+  const unsigned day = day_of_year - (153 * shifted_month + 2) / 5 + 1;
+  const unsigned month = shifted_month < 10 ? shifted_month + 3 : shifted_month - 9;
+  return {static_cast<int64_t>(year_of_era) + era * 400 + (month <= 2 ? 1 : 0), month, day};
+}
+
+int64_t DaysFromCivil(int64_t year, unsigned month, unsigned day) {
+  year -= month <= 2 ? 1 : 0;
+  const int64_t era = (year >= 0 ? year : year - 399) / 400;
+  const auto year_of_era = static_cast<unsigned>(year - era * 400);
+  const unsigned day_of_year = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
+  const unsigned day_of_era = year_of_era * 365 + year_of_era / 4 - year_of_era / 100 + day_of_year;
+  return era * 146097 + static_cast<int64_t>(day_of_era) - 719468;
+}
+
+constexpr int64_t kDaysTo1970 = 25569;  // from 30 December 1899, where automation dates begin
+
+Text TwoDigits(int64_t value) { return (value < 10 ? u"0" : u"") + ShortestText(value); }
+
+// ISO 8601, the one form that no locale changes: "2026-03-01", with a time "2026-03-01 14:30:00".
+Text DateText(Date date) {
+  if (!(std::fabs(date.days) < 1e7)) throw Error(kOverflow);
+  double whole = std::trunc(date.days);
+  // The fraction counts forward from midnight, before 1899 too.
+  int64_t seconds = static_cast<int64_t>(std::llround(std::fabs(date.days - whole) * 86400));
+  if (seconds == 86400) {
+    seconds = 0;
+    whole += 1;
+  }
+  const CivilDate civil = CivilFromDays(static_cast<int64_t>(whole) - kDaysTo1970);
+  Text text = ShortestText(civil.year) + u"-" + TwoDigits(civil.month) + u"-" + TwoDigits(civil.day);
+  if (seconds == 0) return text;
+  return text + u" " + TwoDigits(seconds / 3600) + u":" + TwoDigits(seconds / 60 % 60) + u":" +
+         TwoDigits(seconds % 60);
+}
+
+// Reads the digits of one part of a date and the separator after it.
+bool TakePart(TextView& text, char16_t separator, int64_t limit, int64_t& value) {
+  value = 0;
+  size_t length = 0;
+  while (length < text.size() && text[length] >= u'0' && text[length] <= u'9' && length < 5) {
+    value = value * 10 + (text[length] - u'0');
+    ++length;
+  }
+  if (length == 0 || value > limit) return false;
+  text.remove_prefix(length);
+  if (separator == 0) return true;
+  if (text.empty() || text[0] != separator) return false;
+  text.remove_prefix(1);
+  return true;
+}
+
+// A date in the form that DateText writes, or a number of days.
+Date DateIn(TextView text) {
+  TextView rest = text;
+  int64_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+  const bool has_date = TakePart(rest, u'-', 99999, year) && TakePart(rest, u'-', 12, month) &&
+                        TakePart(rest, 0, 31, day) && month > 0 && day > 0;
+  if (!has_date) return {NumberIn(text)};
+  if (!rest.empty()) {
+    if (rest[0] != u' ' && rest[0] != u'T') throw Error(kTypeMismatch);
+    rest.remove_prefix(1);
+    if (!(TakePart(rest, u':', 23, hour) && TakePart(rest, u':', 59, minute) &&
+          TakePart(rest, 0, 59, second) && rest.empty())) {
+      throw Error(kTypeMismatch);
+    }
+  }
+  const auto days = static_cast<double>(
+      DaysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day)) + kDaysTo1970);
+  const double time = static_cast<double>(hour * 3600 + minute * 60 + second) / 86400;
+  return {days < 0 ? days - time : days + time};
+}
+
+bool BooleanIn(TextView text) {
+  if (EqualsAsciiFolded("true", text)) return true;
+  if (EqualsAsciiFolded("false", text)) return false;
+  return NumberIn(text) != 0;
+}
+
+}  // namespace
+
+Text NumberText(int32_t value) { return ShortestText(value); }
+Text NumberText(double value) { return ShortestText(value); }
+Text NumberText(float value) { return ShortestText(value); }
+
+double LeadingNumber(TextView text) {
+  size_t end = 0;
+  return ParseLeading(text, end);
+}
+
+int32_t RoundToLong(double value) { return RoundTo<int32_t>(value); }
+
+bool Variant::IsNumber() const {
+  switch (kind()) {
+    case ValueKind::kBoolean:
+    case ValueKind::kShort:
+    case ValueKind::kLong:
+    case ValueKind::kSingle:
+    case ValueKind::kDouble:
+    case ValueKind::kCurrency:
+    case ValueKind::kDate:
+      return true;
+    default:
+      return false;
+  }
+}
+
+double Variant::ToDouble() const {
+  switch (kind()) {
+    case ValueKind::kEmpty:
+      return 0;
+    case ValueKind::kBoolean:
+      return *If<bool>() ? -1 : 0;
+    case ValueKind::kShort:
+      return *If<int16_t>();
+    case ValueKind::kLong:
+      return *If<int32_t>();
+    case ValueKind::kSingle:
+      return static_cast<double>(*If<float>());
+    case ValueKind::kDouble:
+      return *If<double>();
+    case ValueKind::kCurrency:
+      return static_cast<double>(If<Currency>()->scaled) / kCurrencyScale;
+    case ValueKind::kDate:
+      return If<Date>()->days;
+    case ValueKind::kText:
+      return NumberIn(*If<Text>());
+    case ValueKind::kNull:
+    case ValueKind::kObject:
+    case ValueKind::kError:
+      break;
+  }
+  throw Error(kTypeMismatch);
+}
+
+bool Variant::ToBoolean() const {
+  if (const auto* value = If<bool>()) return *value;
+  if (const auto* value = If<Text>()) return BooleanIn(*value);
+  return ToDouble() != 0;
+}
+
+int16_t Variant::ToShort() const {
+  if (const auto* value = If<int16_t>()) return *value;
+  return RoundTo<int16_t>(ToDouble());
+}
+
+int32_t Variant::ToLong() const {
+  if (const auto* value = If<int32_t>()) return *value;
+  return RoundTo<int32_t>(ToDouble());
+}
+
+float Variant::ToSingle() const {
+  if (const auto* value = If<float>()) return *value;
+  const double value = ToDouble();
+  if (std::isfinite(value) && std::fabs(value) > static_cast<double>(std::numeric_limits<float>::max())) {
+    throw Error(kOverflow);
+  }
+  return static_cast<float>(value);
+}
+
+Currency Variant::ToCurrency() const {
+  if (const auto* value = If<Currency>()) return *value;
+  return {RoundTo<int64_t>(ToDouble() * kCurrencyScale)};
+}
+
+Date Variant::ToDate() const {
+  if (const auto* value = If<Date>()) return *value;
+  if (const auto* value = If<Text>()) return DateIn(*value);
+  return {ToDouble()};
+}
+
+Text Variant::ToText() const {
+  switch (kind()) {
+    case ValueKind::kEmpty:
+      return {};
+    case ValueKind::kBoolean:
+      return *If<bool>() ? u"True" : u"False";
+    case ValueKind::kShort:
+      return ShortestText(*If<int16_t>());
+    case ValueKind::kLong:
+      return ShortestText(*If<int32_t>());
+    case ValueKind::kSingle:
+      return ShortestText(*If<float>());
+    case ValueKind::kDouble:
+      return ShortestText(*If<double>());
+    case ValueKind::kCurrency:
+      return CurrencyText(*If<Currency>());
+    case ValueKind::kDate:
+      return DateText(*If<Date>());
+    case ValueKind::kText:
+      return *If<Text>();
+    case ValueKind::kNull:
+    case ValueKind::kObject:
+    case ValueKind::kError:
+      break;
+  }
+  throw Error(kTypeMismatch);
+}
+
+const Ref<Object>& Variant::ToObject() const {
+  const auto* value = If<Ref<Object>>();
+  if (value == nullptr) throw Error(kTypeMismatch);
+  return *value;
+}
+
+std::string_view Variant::TypeName() const {
+  static constexpr std::string_view kNames[] = {"Empty",  "Null",     "Boolean", "Integer",
+                                                "Long",   "Single",   "Double",  "Currency",
+                                                "Date",   "String",   "Nothing", "Error"};
+  if (const auto* object = If<Ref<Object>>(); object != nullptr && *object) {
+    return (*object)->TypeName();
+  }
+  return kNames[static_cast<size_t>(kind())];
+}
+
+}  // namespace vndoc6::automation
