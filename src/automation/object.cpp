@@ -42,13 +42,14 @@ detail::Anchor* Object::MakeAnchor() {
 
 void Object::AddRef() {
   if (++held_ > 1) return;
-  if (Object* parent = parent_.get()) parent->AddRef();
+  parent_ = FindParent();
+  if (parent_ != nullptr) parent_->AddRef();
 }
 
 void Object::Release() {
   if (--held_ > 0) return;
   // The parent goes last: it may own this object, and this object may be its last holder.
-  Object* parent = parent_.get();
+  Object* parent = std::exchange(parent_, nullptr);
   DestroyIfUnused();
   if (parent != nullptr) parent->Release();
 }
@@ -62,12 +63,13 @@ void Object::DestroyIfUnused() {
   if (held_ == 0 && owned_ == 0) delete this;
 }
 
-void Object::SetParent(Object* parent) {
-  Object* previous = parent_.get();
-  if (parent == previous) return;
-  if (held_ > 0 && parent != nullptr) parent->AddRef();
-  parent_ = parent;
-  if (held_ > 0 && previous != nullptr) previous->Release();
+void Object::ParentChanged() {
+  if (held_ == 0) return;
+  Object* const parent = FindParent();
+  if (parent == parent_) return;
+  if (parent != nullptr) parent->AddRef();
+  Object* const previous = std::exchange(parent_, parent);
+  if (previous != nullptr) previous->Release();
 }
 
 std::string_view Object::TypeName() const {

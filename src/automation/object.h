@@ -87,9 +87,10 @@ class Object {
   Object();
   virtual ~Object();
 
-  // Makes `parent` what this object holds while it is held from outside; null for none.
-  void SetParent(Object* parent);
-  Object* Parent() const { return parent_.get(); }
+  // What this object holds while it is held from outside: its owner, or else its document; null
+  // for none. A class calls ParentChanged after whatever changes the answer.
+  virtual Object* FindParent() const { return nullptr; }
+  void ParentChanged();
 
  private:
   template <class T>
@@ -100,7 +101,7 @@ class Object {
   uint32_t held_ = 0;
   uint32_t owned_ = 0;
   detail::Anchor* anchor_ = nullptr;
-  Weak<Object> parent_;
+  Object* parent_ = nullptr;  // as long as it is held
 };
 
 template <class T>

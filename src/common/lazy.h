@@ -1,0 +1,57 @@
+// Lazy<T>: an object that is kept as text until somebody reads it.
+#pragma once
+
+#include <utility>
+
+#include "common/bag_writer.h"
+#include "common/kept_text.h"
+
+namespace vndoc6::common {
+
+// Either a kept text, or the object built from it. Only Get leaves the first state, Reset and Drop
+// come back to it. T is held by Owned, so a host's reference outlives a Reset.
+template <class T>
+class Lazy {
+ public:
+  // The object, built by `build(text)` on the first read; `build` returns a Ref<T>. The object is
+  // in its place before anything is loaded into it when `build` calls Set first.
+  template <class Build>
+  T& Get(Build&& build) {
+    if (!object_) {
+      // What is being built keeps itself alive: building may run a host's code.
+      const automation::Ref<T> built = std::forward<Build>(build)(text_);
+      object_ = automation::Owned<T>(built.get());
+      text_ = {};
+    }
+    return *object_;
+  }
+  T* built() const { return object_.get(); }
+  const KeptText& text() const { return text_; }
+
+  // Replaces what there is by an object; null goes back to an empty text.
+  void Set(T* object) {
+    object_ = automation::Owned<T>(object);
+    text_ = {};
+  }
+  // Drops the object, if any, and keeps this text instead.
+  void Reset(KeptText text) {
+    text_ = std::move(text);
+    object_ = nullptr;
+  }
+
+  // Writes the built object's text, by `write(object, writer)`, or the kept one.
+  template <class Write>
+  void Save(BagWriter& writer, std::string_view key, Write&& write) const {
+    if (object_) {
+      writer.AddNested(key, [&](BagWriter& nested) { write(*object_, nested); });
+    } else {
+      writer.Add(key, text_);
+    }
+  }
+
+ private:
+  KeptText text_;
+  automation::Owned<T> object_;
+};
+
+}  // namespace vndoc6::common
