@@ -1,0 +1,163 @@
+// KeyedStore: the ordered, 1-based, case-insensitively keyed store behind every collection class.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <utility>
+#include <vector>
+
+#include "automation/error.h"
+#include "automation/object.h"
+#include "automation/text.h"
+#include "automation/variant.h"
+
+namespace vndoc6 {
+
+// Members stay under the key they were added with, whatever their own key becomes later. Finding by
+// position or key, appending and removing the last one are constant time; removing another one
+// moves those behind it.
+template <class T>
+class KeyedStore {
+ public:
+  size_t size() const { return entries_.size(); }
+  bool empty() const { return entries_.empty(); }
+  // 0-based.
+  T& operator[](size_t index) const { return *entries_[index].member; }
+
+  // False, and nothing changed, when the key is taken.
+  bool Add(TextView key, T& member) {
+    Text folded = automation::FoldCase(key);
+    if (FindFolded(folded) != kNone) return false;
+    entries_.push_back({automation::Owned<T>(&member), std::move(folded)});
+    try {
+      IndexLast();
+    } catch (...) {
+      entries_.pop_back();
+      throw;
+    }
+    return true;
+  }
+
+  T* Find(TextView key) const {
+    const size_t index = FindFolded(automation::FoldCase(key));
+    return index != kNone ? entries_[index].member.get() : nullptr;
+  }
+  // A number is a 1-based position, a text a key; null for anything that names no member.
+  T* Find(const automation::Variant& position_or_key) const {
+    const size_t index = IndexOf(position_or_key);
+    return index != kNone ? entries_[index].member.get() : nullptr;
+  }
+
+  // Takes out what Find would give, and gives it back; null when there is none.
+  automation::Ref<T> Remove(const automation::Variant& position_or_key) {
+    const size_t index = IndexOf(position_or_key);
+    return index != kNone ? RemoveAt(index) : nullptr;
+  }
+  automation::Ref<T> Remove(TextView key) {
+    const size_t index = FindFolded(automation::FoldCase(key));
+    return index != kNone ? RemoveAt(index) : nullptr;
+  }
+  void Clear() {
+    slots_.clear();
+    // Members go when the store is empty already: what they let go of may look into it.
+    const std::vector<Entry> entries = std::exchange(entries_, {});
+  }
+
+  // The members there are now, safe against changes while they are visited.
+  std::vector<automation::Ref<automation::Object>> Snapshot() const {
+    std::vector<automation::Ref<automation::Object>> members;
+    members.reserve(entries_.size());
+    for (const Entry& entry : entries_) members.emplace_back(entry.member.get());
+    return members;
+  }
+
+ private:
+  struct Entry {
+    automation::Owned<T> member;
+    Text key;  // folded
+  };
+  static constexpr size_t kNone = static_cast<size_t>(-1);
+  // Up to here a look at every key is quicker than an index.
+  static constexpr size_t kUnindexed = 8;
+
+  size_t IndexOf(const automation::Variant& position_or_key) const {
+    if (const auto* key = position_or_key.If<Text>()) return FindFolded(automation::FoldCase(*key));
+    if (!position_or_key.IsNumber()) return kNone;
+    const double position = position_or_key.ToDouble();
+    // A position that no collection can have; the rounding below stays in range.
+    if (!(position >= 0.5 && position <= 2147483647.0)) return kNone;
+    const auto index = static_cast<size_t>(position_or_key.ToLong()) - 1;
+    return index < entries_.size() ? index : kNone;
+  }
+
+  size_t FindFolded(TextView folded) const {
+    if (slots_.empty()) {
+      for (size_t i = 0; i < entries_.size(); ++i) {
+        if (entries_[i].key == folded) return i;
+      }
+      return kNone;
+    }
+    for (size_t slot = FirstSlot(folded);; slot = NextSlot(slot)) {
+      if (slots_[slot] == 0) return kNone;
+      const size_t index = slots_[slot] - 1;
+      if (entries_[index].key == folded) return index;
+    }
+  }
+
+  automation::Ref<T> RemoveAt(size_t index) {
+    automation::Ref<T> removed(entries_[index].member.get());
+    const bool last = index + 1 == entries_.size();
+    if (last && !slots_.empty()) Unindex(SlotOf(index));
+    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
+    if (!last && !slots_.empty()) Reindex(slots_.size());
+    return removed;
+  }
+
+  // The index is open addressing; a slot holds a position plus 1, or 0 when it is free.
+  size_t FirstSlot(TextView folded) const {
+    return std::hash<TextView>()(folded) & (slots_.size() - 1);
+  }
+  size_t NextSlot(size_t slot) const { return (slot + 1) & (slots_.size() - 1); }
+  size_t SlotOf(size_t index) const {
+    size_t slot = FirstSlot(entries_[index].key);
+    while (slots_[slot] != index + 1) slot = NextSlot(slot);
+    return slot;
+  }
+
+  void IndexLast() {
+    if (entries_.size() <= kUnindexed) return;
+    if (slots_.empty() || entries_.size() * 4 > slots_.size() * 3) {
+      Reindex(std::max<size_t>(slots_.size() * 2, 32));
+      return;
+    }
+    Index(entries_.size() - 1);
+  }
+  void Index(size_t index) {
+    size_t slot = FirstSlot(entries_[index].key);
+    while (slots_[slot] != 0) slot = NextSlot(slot);
+    slots_[slot] = static_cast<uint32_t>(index + 1);
+  }
+  void Reindex(size_t slot_count) {
+    slots_ = std::vector<uint32_t>(slot_count, 0);
+    for (size_t i = 0; i < entries_.size(); ++i) Index(i);
+  }
+  // Frees a slot and moves up those that had stepped over it.
+  void Unindex(size_t slot) {
+    size_t hole = slot;
+    for (size_t next = NextSlot(hole); slots_[next] != 0; next = NextSlot(next)) {
+      const size_t home = FirstSlot(entries_[slots_[next] - 1].key);
+      const size_t mask = slots_.size() - 1;
+      if (((next - home) & mask) >= ((next - hole) & mask)) {
+        slots_[hole] = slots_[next];
+        hole = next;
+      }
+    }
+    slots_[hole] = 0;
+  }
+
+  std::vector<Entry> entries_;
+  std::vector<uint32_t> slots_;
+};
+
+}  // namespace vndoc6

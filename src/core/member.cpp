@@ -1,0 +1,20 @@
+#include "core/member.h"
+
+#include "core/document.h"
+
+namespace vndoc6 {
+
+automation::Ref<vnDocument> Member::Document() const { return document_.get(); }
+
+void Member::InternalSetDocument(vnDocument* document) {
+  document_ = document;
+  ParentChanged();
+}
+
+automation::Object* Member::FindParent() const { return document_.get(); }
+
+automation::Object* Member::OwnerOrDocument(automation::Object* owner) const {
+  return owner != nullptr ? owner : document_.get();
+}
+
+}  // namespace vndoc6
