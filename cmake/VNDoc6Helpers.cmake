@@ -1,20 +1,32 @@
 # Functions that several of the build's files use.
 
-# Sets `result` to the files of src/<folder> that match `pattern`, without the tests.
+# Sets `result` to the files that match `pattern` in the given folders of src, tests included.
 function(vndoc6_glob result pattern)
   set(patterns ${ARGN})
   list(TRANSFORM patterns REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/src/\\1/${pattern}")
   file(GLOB files CONFIGURE_DEPENDS ${patterns})
-  list(FILTER files EXCLUDE REGEX "_test\\.(cpp|h)$")
   set(${result} ${files} PARENT_SCOPE)
 endfunction()
 
-# Sets `result` to the tests that stand beside their classes in src/<folder>.
-function(vndoc6_glob_tests result)
-  set(patterns ${ARGN})
-  list(TRANSFORM patterns REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/src/\\1/*_test.cpp")
-  file(GLOB files CONFIGURE_DEPENDS ${patterns})
+# The same in every folder that does not belong to one platform.
+function(vndoc6_model_files result pattern)
+  vndoc6_glob(files ${pattern} "*")
+  list(FILTER files EXCLUDE REGEX "/src/(windows|registration)/")
   set(${result} ${files} PARENT_SCOPE)
+endfunction()
+
+# clang-tidy takes part in the compilation, so it looks at what changed and at nothing else. The
+# target `lint` compiles everything that it looks at.
+function(vndoc6_lint target)
+  if(NOT VNDOC6_TIDY)
+    return()
+  endif()
+  find_program(VNDOC6_CLANG_TIDY clang-tidy REQUIRED)
+  set_target_properties(${target} PROPERTIES CXX_CLANG_TIDY "${VNDOC6_CLANG_TIDY};--quiet")
+  if(NOT TARGET lint)
+    add_custom_target(lint)
+  endif()
+  add_dependencies(lint ${target})
 endfunction()
 
 # Compiles anew only what changed, also after the build folder was deleted.
