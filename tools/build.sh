@@ -1,0 +1,39 @@
+# Builds by preset. Configuring again is quick and notices what was installed since.
+
+# build PRESET [TARGET...]: everything, or just the targets.
+build() {
+  local preset=$1 target_options=()
+  shift
+  if [[ $# -gt 0 ]]; then target_options=(--target "$@"); fi
+  if ! cmake --preset "$preset" --log-level=WARNING >build/configure.log 2>&1; then
+    cat build/configure.log
+    return 1
+  fi
+  cmake --build --preset "$preset" --parallel "$(nproc)" "${target_options[@]}"
+}
+
+build_dlls() {
+  require src/registration/VNDoc6.def "src/registration has no VNDoc6.def yet: no VNDoc6.dll" &&
+    build win64 vndoc6_dll && build win32 vndoc6_dll
+}
+
+# The formatted sources, separated by NUL.
+source_files() {
+  find src idl hosts tests bench fuzz \( -name '*.h' -o -name '*.cpp' \) -print0
+}
+
+demo_native() {
+  require "hosts/demo/*.cpp" "hosts/demo has no C++ host yet" || return 1
+  build release vndoc6_demo >build/demo-build.log 2>&1 || { cat build/demo-build.log; return 1; }
+  mkdir -p build/demo && build/native/vndoc6_demo build/demo
+}
+
+# The same documents read by a script, through the registered DLL.
+demo_script() {
+  require hosts/demo/demo.vbs "hosts/demo has no demo.vbs yet" || return 1
+  build win64 vndoc6_dll >build/demo-build.log 2>&1 || { cat build/demo-build.log; return 1; }
+  wine_start && wine_register || return 1
+  local arguments=() file
+  for file in build/demo/*; do arguments+=("$(windows_path "$file")"); done
+  wine_run cscript //nologo "$(windows_path hosts/demo/demo.vbs)" "${arguments[@]}"
+}

@@ -1,0 +1,111 @@
+# `./dev test`: every test and every check of the sources.
+
+run_tests() {
+  mkdir -p build/logs
+  setup build test lint bench || exit 1
+  test_sources
+  test_gcc
+  test_clang
+  test_sanitizers
+  test_windows
+  summary
+}
+
+test_sources() {
+  check "format" check_format
+}
+
+check_format() {
+  source_files | xargs -0 -r clang-format --dry-run -Werror
+}
+
+# The programs under build/native, and whoever uses the installed library.
+test_gcc() {
+  check "GCC build" build release || return
+  check_cases "native tests" build/native/vndoc6_tests
+  check "demo" demo_native
+  check "consumer of the package" check_consumer_package
+  check "consumer with the sources" check_consumer_sources
+  check "README: C++ example" check_readme_cpp
+}
+
+install_package() {
+  rm -rf build/stage
+  cmake --install build/native --prefix build/stage
+}
+
+# build_consumer NAME OPTION...: builds tests/consumer outside the tree and runs it.
+build_consumer() {
+  local folder
+  folder=$(mktemp -d) || return 1
+  cp -r tests/consumer "$folder/source" &&
+    cmake -G Ninja -S "$folder/source" -B "$folder/build" \
+      -DCMAKE_CXX_COMPILER_LAUNCHER=ccache "$@" &&
+    cmake --build "$folder/build" && (cd "$folder" && build/consumer)
+  local status=$?
+  rm -rf "$folder"
+  return $status
+}
+
+check_consumer_package() {
+  install_package && build_consumer -DCMAKE_PREFIX_PATH="$PWD/build/stage"
+}
+
+check_consumer_sources() {
+  build_consumer -DVNDOC6_SOURCES="$PWD"
+}
+
+# readme_example LANGUAGE FILE: the README's code block after the line <!-- example: LANGUAGE -->.
+readme_example() {
+  mkdir -p build/readme
+  awk -v marker="<!-- example: $1 -->" '
+    $0 == marker { armed = 1; next }
+    armed && /^```/ { if (inside) exit; inside = 1; next }
+    inside' README.md >"$2"
+  if [[ ! -s $2 ]]; then
+    echo "README.md has no '<!-- example: $1 -->' followed by a code block"
+    return 1
+  fi
+}
+
+check_readme_cpp() {
+  readme_example cpp build/readme/example.cpp && install_package &&
+    build_consumer -DCMAKE_PREFIX_PATH="$PWD/build/stage" -DMAIN="$PWD/build/readme/example.cpp"
+}
+
+check_readme_script() {
+  readme_example vbs build/readme/example.vbs && wine_start && wine_register &&
+    (cd build/readme && wine_run cscript //nologo example.vbs)
+}
+
+# A second compiler, clang-tidy on what changed, and every header alone.
+test_clang() {
+  check "Clang build and clang-tidy" build clang lint || return
+  check "headers compile alone" build clang all_verify_interface_header_sets
+}
+
+test_sanitizers() {
+  local program
+  check "sanitizers build" build sanitizers || return
+  check_cases "native tests under sanitizers" build/sanitizers/vndoc6_tests
+  for program in fuzz/*_fuzz.cpp; do
+    if [[ ! -e $program ]]; then break; fi
+    program=$(basename "$program" .cpp)
+    check "fuzz ${program%_fuzz}" ctest --test-dir build/sanitizers -R "^$program\$" --output-on-failure
+  done
+}
+
+test_windows() {
+  windows_half test_under_wine || failed=$((failed + 1))
+}
+
+test_under_wine() {
+  check "32-bit build" build win32
+  check "64-bit build" build win64 || return 0
+  check "Wine prefix" wine_start || return 0
+  check_cases "tests under Wine" wine_run build/win64/vndoc6_com_tests.exe
+  check "demo: script" demo_script
+  check "README: script example" check_readme_script
+  wine_stop
+  return 0
+}

@@ -1,0 +1,67 @@
+# Runs Windows programs under Wine, headless, in a prefix of our own that leaves no trace elsewhere.
+
+export WINEPREFIX="$PWD/build/wine-prefix"
+export WINEDEBUG=-all
+# Without these, Wine asks to install add-ons and writes menus into the user's home folder.
+export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
+
+# Prints the first of the programs that exists; Debian's wine64 is not on the path.
+find_program() {
+  local name
+  for name in "$@"; do
+    command -v "$name" && return 0
+  done
+  return 1
+}
+
+wine_run() {
+  "$(find_program wine64 /usr/lib/wine/wine64 wine)" "$@"
+}
+
+wine_stop() {
+  "$(find_program wineserver /usr/lib/wine/wineserver)" -k 2>/dev/null
+  return 0
+}
+
+windows_path() {
+  local path
+  path=$(realpath -m "$1")
+  echo "Z:${path//\//\\}"
+}
+
+# Makes the prefix, unless the last run's is complete and of this Wine. StdFont reports the font
+# that it could realise, so Tahoma has to be there.
+wine_start() {
+  local version fonts="$WINEPREFIX/drive_c/windows/Fonts"
+  version=$(wine_run --version) || return 1
+  trap wine_stop EXIT
+  if [[ $(cat "$WINEPREFIX/ready" 2>/dev/null) == "$version" ]]; then return 0; fi
+  rm -rf "$WINEPREFIX"
+  mkdir -p "$WINEPREFIX"
+  wine_run wineboot --init >build/logs/wine-prefix.log 2>&1 || return 1
+  mkdir -p "$fonts"
+  find /usr/share/wine/fonts /usr/share/fonts -iname 'tahoma*.ttf' -exec cp -t "$fonts" {} + 2>/dev/null
+  if ! compgen -G "$fonts/[Tt]ahoma.ttf" >/dev/null; then
+    echo "dev: found no Tahoma font for Wine (package fonts-wine)" >&2
+    return 1
+  fi
+  echo "$version" >"$WINEPREFIX/ready"
+}
+
+wine_register() {
+  wine_run regsvr32 /s "$(windows_path build/win64/VNDoc6.dll)" || {
+    echo "dev: regsvr32 could not register build/win64/VNDoc6.dll" >&2
+    return 1
+  }
+}
+
+# windows_half COMMAND...: runs it when MinGW and Wine are there. Without them says so, which is a
+# failure in CI only.
+windows_half() {
+  if setup windows && wine_run --version >/dev/null 2>&1; then
+    "$@"
+    return
+  fi
+  echo "Skipped what needs MinGW and Wine: $*"
+  [[ ${CI:-} != true ]]
+}
