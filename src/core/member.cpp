@@ -11,6 +11,8 @@ void Member::InternalSetDocument(vnDocument* document) {
   ParentChanged();
 }
 
+vnDocument* Member::InternalDocument() const { return document_.get(); }
+
 automation::Object* Member::FindParent() const { return document_.get(); }
 
 automation::Object* Member::OwnerOrDocument(automation::Object* owner) const {

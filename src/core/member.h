@@ -15,7 +15,7 @@ class Member : public automation::Object {
 
   // --- Inside the library; hosts have no use for these. ---
   virtual void InternalSetDocument(vnDocument* document);
-  vnDocument* InternalDocument() const { return document_.get(); }
+  vnDocument* InternalDocument() const;
 
  protected:
   automation::Object* FindParent() const override;

@@ -1,0 +1,67 @@
+// What every collection class shares: the published look-ups, and the collection's saved text.
+#pragma once
+
+#include <string>
+
+#include "automation/enumerator.h"
+#include "collections/keyed_store.h"
+#include "common/bag_reader.h"
+#include "common/bag_writer.h"
+#include "common/utility.h"
+#include "core/member.h"
+
+namespace vndoc6 {
+
+// A collection class derives from this and adds its own Add and Remove, whose events differ.
+template <class T>
+class Collection : public Member {
+ public:
+  // The member at a 1-based position (a number) or under a key (a text, in any letter case);
+  // Nothing when there is none.
+  automation::Ref<T> Item(const automation::Variant& pvIndexKey) const {
+    return automation::Ref<T>(store_.Find(pvIndexKey));
+  }
+  int32_t Count() const { return static_cast<int32_t>(store_.size()); }
+  // Walks the members there are now, in order.
+  automation::Ref<automation::Enumerator> NewEnum() const {
+    return automation::Make<automation::Enumerator>(store_.Snapshot());
+  }
+  // Raises nothing; the members keep their back-references.
+  void RemoveAll() { store_.Clear(); }
+
+  // --- Inside the library; hosts have no use for these. ---
+  const KeyedStore<T>& InternalStore() const { return store_; }
+
+ protected:
+  // The saved text under "<prefix><position>"; an empty collection writes nothing.
+  void WriteByPosition(common::BagWriter& writer, std::string_view prefix) {
+    std::string key;
+    for (size_t i = 0; i < store_.size(); ++i) {
+      key.assign(prefix).append(std::to_string(i + 1));
+      writer.AddNested(key, [&](common::BagWriter& nested) { store_[i].InternalWrite(nested); });
+    }
+  }
+  // The saved text under "<prefix><key>".
+  void WriteByKey(common::BagWriter& writer, char16_t prefix) {
+    for (size_t i = 0; i < store_.size(); ++i) {
+      writer.AddNestedUnder(prefix + store_[i].Key(), [&](common::BagWriter& nested) {
+        store_[i].InternalWrite(nested);
+      });
+    }
+  }
+  // Calls `add(member)` for a new member loaded from each entry, in order. Entry keys say nothing.
+  template <class Add>
+  static void ReadMembers(const common::KeptText& text, Add&& add) {
+    common::BagScanner scanner(text);
+    common::BagEntry entry;
+    while (scanner.Next(entry)) {
+      const automation::Ref<T> member = automation::Make<T>();
+      member->InternalLoad(scanner.TextOf(entry), Text());
+      add(member.get());
+    }
+  }
+
+  KeyedStore<T> store_;
+};
+
+}  // namespace vndoc6

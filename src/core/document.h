@@ -1,0 +1,267 @@
+// vnDocument: one procedure, the root of everything in it, and the only object that raises events.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "automation/event_info.h"
+#include "automation/listeners.h"
+#include "automation/object.h"
+#include "common/kept_text.h"
+#include "common/lazy.h"
+#include "core/document_events.h"
+#include "core/document_kind.h"
+
+namespace vndoc6 {
+
+namespace common {
+class BagReader;
+}
+
+class Properties;
+class vnChart;
+class vnContainers;
+class vnDetails;
+class vnFiles;
+class vnJumps;
+class vnLinks;
+class vnRevisions;
+class vnSteps;
+class vnTitles;
+
+class vnDocument : public automation::Object, public automation::EventSource {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  vnDocument();
+  ~vnDocument() override;
+
+  // Tells the listeners LinkChange, unless ChangeEvents is off. Links report nothing themselves:
+  // their hosts do, with this.
+  void RaiseLinkChange(vnLink* poLink, int32_t plDetailID);
+
+  // The document's parts. Each is one object for the document's life, except that a load gives it
+  // a new chart, revision history and attachments.
+  automation::Ref<vnChart> Chart();
+  automation::Ref<vnSteps> Steps() const;
+  automation::Ref<vnDetails> Details() const;
+  automation::Ref<vnRevisions> RevisionHistory();
+  automation::Ref<Properties> GetProperties() const;
+  void SetProperties(Properties* poProperties);
+  automation::Ref<vnTitles> Titles() const;
+  // The containers collection, in a Variant.
+  automation::Variant Containers();
+  automation::Ref<vnLinks> Links();
+  // Every file and jump that was added to any step.
+  automation::Ref<vnFiles> Files();
+  automation::Ref<vnJumps> Jumps();
+  automation::Ref<Properties> Attachments();
+  void SetAttachments(Properties* poAttachments);
+
+  // Empty until the document was loaded or saved.
+  const Text& FileName() const { return file_name_; }
+  // A Long; 0 until a load.
+  automation::Variant FileVersion() const { return automation::Variant(file_version_); }
+  EnumVantrelDocumentType DocumentType() const;
+  void SetDocumentType(EnumVantrelDocumentType peDocumentType);
+  // The same value as DocumentType, under other names.
+  EnumVantrelDocType DocType() const;
+  void SetDocType(EnumVantrelDocType peDocType);
+  EnumVantrelEdition Edition() const { return edition_; }
+  void SetEdition(EnumVantrelEdition peEdition) { edition_ = peEdition; }
+  float DocumentVersion() const { return document_version_; }
+  void SetDocumentVersion(float pnDocumentVersion) { document_version_ = pnDocumentVersion; }
+
+  // The running identifier counter. The first read of a new document gives 1.
+  int32_t IR();
+  // Only while an older file is being converted, else error 2199. Stores the value plus one.
+  void SetIR(int32_t plIR);
+  const Text& GUID() const { return guid_; }
+  // Only while an older file is being converted, or when Properties holds "AllowGUIDAssign" with
+  // the value True; else error 2199.
+  void SetGUID(const Text& psGUID);
+
+  // Always 0: nothing sets extensions. Kept for the hosts that ask.
+  int32_t ExtensionCount() const { return 0; }
+  int32_t PagesCount() const { return pages_count_; }
+  void SetPagesCount(int32_t plPagesCount) { pages_count_ = plPagesCount; }
+  bool ShowPageBreaks() const { return show_page_breaks_; }
+  void SetShowPageBreaks(bool pbShowPageBreaks) { show_page_breaks_ = pbShowPageBreaks; }
+  int32_t ChartType() const { return chart_type_; }
+  void SetChartType(int32_t plChartType) { chart_type_ = plChartType; }
+  const Text& DBGUID() const { return db_guid_; }
+  void SetDBGUID(const Text& psDBGUID) { db_guid_ = psDBGUID; }
+  const Text& ConnectionString() const { return connection_string_; }
+  void SetConnectionString(const Text& psConnectionString) {
+    connection_string_ = psConnectionString;
+  }
+
+  // The definitions of the extra data fields of details, steps and links, and the forms that lay
+  // them out; built on the first read.
+  automation::Ref<automation::Object> FieldDefsDetails();
+  automation::Ref<automation::Object> FieldDefsSteps();
+  automation::Ref<automation::Object> FieldDefsLinks();
+  automation::Ref<automation::Object> FormDetails();
+  automation::Ref<automation::Object> FormSteps();
+  automation::Ref<automation::Object> FormLinks();
+  // Only while an older file is being converted, else error 2198.
+  void SetFieldDefsDetails(const Text& psFieldDefs, const Text& psForm);
+  void SetFieldDefsSteps(const Text& psFieldDefs, const Text& psForm);
+
+  // A database object of the host. Only an object whose type name is "osDatabase" is accepted;
+  // any other is ignored. Raises DatabaseConnected.
+  automation::Ref<automation::Object> Database() const;
+  void SetDatabase(automation::Object* poDatabase);
+  // True for document types with the bit of value 2.
+  bool IsWFProcess() const { return (document_type_ & 2) != 0; }
+
+  // Off, nothing reports changes (they happen all the same). Every load turns it on again.
+  bool ChangeEvents() const { return change_events_; }
+  void SetChangeEvents(bool pbChangeEvents) { change_events_ = pbChangeEvents; }
+  // What ChangeEvents is while a load runs; off by default.
+  bool ChangeEventsLoading() const { return change_events_loading_; }
+  void SetChangeEventsLoading(bool pbChangeEventsLoading) {
+    change_events_loading_ = pbChangeEventsLoading;
+  }
+
+  // A new step in Steps, with a fresh key and the next number. With the key of a step that exists,
+  // or a step's saved text: a copy of that.
+  automation::Ref<vnStep> NewStep(const Text& psSourceKey = {}, const Text& psLoadData = {});
+  // Copies of a step or container of any document, with its figure, under fresh keys.
+  automation::Ref<vnStep> CopyStep(vnStep* poStep);
+  automation::Ref<vnContainer> CopyContainer(vnContainer* poContainer);
+
+  // Saving. Each gives True and raises SaveComplete, or gives False and raises SaveFailed: 1 when
+  // there is no file name, 2 when the document may not be written or the file can't be.
+  bool Save();
+  bool SaveAs(const Text& psFileName);
+  bool SaveDocAs(const Text& psFileName, int32_t plDocumentType = -1);
+
+  // Loading, once for each document. LoadFailed tells 1 no file name, 2 the document has a file
+  // already, 3 no such file, 11 unknown file version, 13 newer document version (loaded and True
+  // all the same). A wrong password gives False and no event.
+  bool Load(const Text& psFileName, const Text& psPassword);
+  // As Load; a template (".vn6t") numbers its objects afresh.
+  bool LoadDoc(const Text& psFileName, const Text& psPassword);
+  // Loads the temporary save of the file and saves it back under the file's name.
+  bool LoadTempSave(const Text& psFileName, const Text& psPassword);
+  // 0: the file or its temporary save does not exist; 1: the temporary save is not newer than the
+  // file; 2: it is newer, so a save did not complete.
+  int32_t TempSaveTest(const Text& psFileName) const;
+  void TempSaveDocument() const;
+  void TempSaveClear() const;
+
+  bool AllowWrite() const { return allow_write_; }
+  // Sets AllowWrite by the write password.
+  void EnableWrite(const Text& psPassword);
+  // Both give False in every case, also when the password was set: hosts must not read success
+  // from the result. Without write access nothing changes.
+  bool SetReadPassword(const Text& psPassword);
+  bool SetWritePassword(const Text& psPassword);
+
+  // Native listeners. A listener must leave before it is destroyed.
+  void AddListener(DocumentListener* listener) { listeners_.Add(listener); }
+  void RemoveListener(DocumentListener* listener) { listeners_.Remove(listener); }
+  // Late-bound sinks.
+  const automation::EventInterfaceInfo& Events() const override { return DocumentEvents(); }
+  void Connect(automation::EventSink* sink) override;
+  void Disconnect(automation::EventSink* sink) override;
+
+  // --- Inside the library; hosts have no use for these. ---
+
+  // The relays: they raise the event when ChangeEvents is on, and change nothing.
+  void InternalContainerAdded(vnContainer& container);
+  void InternalContainerRemoved(vnContainer& container);
+  void InternalContainerChange(vnContainer& container, int32_t detail_id);
+  void InternalFigureChange(vnFigure& figure, int32_t detail_id);
+  void InternalStepAdded(vnStep& step);
+  void InternalStepRemoved(vnStep& step);
+  void InternalStepChange(vnStep& step, int32_t detail_id);
+  void InternalLinkAdded(vnLink& link);
+  void InternalLinkRemoved(vnLink& link);
+  void InternalChartChange(vnChart& chart, int32_t detail_id);
+  void InternalConditionChange(vnCondition& condition, int32_t detail_id);
+  void InternalTaskChange(vnTask& task, int32_t detail_id);
+  void InternalDetailsChange(vnDetails& details, int32_t detail_id);
+  void InternalStepJumpChange(vnJump& jump, EnumVantrelChangeEvent type, int32_t detail_id);
+  void InternalStepFileChange(vnFile& file, EnumVantrelChangeEvent type, int32_t detail_id);
+  void InternalItemChange(vnItem& item, EnumVantrelChangeEvent type, int32_t detail_id);
+
+  // IR plus one; error 6 when that does not fit. Sets the IR-changed flag.
+  void InternalIncrementIR();
+  // True only while an older file is being converted.
+  bool InternalAssignmentUnlocked() const { return assignment_unlocked_; }
+  // The parts without a host's reference, for the library's own look-ups.
+  vnSteps& InternalSteps() const { return *steps_; }
+  vnDetails& InternalDetails() const { return *details_; }
+  vnTitles& InternalTitles() const { return *titles_; }
+  vnContainers& InternalContainers();
+  // Writes the document's text as a save does, without its side effects on IR and GUID.
+  void InternalWrite(common::BagWriter& writer, bool with_progress);
+
+ private:
+  // What a document defines for one kind of object: fields and their form, each kept as text
+  // until it is read.
+  struct Definitions {
+    common::Lazy<automation::Object> field_defs;
+    common::Lazy<automation::Object> form;
+  };
+
+  template <class Event, class... Args>
+  void Relay(Event event, Args&&... args);
+  template <class Event, class... Args>
+  void Raise(Event event, Args&&... args);
+
+  automation::Ref<automation::Object> FieldDefs(Definitions& definitions);
+  automation::Ref<automation::Object> Form(Definitions& definitions);
+  void SetDefinitions(Definitions& definitions, const Text& field_defs, const Text& form,
+                      const char16_t* source);
+
+  bool SaveProcedure();
+  void ReportSave(bool saved);
+  int32_t LoadProcedure(const Text& password);
+  bool LoadNamed(const Text& file_name, const Text& read_from, const Text& password,
+                 bool save_back);
+  int32_t ReadVersion2(common::BagReader& file, const Text& password);
+  int32_t ImportOldFormat();
+
+  automation::ListenerList<DocumentListener> listeners_;
+  std::vector<std::unique_ptr<DocumentEventForwarder>> forwarders_;
+
+  bool ir_changed_ = false;
+  Text file_name_;
+  automation::Owned<vnDetails> details_;
+  automation::Owned<vnSteps> steps_;
+  common::Lazy<vnChart> chart_;
+  common::Lazy<vnRevisions> revision_history_;
+  automation::Owned<Properties> properties_;
+  automation::Owned<vnTitles> titles_;
+  Definitions details_definitions_;
+  Definitions steps_definitions_;
+  Definitions links_definitions_;
+  common::Lazy<vnContainers> containers_;
+  common::Lazy<vnLinks> links_;
+  common::Lazy<vnFiles> files_;
+  common::Lazy<vnJumps> jumps_;
+  common::Lazy<Properties> attachments_;
+  bool change_events_loading_ = false;
+  bool change_events_ = true;
+  int32_t file_version_ = 0;
+  int32_t document_type_ = 0;
+  EnumVantrelEdition edition_ = vneKestrane;
+  Text guid_;
+  int32_t ir_ = 0;
+  float document_version_ = 1.2f;
+  int32_t pages_count_ = 0;
+  bool show_page_breaks_ = false;
+  Text db_guid_;
+  Text connection_string_;
+  int32_t chart_type_ = 0;
+  bool allow_write_ = true;
+  bool assignment_unlocked_ = false;
+  bool loading_ = false;
+  automation::Owned<automation::Object> database_;
+};
+
+}  // namespace vndoc6

@@ -1,0 +1,170 @@
+// vnStep: one step of the procedure, the thing that a figure on the chart stands for.
+#pragma once
+
+#include <memory>
+
+#include "automation/object.h"
+#include "automation/variant.h"
+#include "common/bag_writer.h"
+#include "common/kept_text.h"
+#include "core/member.h"
+
+namespace vndoc6 {
+
+class Properties;
+class TaskOrderIndex;
+class vnCondition;
+class vnConditions;
+class vnContainer;
+class vnFigure;
+class vnFiles;
+class vnJumps;
+class vnLink;
+class vnLinks;
+class vnSteps;
+class vnTask;
+class vnTasks;
+class vnTitleRefs;
+
+class vnStep : public Member {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  vnStep();
+  ~vnStep() override;
+
+  // Reading never gives the step's container: it raises error 438. Hosts use ContainerKey.
+  automation::Ref<vnContainer> Container() const;
+  void SetContainer(vnContainer* poContainer);
+  void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
+
+  // Empty until the step is added to a collection or loaded.
+  const Text& Key() const { return key_; }
+  // The short name shown in the figure. Reports vndLabel when it changes.
+  Text Label();
+  void SetLabel(const Text& psLabel);
+  // Reports 2 as a step change when it changes.
+  Text Description();
+  void SetDescription(const Text& psDescription);
+  // Reports 3 as a step change, changed or not.
+  Text ContainerKey();
+  void SetContainerKey(const Text& psContainerKey);
+
+  // 0: not numbered yet; -1: taken out of the numbering; else the step's number. Setting it moves
+  // the other steps of the collection: the number is brought into the range there is, the steps
+  // between the old and the new number move by one. 0 is ignored by a numbered step; a negative
+  // number takes the step out and closes the gap. Every step that moves reports vndStepIndex.
+  int32_t StepIndex() const { return step_index_; }
+  void SetStepIndex(int32_t plStepIndex);
+
+  // The step's parts, each built on the first read, each one object until the next Load.
+  automation::Ref<vnFigure> Figure();
+  automation::Ref<vnConditions> Conditions();
+  void SetConditions(vnConditions* poConditions);
+  automation::Ref<Properties> GetProperties();
+  void SetProperties(Properties* poProperties);
+  automation::Ref<vnTasks> Tasks();
+  void SetTasks(vnTasks* poTasks);
+  automation::Ref<vnFiles> Files();
+  automation::Ref<vnJumps> Jumps();
+  // A working list for hosts; not saved with the step.
+  automation::Ref<vnLinks> Links();
+  // Who performs the step. Unlike the other parts it survives a Load once it was read.
+  automation::Ref<vnTitleRefs> PerformedBy();
+  // Field values, by the document's FieldDefsSteps.
+  automation::Ref<automation::Object> Fields();
+  automation::Ref<Properties> Attachments();
+  void SetAttachments(Properties* poAttachments);
+  // One entry for each step that this one depends on, under that step's key. Saving removes the
+  // entries of steps that are gone.
+  automation::Ref<Properties> Dependancies();
+
+  // Plain values; setting them reports nothing.
+  Text Instructions();
+  void SetInstructions(const Text& psInstructions);
+  int32_t AssignType();
+  void SetAssignType(int32_t plAssignType);
+  int32_t AssignTo();
+  void SetAssignTo(int32_t plAssignTo);
+  int32_t Table();
+  void SetTable(int32_t plTable);
+  Text Form();
+  void SetForm(const Text& psForm);
+  int32_t DueDateType();
+  void SetDueDateType(int32_t plDueDateType);
+  Text Duration();
+  void SetDuration(const Text& psDuration);
+  bool AutoComplete();
+  void SetAutoComplete(bool pbAutoComplete);
+  Text ConditionExpression();
+  void SetConditionExpression(const Text& psConditionExpression);
+  int32_t ContinueStyle();
+  void SetContinueStyle(int32_t plContinueStyle);
+
+  // The step's serialised text. Removes dependencies on steps that are gone, for good.
+  Text Save();
+  // Reads a serialised text; its key counts when psKey is empty. Reports nothing. A value in the
+  // text that is not of its kind counts as missing.
+  void Load(const Text& psLoad, const Text& psKey = {});
+
+  // Adds a condition to Conditions and gives it; Nothing when that fails.
+  automation::Ref<vnCondition> NewCondition(const Text& psDisplayName, const Text& psCondition);
+  bool RemoveCondition(const Text& psKey);
+  // Adds a task with the next order. Loaded tasks and tasks that a host adds to Tasks itself are
+  // not counted: the order is one more than the tasks made here.
+  automation::Ref<vnTask> NewTask();
+  // Removes a task and moves those after it up; an unknown key does nothing.
+  void RemoveTask(const Text& psKey);
+  void AddLink(vnLink* poLink);
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalSetDocument(vnDocument* document) override;
+  void InternalSetKey(const Text& key) { key_ = key; }
+  vnSteps* InternalStepsOwner() const { return owner_.get(); }
+  void InternalSetStepsOwner(vnSteps* owner);
+  void InternalSetFieldsObject(automation::Object* fields);
+  // Kept for the classes that ask; nothing sets it.
+  bool InternalIsPending() const { return false; }
+  // Stores the number and reports it when it differs; moves no other step.
+  void InternalSetStepIndexQuietly(int32_t step_index);
+  int32_t InternalNextTaskOrder();
+  // Moves a task among its siblings, those between moving by one; rebuilds the order index from
+  // the tasks there are. Setting a task's TaskOrder calls neither.
+  void InternalReorderTask(const Text& key, int32_t order);
+  void InternalRebuildTaskOrder();
+  // With the key of a step in the document and `check_key`, the step gets a fresh key when it is
+  // added.
+  void InternalLoadFrom(const common::KeptText& text, const Text& key, bool check_key);
+  void InternalLoad(const common::KeptText& text, const Text& key) {
+    InternalLoadFrom(text, key, false);
+  }
+  void InternalWrite(common::BagWriter& writer);
+  vnFigure& InternalFigure();
+  vnConditions& InternalConditions();
+  vnTasks& InternalTasks();
+  vnFiles& InternalFiles();
+  vnJumps& InternalJumps();
+  vnTitleRefs& InternalPerformedBy();
+
+ private:
+  struct Content;
+  // Everything but the key and the number, read from the text on first use.
+  Content& content();
+  void ReadContent(const common::KeptText& text, Content& content);
+  void WriteContent(common::BagWriter& writer, Content& content);
+  bool CopyUnread(common::BagWriter& writer) const;
+  void PruneDependencies(Content& content);
+  void ReportChange(int32_t detail_id);
+  void TakeOutOfNumbering();
+  void MoveTo(int32_t step_index);
+  void StoreStepIndex(int32_t step_index);
+
+  Text key_;
+  int32_t step_index_ = 0;
+  automation::Weak<vnSteps> owner_;
+  common::KeptText text_;
+  std::unique_ptr<Content> content_;
+};
+
+}  // namespace vndoc6
