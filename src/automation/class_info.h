@@ -58,6 +58,9 @@ struct EnumInfo {
   const char* help;
   std::span<const EnumValue> values;
 };
+// A C++ enumeration's table: each published one specialises this beside its definition.
+template <class E>
+const EnumInfo& DescribeEnum();
 
 // The type of a parameter or result.
 enum class TypeKind : uint8_t {

@@ -28,10 +28,6 @@
 
 namespace vndoc6::automation {
 
-// A published enumeration's table: specialise it for the C++ enumeration.
-template <class E>
-const EnumInfo& DescribeEnum();
-
 namespace detail {
 
 template <class T>

@@ -106,7 +106,7 @@ enum EnumVantrelDetailID : int32_t {
   vndGridColour = 95,
 };
 
-}  // namespace vndoc6
-
 template <>
-const vndoc6::automation::EnumInfo& vndoc6::automation::DescribeEnum<vndoc6::EnumVantrelDetailID>();
+const automation::EnumInfo& automation::DescribeEnum<EnumVantrelDetailID>();
+
+}  // namespace vndoc6

@@ -27,6 +27,8 @@ enum EnumVantrelChangeEvent : int32_t {
   vnceAdd = 1,
   vnceRemove = 2,
 };
+template <>
+const automation::EnumInfo& automation::DescribeEnum<EnumVantrelChangeEvent>();
 
 // Derive from this, override what you want to hear of, and pass it to vnDocument::AddListener.
 // Every event runs inside the call that caused it, before that call returns; the change is made

@@ -17,4 +17,11 @@ enum EnumVantrelDocType : int32_t {
 };
 enum EnumVantrelEdition : int32_t { vneKestrane = 0, vneMorvella = 1 };
 
+template <>
+const automation::EnumInfo& automation::DescribeEnum<EnumVantrelDocumentType>();
+template <>
+const automation::EnumInfo& automation::DescribeEnum<EnumVantrelDocType>();
+template <>
+const automation::EnumInfo& automation::DescribeEnum<EnumVantrelEdition>();
+
 }  // namespace vndoc6
