@@ -36,7 +36,6 @@ setup() {
     echo "dev: missing packages; as root: apt-get install --no-install-recommends $missing" >&2
     return 1
   fi
-  mkdir -p build/logs
   # shellcheck disable=SC2086
   if ! install_packages $missing >build/logs/setup.log 2>&1; then
     tail -n 5 build/logs/setup.log >&2

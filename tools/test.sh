@@ -1,7 +1,6 @@
 # `./dev test`: every test and every check of the sources.
 
 run_tests() {
-  mkdir -p build/logs
   setup build test lint bench || exit 1
   test_sources
   test_gcc
