@@ -19,7 +19,7 @@ build_dlls() {
 
 # The formatted sources, separated by NUL.
 source_files() {
-  find src idl hosts tests bench fuzz \( -name '*.h' -o -name '*.cpp' \) -print0
+  find . -path ./build -prune -o \( -name '*.h' -o -name '*.cpp' \) -print0
 }
 
 demo_native() {
@@ -35,5 +35,5 @@ demo_script() {
   wine_start && wine_register || return 1
   local arguments=() file
   for file in build/demo/*; do arguments+=("$(windows_path "$file")"); done
-  wine_run cscript //nologo "$(windows_path hosts/demo/demo.vbs)" "${arguments[@]}"
+  wine_script hosts/demo/demo.vbs "${arguments[@]}"
 }

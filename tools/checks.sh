@@ -35,6 +35,11 @@ check() {
   return 1
 }
 
+# limited PROGRAM...: ends a program that hangs.
+limited() {
+  timeout --kill-after=10 600 "$@"
+}
+
 # A case's closing line need not stand at the beginning of a line: the case may have printed.
 count_lines() {
   grep -a -c "$1" "$2" || true

@@ -21,7 +21,7 @@ check_format() {
 # The programs under build/native, and whoever uses the installed library.
 test_gcc() {
   check "GCC build" build release || return
-  check_cases "native tests" build/native/vndoc6_tests
+  check_cases "native tests" limited build/native/vndoc6_tests
   check "demo" demo_native
   check "consumer of the package" check_consumer_package
   check "consumer with the sources" check_consumer_sources
@@ -74,7 +74,7 @@ check_readme_cpp() {
 
 check_readme_script() {
   readme_example vbs build/readme/example.vbs && wine_start && wine_register &&
-    (cd build/readme && wine_run cscript //nologo example.vbs)
+    wine_script build/readme/example.vbs
 }
 
 # A second compiler, clang-tidy on what changed, and every header alone.
@@ -86,7 +86,7 @@ test_clang() {
 test_sanitizers() {
   local program
   check "sanitizers build" build sanitizers || return
-  check_cases "native tests under sanitizers" build/sanitizers/vndoc6_tests
+  check_cases "native tests under sanitizers" limited build/sanitizers/vndoc6_tests
   for program in fuzz/*_fuzz.cpp; do
     if [[ ! -e $program ]]; then break; fi
     program=$(basename "$program" .cpp)

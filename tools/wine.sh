@@ -15,7 +15,7 @@ find_program() {
 }
 
 wine_run() {
-  "$(find_program wine64 /usr/lib/wine/wine64 wine)" "$@"
+  limited "$(find_program wine64 /usr/lib/wine/wine64 wine)" "$@"
 }
 
 wine_stop() {
@@ -53,6 +53,19 @@ wine_register() {
     echo "dev: regsvr32 could not register build/win64/VNDoc6.dll" >&2
     return 1
   }
+}
+
+# wine_script FILE ARGUMENT...: runs a script. Wine's cscript gives 0 also for a script that stopped with
+# an error, so what runs is a copy that quits with a code of its own when it came to its end.
+wine_script() {
+  local done=77 copy status=0
+  copy=build/$(basename "$1")
+  { cat "$1" && printf '\r\nWScript.Quit %d\r\n' $done; } >"$copy" || return 1
+  shift
+  wine_run cscript //nologo "$(windows_path "$copy")" "$@" || status=$?
+  if [[ $status -eq $done ]]; then return 0; fi
+  echo "dev: $(basename "$copy") stopped with an error before its end (exit status $status)" >&2
+  return 1
 }
 
 # windows_half COMMAND...: runs it when MinGW and Wine are there. Without them says so, which is a
