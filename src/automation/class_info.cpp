@@ -60,7 +60,7 @@ class BoundArguments {
     const size_t count = member_.parameters.size();
     for (const NamedArgument& named : given.named) {
       if (named.parameter < 0 || static_cast<size_t>(named.parameter) >= count) {
-        throw Error(kNamedArgumentNotFound);
+        throw BindingError(kNamedArgumentNotFound);
       }
     }
     for (size_t i = 0; i < count; ++i) {
@@ -167,10 +167,10 @@ const MemberInfo* ClassInfo::Find(int32_t id, CallKind allowed) const {
 Variant ClassInfo::Invoke(Object& object, int32_t id, CallKind allowed,
                           const Arguments& arguments) const {
   const MemberInfo* member = Find(id, allowed);
-  if (member == nullptr) throw Error(kNotSupported);
+  if (member == nullptr) throw BindingError(kNotSupported);
   const size_t given = arguments.positional.size();
   const size_t taken = std::min(given, member->parameters.size());
-  if (given > taken && !MayForwardSurplus(*member)) throw Error(kWrongArgumentCount);
+  if (given > taken && !MayForwardSurplus(*member)) throw BindingError(kWrongArgumentCount);
   const BoundArguments bound(*member, arguments, taken);
   Variant result;
   member->thunk(object, bound.values(), result);

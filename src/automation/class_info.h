@@ -80,7 +80,8 @@ struct ParameterInfo {
   const char* name = nullptr;
   TypeInfo type;
   bool optional = false;
-  Variant default_value;  // for an optional one
+  Variant default_value;      // for an optional one
+  bool by_reference = false;  // a Variant that the caller passes by reference
 };
 
 class Enumerator;
@@ -98,6 +99,7 @@ struct MemberInfo {
   TypeInfo result;
   std::vector<ParameterInfo> parameters;  // of a put: the new value is the last one
   MemberThunk thunk = nullptr;
+  const void* vtable_entry = nullptr;  // of the dual interface; null where there is none
 };
 
 class ClassInfo {
@@ -119,7 +121,7 @@ class ClassInfo {
   // The first member with that identifier that may be called so; null when there is none.
   const MemberInfo* Find(int32_t id, CallKind allowed) const;
 
-  // A late-bound call. Raises 438 for an unknown member or one that can't be called so, 450 for
+  // A late-bound call. Raises BindingError 438 for an unknown member or one that can't be called so, 450 for
   // too many arguments, 449 for a missing one, 448 for an unknown named one, ArgumentError (13 or
   // 6) for one that can't be converted, and whatever the member itself raises. Surplus arguments
   // of a get belong to the default member of the object it gives: doc.Steps(1).

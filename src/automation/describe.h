@@ -25,8 +25,14 @@
 #include "automation/error.h"
 #include "automation/font.h"
 #include "automation/picture.h"
+#include "automation/vtable_entry.h"
 
 namespace vndoc6::automation {
+
+// A Variant parameter that the published interface takes by reference.
+struct by_reference {
+  const char* name;
+};
 
 namespace detail {
 
@@ -179,7 +185,7 @@ template <class Class, class Result, class... Params>
 struct Signature<Result (Class::*)(Params...)> {
   static constexpr size_t kCount = sizeof...(Params);
   static TypeInfo ResultType() { return TypeOf<Result>(); }
-  static std::vector<ParameterInfo> Parameters() { return {ParameterInfo{nullptr, TypeOf<Params>(), false, {}}...}; }
+  static std::vector<ParameterInfo> Parameters() { return {ParameterInfo{nullptr, TypeOf<Params>(), false, {}, false}...}; }
 
   template <auto kMember>
   static void Call(Object& object, const Variant* arguments, Variant& result) {
@@ -202,7 +208,10 @@ struct Signature<Result (Class::*)(Params...)> {
 template <class Class, class Result, class... Params>
 struct Signature<Result (Class::*)(Params...) const> : Signature<Result (Class::*)(Params...)> {};
 
-inline ParameterInfo NamedParameter(const char* name) { return {name, {}, false, {}}; }
+inline ParameterInfo NamedParameter(const char* name) { return {name, {}, false, {}, false}; }
+inline ParameterInfo NamedParameter(by_reference parameter) {
+  return {parameter.name, {}, false, {}, true};
+}
 inline ParameterInfo NamedParameter(ParameterInfo parameter) { return parameter; }
 
 template <auto kMember, class... Names>
@@ -221,6 +230,7 @@ MemberInfo Row(CallKind kind, const char* name, Names... names) {
   };
   (name_next(NamedParameter(names)), ...);
   row.thunk = &Shape::template Call<kMember>;
+  row.vtable_entry = VtableEntry<kMember, std::is_same_v<Names, by_reference>...>();
   return row;
 }
 
@@ -253,7 +263,7 @@ Ref<Object> CreateDefault() {
 
 // A parameter that a caller may leave out.
 inline ParameterInfo optional(const char* name, Variant default_value) {
-  return {name, {}, true, std::move(default_value)};
+  return {name, {}, true, std::move(default_value), false};
 }
 
 // The kinds of row. A put's parameter names end with the new value's.

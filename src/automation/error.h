@@ -44,10 +44,16 @@ class Error : public std::exception {
   std::string what_;
 };
 
-// A mismatch that names the argument that could not be converted (0 = first).
-class ArgumentError : public Error {
+// A late-bound call that did not reach its member: no such member, or arguments that don't fit.
+class BindingError : public Error {
  public:
-  ArgumentError(int32_t number, int index) : Error(number), index_(index) {}
+  explicit BindingError(int32_t number) : Error(number) {}
+};
+
+// A binding error that names the argument at fault (0 = first).
+class ArgumentError : public BindingError {
+ public:
+  ArgumentError(int32_t number, int index) : BindingError(number), index_(index) {}
   int index() const { return index_; }
 
  private:

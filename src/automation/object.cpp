@@ -27,6 +27,7 @@ Object::Object() { ++live_count; }
 
 Object::~Object() {
   --live_count;
+  if (companion_ != nullptr) companion_->OnObjectGone();
   if (anchor_ == nullptr) return;
   anchor_->object = nullptr;
   if (anchor_->count == 0) delete anchor_;

@@ -35,6 +35,16 @@ struct Anchor {
 void ReleaseAnchor(Anchor* anchor) noexcept;
 }  // namespace detail
 
+// What an outer layer keeps with an object, such as the object that COM hosts see instead of it.
+class Companion {
+ public:
+  // The object is being destroyed.
+  virtual void OnObjectGone() = 0;
+
+ protected:
+  ~Companion() = default;
+};
+
 template <class T>
 class Weak {
  public:
@@ -80,6 +90,10 @@ class Object {
   void Own() { ++owned_; }
   void Disown();
 
+  // The object's companion, null for none. Only the COM door uses it.
+  Companion* companion() const { return companion_; }
+  void SetCompanion(Companion* companion) { companion_ = companion; }
+
   // How many objects of the library exist: zero again when everything is released.
   static size_t LiveCount();
 
@@ -101,6 +115,7 @@ class Object {
   uint32_t held_ = 0;
   uint32_t owned_ = 0;
   detail::Anchor* anchor_ = nullptr;
+  Companion* companion_ = nullptr;
   Object* parent_ = nullptr;  // as long as it is held
 };
 
