@@ -197,6 +197,9 @@ class vnDocument : public automation::Object, public automation::EventSource {
   vnDetails& InternalDetails() const { return *details_; }
   vnTitles& InternalTitles() const { return *titles_; }
   vnContainers& InternalContainers();
+  vnLinks& InternalLinks();
+  vnFiles& InternalFiles();
+  vnJumps& InternalJumps();
   // Writes the document's text as a save does, without its side effects on IR and GUID.
   void InternalWrite(common::BagWriter& writer, bool with_progress);
 
