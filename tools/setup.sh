@@ -14,15 +14,20 @@ missing_packages() {
   local group wanted="" installed
   for group in "$@"; do wanted+=" ${packages[$group]}"; done
   # shellcheck disable=SC2086
-  installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' $wanted 2>/dev/null)
+  installed=$(dpkg-query -W -f='${db:Status-Status} ${binary:Package}\n' $wanted 2>/dev/null |
+    sed -n "s/:$(dpkg --print-architecture)\$//; s/^installed //p")
   # shellcheck disable=SC2086
-  printf '%s\n' $wanted | sort -u | grep -vxF -f <(sed -n 's/^installed //p' <<<"$installed") | xargs
+  printf '%s\n' $wanted | sort -u | grep -vxF -f <(echo "$installed") | xargs
 }
 
+# A source that cannot be reached matters only when a package comes from it. Nothing that is there
+# gives way to what is installed.
+lists_are_fresh=""
 install_packages() {
   export DEBIAN_FRONTEND=noninteractive
-  echo "Installing $*"
-  apt-get update -q && apt-get install -q -y --no-install-recommends "$@"
+  if [[ -z $lists_are_fresh ]]; then apt-get update -q; fi
+  lists_are_fresh=yes
+  apt-get install -q -y --no-install-recommends --no-remove "$@"
 }
 
 # setup GROUP...: makes sure that the groups' packages are there. Elsewhere than on Debian the
@@ -36,6 +41,7 @@ setup() {
     echo "dev: missing packages; as root: apt-get install --no-install-recommends $missing" >&2
     return 1
   fi
+  echo "Installing $missing"
   # shellcheck disable=SC2086
   if ! install_packages $missing >build/logs/setup.log 2>&1; then
     tail -n 5 build/logs/setup.log >&2

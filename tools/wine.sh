@@ -33,9 +33,10 @@ windows_path() {
 # that it could realise, so Tahoma has to be there.
 wine_start() {
   local version fonts="$WINEPREFIX/drive_c/windows/Fonts"
-  version=$(wine_run --version) || return 1
+  version="$(wine_run --version) $(find_program /usr/lib/wine/wine)"
   trap wine_stop EXIT
   if [[ $(cat "$WINEPREFIX/ready" 2>/dev/null) == "$version" ]]; then return 0; fi
+  wine_stop
   rm -rf "$WINEPREFIX"
   mkdir -p "$WINEPREFIX"
   wine_run wineboot --init >build/logs/wine-prefix.log 2>&1 || return 1
@@ -55,8 +56,8 @@ wine_register() {
   }
 }
 
-# wine_script FILE ARGUMENT...: runs a script. Wine's cscript gives 0 also for a script that stopped with
-# an error, so what runs is a copy that quits with a code of its own when it came to its end.
+# wine_script FILE ARGUMENT...: runs a script. Wine's cscript gives 0 also for a script that stopped
+# with an error, so what runs is a copy that quits with a code of its own when it came to its end.
 wine_script() {
   local done=77 copy status=0
   copy=build/$(basename "$1")
@@ -68,13 +69,22 @@ wine_script() {
   return 1
 }
 
-# windows_half COMMAND...: runs it when MinGW and Wine are there. Without them says so, which is a
-# failure in CI only.
+# Whether the prefix runs 32-bit programs as well.
+wine_has_32_bit() {
+  [[ -e $WINEPREFIX/drive_c/windows/syswow64/kernel32.dll ]]
+}
+
+# skip WHAT: says what is left out. In CI nothing may be, so there it fails.
+skip() {
+  echo "Skipped: $1"
+  [[ ${CI:-} != true ]]
+}
+
+# windows_half COMMAND...: runs it when MinGW and Wine are there.
 windows_half() {
   if setup windows && wine_run --version >/dev/null 2>&1; then
     "$@"
-    return
+  else
+    skip "what needs MinGW and Wine"
   fi
-  echo "Skipped what needs MinGW and Wine: $*"
-  [[ ${CI:-} != true ]]
 }
