@@ -138,7 +138,7 @@ bool BagScanner::Scan(BagEntry& entry) {
   return opening != 0 ? ScanText(key_end + opening, entry) : ScanPlain(key_end + 1, entry);
 }
 
-// A nested key ends at a "=" or at an opening of the bag's own level.
+// A nested key ends at a "=" or at what unescaping makes an opening.
 size_t BagScanner::FindKeyEnd() const {
   if (depth_ == 0) return bytes_.find('=', position_);
   for (size_t at = position_; at < bytes_.size(); ++at) {
@@ -146,15 +146,8 @@ size_t BagScanner::FindKeyEnd() const {
     if (bytes_[at] != '^') continue;
     const Escape escape = ReadEscape(bytes_.substr(at));
     if (escape.size == 0) continue;
-    if (escape.level == depth_ && escape.what == EscapeClass::kOpening) return at;
-    const size_t next = at + escape.size;
-    // The only other one of this level in a key is that of a '=' in it, "^-".
-    if (escape.level == depth_ && escape.what == EscapeClass::kCaret) {
-      if (!bytes_.substr(next).starts_with('-')) return kNowhere;
-    } else if (escape.level <= depth_) {
-      return kNowhere;
-    }
-    at = next - 1;
+    if (escape.what == EscapeClass::kOpening && escape.level <= depth_) return at;
+    at += escape.size - 1;
   }
   return kNowhere;
 }
@@ -182,13 +175,12 @@ bool BagScanner::ScanText(size_t start, BagEntry& entry) {
   return true;
 }
 
-// A nested value has escapes of deeper levels only, and ends at the closing of the bag's own level.
+// A nested value has escapes of deeper levels only, and ends at what unescaping makes a closing.
 size_t BagScanner::FindClosing(size_t start) const {
   for (size_t at = start; (at = bytes_.find('^', at)) != kNowhere;) {
     const Escape escape = ReadEscape(bytes_.substr(at));
     if (escape.size != 0 && escape.level <= depth_) {
-      const bool closes = escape.level == depth_ && escape.what == EscapeClass::kClosing;
-      return closes ? at : kNowhere;
+      return escape.what == EscapeClass::kClosing ? at : kNowhere;
     }
     at += std::max<size_t>(escape.size, 1);
   }
