@@ -12,9 +12,10 @@
 
 namespace vndoc6 {
 
-// A collection class derives from this and adds its own Add and Remove, whose events differ.
-template <class T>
-class Collection : public Member {
+// A collection class derives from this and adds its own Add and Remove, whose events differ. `Base`
+// is another than Member for collections that belong to no document.
+template <class T, class Base = Member>
+class Collection : public Base {
  public:
   // The member at a 1-based position (a number) or under a key (a text, in any letter case);
   // Nothing when there is none.
@@ -44,9 +45,8 @@ class Collection : public Member {
   // The saved text under "<prefix><key>".
   void WriteByKey(common::BagWriter& writer, char16_t prefix) {
     for (size_t i = 0; i < store_.size(); ++i) {
-      writer.AddNestedUnder(prefix + store_[i].Key(), [&](common::BagWriter& nested) {
-        store_[i].InternalWrite(nested);
-      });
+      writer.AddNestedUnder(prefix + store_[i].Key(),
+                            [&](common::BagWriter& nested) { store_[i].InternalWrite(nested); });
     }
   }
   // Calls `add(member)` for a new member loaded from each entry, in order. Entry keys say nothing.

@@ -1,0 +1,63 @@
+// vnRevision and vnRevisions: the revisions that a document has gone through.
+#pragma once
+
+#include <cstdint>
+
+#include "automation/variant.h"
+#include "collections/collection.h"
+#include "common/bag_writer.h"
+#include "common/kept_text.h"
+#include "core/member.h"
+
+namespace vndoc6 {
+
+// One revision; hosts only read it.
+class vnRevision : public Member {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  automation::Date RevisionDate() const { return revision_date_; }
+  // The number that the details had.
+  float Revision() const { return revision_; }
+  // The document's IR at the time; the revision's key in its collection.
+  int32_t IR() const { return ir_; }
+  const Text& Reason() const { return reason_; }
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalSetRevisionDate(automation::Date date) { revision_date_ = date; }
+  void InternalSetRevision(float revision) { revision_ = revision; }
+  void InternalSetIR(int32_t ir) { ir_ = ir; }
+  void InternalSetReason(const Text& reason) { reason_ = reason; }
+  void InternalWrite(common::BagWriter& writer) const;
+  // False when the date, the number or the IR is missing, or a value can't be converted;
+  // then the revision is as it was.
+  bool InternalLoad(const common::KeptText& text);
+
+ private:
+  automation::Date revision_date_;
+  float revision_ = 0;
+  int32_t ir_ = 0;
+  Text reason_;
+};
+
+// The revision history. Adding and removing reports nothing.
+class vnRevisions : public Collection<vnRevision> {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  // Nothing happens when a revision with the same IR is there.
+  void Add(vnRevision* poRevision);
+  // Only while an older file is being converted, else error 2198.
+  void AddImport(int32_t plIR, const Text& psReason, int32_t plRevision, automation::Date pdDate);
+  // Nothing happens for an unknown position or key.
+  void Remove(const automation::Variant& pvRef);
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalWrite(common::BagWriter& writer);
+  // Skips entries out of which no revision can be made.
+  void InternalLoad(const common::KeptText& text);
+};
+
+}  // namespace vndoc6

@@ -1,0 +1,99 @@
+// vnTemplate and vnTemplates: reusable texts, kept in numbered lists of a template library.
+#pragma once
+
+#include <cstdint>
+
+#include "automation/object.h"
+#include "automation/variant.h"
+#include "collections/numbered_list.h"
+#include "common/bag_writer.h"
+#include "common/kept_text.h"
+
+namespace vndoc6 {
+
+class vnTemplateLibrary;
+class vnTemplates;
+
+class vnTemplate : public automation::Object {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  // The library of the list that the template was added to; Nothing before.
+  automation::Ref<vnTemplateLibrary> TemplateLibrary() const;
+  // 0 until the template is added to a list. A template stays in its list under the number it was
+  // added with.
+  int32_t ID() const { return id_; }
+  void SetID(int32_t plID) { id_ = plID; }
+  // The list's name and the ID: "fig3".
+  Text Key() const;
+  // Setting one of these three reports a change with the number given, changed or not.
+  const Text& DisplayName() const { return display_name_; }
+  void SetDisplayName(const Text& psDisplayName);  // 1
+  const Text& Description() const { return description_; }
+  void SetDescription(const Text& psDescription);  // 2
+  const Text& Value() const { return value_; }
+  void SetValue(const Text& psValue);  // 3
+  // Whatever the host keeps with the template; reports nothing. Saved, unless it is an object.
+  const automation::Variant& TagVariant() const { return tag_variant_; }
+  void SetTagVariant(const automation::Variant& pvTagVariant) { tag_variant_ = pvTagVariant; }
+  // Value with its rich-text fields as tags; tag_text.h says how.
+  Text TagProcessorValue() const;
+  // The list that the template was added to; Nothing before.
+  automation::Ref<vnTemplates> Templates() const;
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalSetTemplates(vnTemplates* templates);
+  void InternalWrite(common::BagWriter& writer) const;
+  // The key says nothing.
+  void InternalLoad(const common::KeptText& text, const Text& key);
+
+ protected:
+  automation::Object* FindParent() const override;
+
+ private:
+  void ReportChange(int32_t detail_id);
+
+  int32_t id_ = 0;
+  Text display_name_;
+  Text description_;
+  Text value_;
+  automation::Variant tag_variant_;
+  automation::Weak<vnTemplates> templates_;
+};
+
+// A list of templates. Its members are found by position, by the text of their ID ("3") and by
+// their key ("fig3").
+class vnTemplates : public NumberedList<vnTemplate, automation::Object> {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  // The library that the list belongs to; Nothing when there is none.
+  automation::Ref<vnTemplateLibrary> TemplateLibrary() const;
+  // Nothing when there is no such template.
+  automation::Ref<vnTemplate> Item(const automation::Variant& pvIndexKey) const;
+  // Numbers a template whose ID is 0. Nothing happens when the number is taken.
+  void Add(vnTemplate* poTemplate);
+  // Nothing happens when there is no such template.
+  void Remove(const automation::Variant& pvRef);
+  // A new template; it is not in the list when its number is taken.
+  automation::Ref<vnTemplate> NewItem(const Text& psDisplayName = u"New Item");
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalSetTemplateLibrary(vnTemplateLibrary* library);
+  vnTemplateLibrary* InternalTemplateLibrary() const;
+  void InternalWrite(common::BagWriter& writer) { WriteNumbered(writer); }
+  void InternalLoad(const common::KeptText& text);
+
+ protected:
+  automation::Object* FindParent() const override;
+
+ private:
+  // What the store finds a member by: a key without the list's name.
+  automation::Variant StoreKey(const automation::Variant& position_or_key) const;
+
+  automation::Weak<vnTemplateLibrary> library_;
+};
+
+}  // namespace vndoc6

@@ -1,0 +1,82 @@
+// vnTemplateLibrary: the texts that hosts reuse, in five lists, with a file of their own. Hosts
+// create it beside documents; it depends on none.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "automation/event_info.h"
+#include "automation/listeners.h"
+#include "automation/object.h"
+#include "common/kept_text.h"
+#include "templates/template.h"
+#include "templates/template_library_events.h"
+
+namespace vndoc6 {
+
+class vnTemplateLibrary : public automation::Object, public automation::EventSource {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  vnTemplateLibrary();
+  ~vnTemplateLibrary() override;
+
+  // Both give False in every case: hosts learn of success from SaveComplete. SaveFailed(1) without
+  // a file name; error 75 when the file can't be written, which leaves FileName as it was.
+  bool Save();
+  bool SaveAs(const Text& psFileName);
+  // Once for each library. True and LoadComplete, or False and LoadFailed: 1 no file name, 2 the
+  // library has a file already, 3 no such file. Error 75 when the file can't be read or its text is
+  // damaged; then nothing is loaded and another file may be.
+  bool Load(const Text& psFileName);
+  // Empty until the first successful Load or SaveAs.
+  const Text& FileName() const { return file_name_; }
+
+  automation::Ref<vnTemplates> ReportTemplates() const { return List(kReport); }
+  // Whether the templates that a load adds are reported; off by default.
+  bool ChangeEventsLoading() const { return change_events_loading_; }
+  void SetChangeEventsLoading(bool pbChangeEventsLoading) {
+    change_events_loading_ = pbChangeEventsLoading;
+  }
+  automation::Ref<vnTemplates> FigureTemplates() const { return List(kFigure); }
+  automation::Ref<vnTemplates> RevisionTemplates() const { return List(kRevision); }
+  automation::Ref<vnTemplates> FileTemplates() const { return List(kFile); }
+  automation::Ref<vnTemplates> JumpTemplates() const { return List(kJump); }
+  // The first template that a list finds under the key, in the order report, figure, revision,
+  // file, jump; Nothing when none does.
+  automation::Ref<vnTemplate> GetTemplateByKey(const Text& psKey) const;
+
+  // Native listeners. A listener must leave before it is destroyed.
+  void AddListener(TemplateLibraryListener* listener) { listeners_.Add(listener); }
+  void RemoveListener(TemplateLibraryListener* listener) { listeners_.Remove(listener); }
+  // Late-bound sinks.
+  const automation::EventInterfaceInfo& Events() const override { return TemplateLibraryEvents(); }
+  void Connect(automation::EventSink* sink) override;
+  void Disconnect(automation::EventSink* sink) override;
+
+  // --- Inside the library; hosts have no use for these. ---
+  // Raises the change event of the template's list, unless change events are off.
+  void InternalTemplateChange(vnTemplate& changed, EnumVantrelChangeEvent type, int32_t detail_id);
+
+ private:
+  enum ListIndex { kReport, kFigure, kRevision, kFile, kJump, kListCount };
+
+  automation::Ref<vnTemplates> List(ListIndex index) const { return lists_[index].get(); }
+  int32_t LoadRefusal(const Text& file_name) const;
+  void ReadFile(const Text& file_name);
+  void WriteFile(const Text& file_name, const char16_t* source);
+  template <class Event, class... Args>
+  void Raise(Event event, Args&&... args);
+
+  automation::ListenerList<TemplateLibraryListener> listeners_;
+  std::vector<std::unique_ptr<TemplateLibraryEventForwarder>> forwarders_;
+  std::array<automation::Owned<vnTemplates>, kListCount> lists_;
+  Text file_name_;
+  bool change_events_loading_ = false;
+  bool change_events_ = true;
+};
+
+}  // namespace vndoc6

@@ -1,0 +1,71 @@
+// vnTitleRef and vnTitleRefs: who performs or approves something, as references to titles.
+#pragma once
+
+#include "automation/object.h"
+#include "automation/variant.h"
+#include "collections/collection.h"
+#include "common/bag_writer.h"
+#include "common/kept_text.h"
+#include "core/member.h"
+
+namespace vndoc6 {
+
+class vnTitles;
+
+// A reference to a title of the document, with the name that the title had, so that a document
+// reads sensibly where its title handler is absent. In a document without a handler: free text.
+class vnTitleRef : public Member {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  // The title's reference text; empty when cleared.
+  const Text& Ref() const { return ref_; }
+  // Takes the title's name along. Nothing changes when no title has that reference, or when the
+  // document's title handler is not available.
+  void SetRef(const Text& psRef);
+  // The name last taken from the title, or the free text.
+  const Text& DisplayNameCache() const { return display_name_cache_; }
+  // The title's name as it is now, "." when the title is gone. Without an available handler, what
+  // DisplayNameCache gives. Reading does not refresh the cache.
+  Text DisplayName();
+  // Only changes anything in a document without a handler: titles bear their handler's names.
+  void SetDisplayName(const Text& psDisplayName);
+  void Clear();
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalWrite(common::BagWriter& writer) const;
+  // The key says nothing. Looks nothing up among the titles.
+  void InternalLoad(const common::KeptText& text, const Text& key = {});
+
+ private:
+  // Nothing without a document.
+  automation::Ref<vnTitles> DocumentTitles() const;
+
+  Text ref_;
+  Text display_name_cache_;
+};
+
+// With a title handler a list of references to titles; without one at most one entry of free text.
+class vnTitleRefs : public Collection<vnTitleRef> {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  // With a handler: the reference with that text, added when the list has none. A text that no
+  // title has makes an empty reference. Without a handler: the single entry, now of that text.
+  // Nothing when pvRef has no form as text.
+  automation::Ref<vnTitleRef> Add(const automation::Variant& pvRef);
+
+  // --- Inside the library; hosts have no use for these. ---
+  // Enters a reference under its text, unless that is taken; in a document without a handler it
+  // takes the place of what was there.
+  void InternalAddReference(vnTitleRef& reference);
+  void InternalWrite(common::BagWriter& writer);
+  void InternalLoad(const common::KeptText& text);
+
+ private:
+  bool UsingHandler() const;
+};
+
+}  // namespace vndoc6
