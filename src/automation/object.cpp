@@ -61,7 +61,12 @@ void Object::Disown() {
 }
 
 void Object::DestroyIfUnused() {
-  if (held_ == 0 && owned_ == 0) delete this;
+  if (held_ > 0 || owned_ > 0) return;
+  // From here on the object is gone for whoever points at it weakly, and what it lets go of may
+  // take and drop references to it without destroying it again.
+  owned_ = 1;
+  if (anchor_ != nullptr) anchor_->object = nullptr;
+  delete this;
 }
 
 void Object::ParentChanged() {

@@ -113,7 +113,7 @@ class Object {
   void DestroyIfUnused();
 
   uint32_t held_ = 0;
-  uint32_t owned_ = 0;
+  uint32_t owned_ = 1;  // by its maker, until Make hands it out
   detail::Anchor* anchor_ = nullptr;
   Companion* companion_ = nullptr;
   Object* parent_ = nullptr;  // as long as it is held
@@ -173,9 +173,14 @@ using Ref = CountedPointer<T, &Object::AddRef, &Object::Release>;
 template <class T>
 using Owned = CountedPointer<T, &Object::Own, &Object::Disown>;
 
+// The only way to make an object. It can't go while it is being constructed, whoever takes and
+// drops references to it then.
 template <class T, class... Args>
 Ref<T> Make(Args&&... args) {
-  return Ref<T>(new T(std::forward<Args>(args)...));
+  const auto object = new T(std::forward<Args>(args)...);
+  Ref<T> made(object);
+  static_cast<Object*>(object)->Disown();
+  return made;
 }
 
 }  // namespace vndoc6::automation

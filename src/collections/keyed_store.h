@@ -58,6 +58,15 @@ class KeyedStore {
     const size_t index = FindFolded(automation::FoldCase(key));
     return index != kNone ? RemoveAt(index) : nullptr;
   }
+  // False when it is not in here.
+  bool RemoveMember(const T& member) {
+    for (size_t i = entries_.size(); i-- > 0;) {
+      if (entries_[i].member.get() != &member) continue;
+      RemoveAt(i);
+      return true;
+    }
+    return false;
+  }
   void Clear() {
     slots_.clear();
     // Members go when the store is empty already: what they let go of may look into it.

@@ -13,17 +13,22 @@ namespace vndoc6::common {
 template <class T>
 class Lazy {
  public:
-  // The object, built by `build(text)` on the first read; `build` returns a Ref<T>. The object is
-  // in its place before anything is loaded into it when `build` calls Set first.
-  template <class Build>
-  T& Get(Build&& build) {
-    if (!object_) {
-      // What is being built keeps itself alive: building may run a host's code.
-      const automation::Ref<T> built = std::forward<Build>(build)(text_);
-      object_ = automation::Owned<T>(built.get());
-      text_ = {};
+  // The object; on the first read `make()` makes it and `load(object, text)` reads the kept text
+  // into it. It is in its place before it is loaded, so that a host's handler that reads it while
+  // it loads finds the same object.
+  template <class MakeObject, class Load>
+  automation::Ref<T> Get(MakeObject&& make, Load&& load) {
+    if (object_) return object_.get();
+    const automation::Ref<T> object = std::forward<MakeObject>(make)();
+    const KeptText text = std::exchange(text_, {});
+    object_ = automation::Owned<T>(object.get());
+    try {
+      std::forward<Load>(load)(*object, text);
+    } catch (...) {
+      Reset(text);
+      throw;
     }
-    return *object_;
+    return object;
   }
   T* built() const { return object_.get(); }
   const KeptText& text() const { return text_; }

@@ -200,8 +200,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   vnLinks& InternalLinks();
   vnFiles& InternalFiles();
   vnJumps& InternalJumps();
-  // Writes the document's text as a save does, without its side effects on IR and GUID.
-  void InternalWrite(common::BagWriter& writer, bool with_progress);
+  // Writes the document's text as a save does, without a save's effects on IR and GUID.
+  void InternalWrite(common::BagWriter& writer) { WriteParts(writer, false); }
 
  private:
   // What a document defines for one kind of object: fields and their form, each kept as text
@@ -211,8 +211,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
     common::Lazy<automation::Object> form;
   };
 
-  template <class Event, class... Args>
-  void Relay(Event event, Args&&... args);
+  template <class Event, class Subject, class... Args>
+  void Relay(Event event, Subject& subject, Args... args);
   template <class Event, class... Args>
   void Raise(Event event, Args&&... args);
 
@@ -221,12 +221,19 @@ class vnDocument : public automation::Object, public automation::EventSource {
   void SetDefinitions(Definitions& definitions, const Text& field_defs, const Text& form,
                       const char16_t* source);
 
+  // Saving (document_save.cpp).
   bool SaveProcedure();
-  void ReportSave(bool saved);
+  bool SaveAndReport();
+  void WriteParts(common::BagWriter& writer, bool with_progress);
+
+  // Loading (document_load.cpp).
+  class LoadingScope;
+  // Checks the name, loads from `read_from`, raises the outcome's events.
+  bool LoadAndReport(const Text& file_name, const Text& read_from, const Text& password);
   int32_t LoadProcedure(const Text& password);
-  bool LoadNamed(const Text& file_name, const Text& read_from, const Text& password,
-                 bool save_back);
-  int32_t ReadVersion2(common::BagReader& file, const Text& password);
+  int32_t ReadVersion2(common::BagReader& file, LoadingScope& scope, const Text& password);
+  void ReadDefinitions(common::BagReader& file, Definitions& definitions, const char* fields_key,
+                       const char* form_key);
   int32_t ImportOldFormat();
 
   automation::ListenerList<DocumentListener> listeners_;

@@ -7,6 +7,7 @@
 #include "automation/variant.h"
 #include "common/bag_writer.h"
 #include "common/kept_text.h"
+#include "common/lazy.h"
 #include "core/member.h"
 
 namespace vndoc6 {
@@ -120,7 +121,7 @@ class vnStep : public Member {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetDocument(vnDocument* document) override;
-  void InternalSetKey(const Text& key) { key_ = key; }
+  void InternalSetKey(const Text& key);
   vnSteps* InternalStepsOwner() const { return owner_.get(); }
   void InternalSetStepsOwner(vnSteps* owner);
   void InternalSetFieldsObject(automation::Object* fields);
@@ -140,15 +141,12 @@ class vnStep : public Member {
     InternalLoadFrom(text, key, false);
   }
   void InternalWrite(common::BagWriter& writer);
-  vnFigure& InternalFigure();
-  vnConditions& InternalConditions();
-  vnTasks& InternalTasks();
-  vnFiles& InternalFiles();
-  vnJumps& InternalJumps();
-  vnTitleRefs& InternalPerformedBy();
 
  private:
   struct Content;
+  // A part, built on the first read.
+  template <class T>
+  automation::Ref<T> Part(common::Lazy<T>& part);
   // Everything but the key and the number, read from the text on first use.
   Content& content();
   void ReadContent(const common::KeptText& text, Content& content);

@@ -1,0 +1,53 @@
+// vnSteps: the document's steps, and their numbering.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "collections/collection.h"
+#include "process/step.h"
+#include "process/step_numbers.h"
+
+namespace vndoc6 {
+
+class vnSteps : public Collection<vnStep> {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  // Adds a step: one without a key gets a fresh one, one without a document this collection's, one
+  // without a number the next. A step that has a number keeps it, taken or not. Nothing happens
+  // when its key is in the collection already. Raises StepAdded.
+  void Add(vnStep* poStep);
+  // Takes a step out, and out of the numbering: those above it move down. Its links stay. Raises
+  // StepRemoved. Nothing happens when there is no such step.
+  void Remove(const automation::Variant& pvRef);
+  void RemoveAll();
+
+  // The highest number; 0 for none.
+  int32_t LastIndex() const;
+  // The first step, in the order of the collection, with that number; Nothing when there is none.
+  automation::Ref<vnStep> ItemByStepIndex(int32_t plStepIndex) const;
+  // The step with exactly that key, letter case included; Nothing when there is none.
+  automation::Ref<vnStep> ItemByStepKey(const Text& psKey) const;
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalWrite(common::BagWriter& writer);
+  void InternalLoad(const common::KeptText& text);
+  // A step that calls this collection its owner bears another number, or another key, now.
+  void InternalNumberChanged(vnStep& step, int32_t previous);
+  void InternalKeyChanged();
+  // The steps with a number from `low` to `high`, in the order of the collection.
+  std::vector<automation::Ref<vnStep>> InternalStepsNumbered(int32_t low, int32_t high) const;
+
+ private:
+  const StepNumbers& Numbers() const;
+
+  // Made from the steps when somebody first asks for a number: a load asks for none.
+  mutable std::optional<StepNumbers> numbers_;
+  // A step changes without telling this collection (another is its owner), or was given another
+  // key by a Load: look at every step, as long as the collection lives.
+  bool untracked_ = false;
+};
+
+}  // namespace vndoc6
