@@ -136,7 +136,7 @@ void ClassInfo::IndexNames() {
 void ClassInfo::IndexIds() {
   int32_t highest = 0;
   for (const MemberInfo& member : members_) highest = std::max(highest, member.id);
-  first_by_id_.assign(static_cast<size_t>(highest - kLowestId + 1), -1);
+  first_by_id_.assign(static_cast<size_t>(int64_t{highest} - kLowestId + 1), -1);
   next_same_id_.assign(members_.size(), -1);
   for (size_t i = members_.size(); i-- > 0;) {
     int16_t& first = first_by_id_[static_cast<size_t>(members_[i].id - kLowestId)];
