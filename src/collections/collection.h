@@ -12,8 +12,8 @@
 
 namespace vndoc6 {
 
-// A collection class derives from this and adds its own Add and Remove, whose events differ. `Base`
-// is another than Member for collections that belong to no document.
+// A collection class derives from this and adds its own Add and Remove, whose events differ. Base
+// is what it belongs to.
 template <class T, class Base = Member>
 class Collection : public Base {
  public:
@@ -35,7 +35,7 @@ class Collection : public Base {
 
  protected:
   // The saved text under "<prefix><position>"; an empty collection writes nothing.
-  void WriteByPosition(common::BagWriter& writer, std::string_view prefix) {
+  void WriteByPosition(common::BagWriter& writer, std::string_view prefix) const {
     std::string key;
     for (size_t i = 0; i < store_.size(); ++i) {
       key.assign(prefix).append(std::to_string(i + 1));
@@ -43,7 +43,7 @@ class Collection : public Base {
     }
   }
   // The saved text under "<prefix><key>".
-  void WriteByKey(common::BagWriter& writer, char16_t prefix) {
+  void WriteByKey(common::BagWriter& writer, char16_t prefix) const {
     for (size_t i = 0; i < store_.size(); ++i) {
       writer.AddNestedUnder(prefix + store_[i].Key(),
                             [&](common::BagWriter& nested) { store_[i].InternalWrite(nested); });

@@ -69,7 +69,7 @@ class vnDetails : public Member {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetDocument(vnDocument* document) override;
-  void InternalWrite(common::BagWriter& writer);
+  void InternalWrite(common::BagWriter& writer) const;
   void InternalLoad(const common::KeptText& text);
   // Plain text, compared exactly; empty means none.
   const Text& InternalReadPassword() const { return read_password_; }

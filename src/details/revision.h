@@ -55,7 +55,7 @@ class vnRevisions : public Collection<vnRevision> {
   void Remove(const automation::Variant& pvRef);
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalWrite(common::BagWriter& writer);
+  void InternalWrite(common::BagWriter& writer) const;
   // Skips entries out of which no revision can be made.
   void InternalLoad(const common::KeptText& text);
 };

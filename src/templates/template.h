@@ -5,7 +5,7 @@
 
 #include "automation/object.h"
 #include "automation/variant.h"
-#include "collections/numbered_list.h"
+#include "collections/numbered_collection.h"
 #include "common/bag_writer.h"
 #include "common/kept_text.h"
 
@@ -64,7 +64,7 @@ class vnTemplate : public automation::Object {
 
 // A list of templates. Its members are found by position, by the text of their ID ("3") and by
 // their key ("fig3").
-class vnTemplates : public NumberedList<vnTemplate, automation::Object> {
+class vnTemplates : public NumberedCollection<vnTemplate, automation::Object> {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
@@ -83,7 +83,7 @@ class vnTemplates : public NumberedList<vnTemplate, automation::Object> {
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetTemplateLibrary(vnTemplateLibrary* library);
   vnTemplateLibrary* InternalTemplateLibrary() const;
-  void InternalWrite(common::BagWriter& writer) { WriteNumbered(writer); }
+  void InternalWrite(common::BagWriter& writer) const { WriteNumbered(writer); }
   void InternalLoad(const common::KeptText& text);
 
  protected:

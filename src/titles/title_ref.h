@@ -61,7 +61,7 @@ class vnTitleRefs : public Collection<vnTitleRef> {
   // Enters a reference under its text, unless that is taken; in a document without a handler it
   // takes the place of what was there.
   void InternalAddReference(vnTitleRef& reference);
-  void InternalWrite(common::BagWriter& writer);
+  void InternalWrite(common::BagWriter& writer) const;
   void InternalLoad(const common::KeptText& text);
 
  private:
