@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "automation/error.h"
 #include "common/base64.h"
 
 namespace vndoc6::common {
@@ -21,6 +22,15 @@ size_t SlotOf(std::string_view key) {
     mixed = mixed * 37 + static_cast<unsigned char>(c);
   }
   return mixed % kSlots;
+}
+
+template <class T>
+T ConvertedOr(const Variant& value, T (Variant::*convert)() const, const T& missing) {
+  try {
+    return (value.*convert)();
+  } catch (const automation::Error&) {
+    return missing;  // a text that is no number, a number out of range, a Null
+  }
 }
 
 }  // namespace
@@ -101,27 +111,30 @@ KeptText BagReader::GetKept(std::string_view key) {
 KeptText BagReader::KeptOf(const BagEntry& entry) const {
   if (entry.tag == '"') return scanner_.TextOf(entry);
   Variant value;
-  return scanner_.ValueOf(entry, value) ? KeptText(TextView(value.ToText())) : KeptText();
+  if (!scanner_.ValueOf(entry, value)) return KeptText();
+  return KeptText(TextView(ConvertedOr(value, &Variant::ToText, Text())));
+}
+
+template <class T>
+T BagReader::ValueOr(std::string_view key, T (Variant::*convert)() const, T missing) {
+  const std::optional<Variant> value = Get(key);
+  return value ? ConvertedOr(*value, convert, missing) : missing;
 }
 
 int32_t BagReader::GetLong(std::string_view key, int32_t missing) {
-  const std::optional<Variant> value = Get(key);
-  return value ? value->ToLong() : missing;
+  return ValueOr(key, &Variant::ToLong, missing);
 }
 
 bool BagReader::GetBoolean(std::string_view key, bool missing) {
-  const std::optional<Variant> value = Get(key);
-  return value ? value->ToBoolean() : missing;
+  return ValueOr(key, &Variant::ToBoolean, missing);
 }
 
 float BagReader::GetSingle(std::string_view key, float missing) {
-  const std::optional<Variant> value = Get(key);
-  return value ? value->ToSingle() : missing;
+  return ValueOr(key, &Variant::ToSingle, missing);
 }
 
 Currency BagReader::GetCurrency(std::string_view key, Currency missing) {
-  const std::optional<Variant> value = Get(key);
-  return value ? value->ToCurrency() : missing;
+  return ValueOr(key, &Variant::ToCurrency, missing);
 }
 
 std::optional<std::vector<uint8_t>> BagReader::GetPicture(std::string_view key) {

@@ -13,10 +13,10 @@
 
 namespace vndoc6::common {
 
-// Looks entries up by key. Missing keys give the default; a value of another type is converted as
-// automation does (error 13 or 6 when it can't be); one that does not follow its tag counts as
-// missing. The first of several entries with one key counts. Asking in the order in which the
-// entries were written finds each at once.
+// Looks entries up by key. A value of another type is converted as automation does. A missing key
+// gives the default, and so does a value that can't be converted or does not follow its tag: a
+// damaged value must not keep the rest of a document from being read. The first of several entries
+// with one key counts. Asking in the order in which the entries were written finds each at once.
 class BagReader {
  public:
   explicit BagReader(KeptText text);
@@ -39,6 +39,8 @@ class BagReader {
   const BagEntry* Find(std::string_view key);
   const BagEntry* FindByKey(std::string_view key) const;
   KeptText KeptOf(const BagEntry& entry) const;
+  template <class T>
+  T ValueOr(std::string_view key, T (automation::Variant::*convert)() const, T missing);
 
   BagScanner scanner_;
   std::vector<BagEntry> entries_;
