@@ -34,6 +34,11 @@ class Collection : public Base {
   const KeyedStore<T>& InternalStore() const { return store_; }
 
  protected:
+  // Stores a member under its key, a fresh one when it has none. False when the key is taken.
+  bool AddUnderOwnKey(T& member) {
+    if (member.Key().empty()) member.InternalSetKey(common::NewKey());
+    return store_.Add(member.Key(), member);
+  }
   // The saved text under "<prefix><position>"; an empty collection writes nothing.
   void WriteByPosition(common::BagWriter& writer, std::string_view prefix) const {
     std::string key;
@@ -59,6 +64,13 @@ class Collection : public Base {
       member->InternalLoad(scanner.TextOf(entry), Text());
       add(member.get());
     }
+  }
+  // Adds the members of a document's own list, which were in the document already: they get the
+  // document, and nothing is reported.
+  void ReadMembersQuietly(const common::KeptText& text) {
+    ReadMembers(text, [this](T* member) {
+      if (AddUnderOwnKey(*member)) member->InternalSetDocument(this->InternalDocument());
+    });
   }
 
   KeyedStore<T> store_;

@@ -1,0 +1,43 @@
+// Attachment: what a step's files and jumps have in common.
+#pragma once
+
+#include "common/bag_reader.h"
+#include "common/bag_writer.h"
+#include "core/document_events.h"
+#include "process/step_member.h"
+
+namespace vndoc6 {
+
+class Attachment : public StepMember {
+ public:
+  // Empty until the host sets one, or until the object is loaded or added to a collection.
+  // Setting it reports nothing.
+  const Text& Key() const { return key_; }
+  void SetKey(const Text& psKey) { key_ = psKey; }
+  // Setting it reports detail 1, changed or not.
+  const Text& DisplayName() const { return display_name_; }
+  void SetDisplayName(const Text& psDisplayName);
+  // Setting it reports detail 2, changed or not.
+  const Text& FileName() const { return file_name_; }
+  void SetFileName(const Text& psFileName);
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalSetKey(const Text& key) { key_ = key; }
+  // Raises the class's own event in the document; 0 is the detail of an object that came or went.
+  virtual void InternalReport(vnDocument& document, EnumVantrelChangeEvent type,
+                              int32_t detail_id) = 0;
+
+ protected:
+  void WriteNames(common::BagWriter& writer) const;
+  void ReadNames(common::BagReader& reader, const Text& key);
+  void CopyNames(const Attachment& other);
+
+ private:
+  void ReportDetail(int32_t detail_id);
+
+  Text key_;
+  Text display_name_;
+  Text file_name_;
+};
+
+}  // namespace vndoc6

@@ -1,0 +1,84 @@
+// vnContainer: a named group on the chart. vnContainers: the groups of a document.
+#pragma once
+
+#include "collections/collection.h"
+#include "common/lazy.h"
+
+namespace vndoc6 {
+
+class vnFigure;
+
+// Steps name their container by its key; the container keeps no list of its steps.
+class vnContainer : public Member {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  vnContainer();
+  ~vnContainer() override;
+
+  // The document, in a Variant.
+  automation::Variant Document() const;
+  void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
+  // Setting it reports nothing; the container stays in its collection under the key it had.
+  const Text& Key() const { return key_; }
+  void SetKey(const Text& psKey) { key_ = psKey; }
+  // Setting it reports 1 as a container change, changed or not.
+  const Text& Label() const { return label_; }
+  void SetLabel(const Text& psLabel);
+  // Reading it reports 1 as a container change; setting it reports nothing.
+  Text Description();
+  void SetDescription(const Text& psDescription) { description_ = psDescription; }
+  // What draws the group's outline; built on the first read.
+  automation::Ref<vnFigure> Figure();
+
+  // Reads a serialised text; its key counts when psKey is empty. Reports nothing. The figure is
+  // built anew on the next read.
+  void Load(const Text& psLoad, const Text& psKey = {});
+  // The container's serialised text. Reports nothing.
+  Text Save() const;
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalSetDocument(vnDocument* document) override;
+  void InternalSetKey(const Text& key) { key_ = key; }
+  void InternalWrite(common::BagWriter& writer) const;
+  void InternalLoad(const common::KeptText& text, const Text& key);
+  // Everything but the key and the document, the figure's values included. Reports nothing.
+  void InternalCopyFrom(vnContainer& other);
+
+ private:
+  void ReportChange();
+
+  Text key_;
+  Text label_;
+  Text description_;
+  common::Lazy<vnFigure> figure_;
+};
+
+class vnContainers : public Collection<vnContainer> {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  // A container that the host keeps with the collection.
+  automation::Ref<vnContainer> Container() const;
+  void SetContainer(vnContainer* poContainer);
+
+  // Adds a container, with a fresh key when it has none. Raises ContainerAdded. Nothing happens
+  // when its key is in the collection already.
+  void Add(vnContainer* poContainer);
+  // Raises ContainerRemoved, then takes the container out; nothing happens when there is none.
+  // Steps that name it keep doing so.
+  void Remove(const automation::Variant& pvRef);
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalWrite(common::BagWriter& writer) const;
+  void InternalLoad(const common::KeptText& text);
+  // The same, for containers that were in the document already: raises nothing.
+  void InternalLoadQuietly(const common::KeptText& text);
+
+ private:
+  automation::Owned<vnContainer> container_;
+};
+
+}  // namespace vndoc6

@@ -1,0 +1,97 @@
+// vnLink: joins two steps. vnLinks: the links of a document, or a working list of a step.
+#pragma once
+
+#include "collections/collection.h"
+#include "common/lazy.h"
+
+namespace vndoc6 {
+
+class vnCondition;
+class vnConditions;
+class vnLine;
+
+// Setting a link's properties reports nothing: hosts do, with vnDocument.RaiseLinkChange.
+class vnLink : public Member {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  vnLink();
+  ~vnLink() override;
+
+  void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
+  // Empty until the link is added to a collection or loaded.
+  const vndoc6::Text& Key() const { return key_; }
+  const vndoc6::Text& Text() const { return text_; }
+  void SetText(const vndoc6::Text& psText) { text_ = psText; }
+  const vndoc6::Text& Tooltip() const { return tooltip_; }
+  void SetTooltip(const vndoc6::Text& psTooltip) { tooltip_ = psTooltip; }
+  // The keys of the steps that the link joins. Nobody checks that there are such steps.
+  const vndoc6::Text& OriginStepKey() const { return origin_step_key_; }
+  void SetOriginStepKey(const vndoc6::Text& psOriginStepKey) { origin_step_key_ = psOriginStepKey; }
+  const vndoc6::Text& DestinationStepKey() const { return destination_step_key_; }
+  void SetDestinationStepKey(const vndoc6::Text& psDestinationStepKey) {
+    destination_step_key_ = psDestinationStepKey;
+  }
+  // The connector that draws the link; built on the first read.
+  automation::Ref<vnLine> Line();
+  void SetLine(vnLine* poLine);
+  // The tests for taking this path; built on the first read.
+  automation::Ref<vnConditions> Conditions();
+  void SetConditions(vnConditions* poConditions);
+  // Free text, in the host's language; independent of Conditions.
+  const vndoc6::Text& ConditionExpression() const { return condition_expression_; }
+  void SetConditionExpression(const vndoc6::Text& psConditionExpression) {
+    condition_expression_ = psConditionExpression;
+  }
+
+  // The link's serialised text.
+  vndoc6::Text Save() const;
+  // Reads a serialised text; its key counts when psKey is empty. Reports nothing. The line and the
+  // conditions are built anew on the next read.
+  void Load(const vndoc6::Text& psLoad, const vndoc6::Text& psKey = {});
+
+  // Adds a condition of this link to Conditions and gives it.
+  automation::Ref<vnCondition> NewCondition(const vndoc6::Text& psDisplayName,
+                                            const vndoc6::Text& psCondition);
+  // Whether there was one with that key.
+  bool RemoveCondition(const vndoc6::Text& psKey);
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalSetDocument(vnDocument* document) override;
+  void InternalSetKey(const vndoc6::Text& key) { key_ = key; }
+  void InternalWrite(common::BagWriter& writer) const;
+  void InternalLoad(const common::KeptText& text, const vndoc6::Text& key);
+
+ private:
+  vndoc6::Text key_;
+  vndoc6::Text text_;
+  vndoc6::Text tooltip_;
+  vndoc6::Text origin_step_key_;
+  vndoc6::Text destination_step_key_;
+  vndoc6::Text condition_expression_;
+  common::Lazy<vnLine> line_;
+  common::Lazy<vnConditions> conditions_;
+};
+
+class vnLinks : public Collection<vnLink> {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
+
+  // Adds a link, with a fresh key when it has none. Raises LinkAdded. Nothing happens when its key
+  // is in the collection already.
+  void Add(vnLink* poLink);
+  // Takes a link out; raises nothing.
+  void Remove(const automation::Variant& pvRef);
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalWrite(common::BagWriter& writer) const;
+  void InternalLoad(const common::KeptText& text);
+  // The same, for links that were in the document already: raises nothing.
+  void InternalLoadQuietly(const common::KeptText& text);
+};
+
+}  // namespace vndoc6

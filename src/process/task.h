@@ -1,0 +1,76 @@
+// vnTask: one unit of work inside a step. vnTasks: the tasks of a step.
+#pragma once
+
+#include "collections/collection.h"
+#include "process/step_member.h"
+
+namespace vndoc6 {
+
+class vnTask : public StepMember {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
+  // Empty until the task is added to a collection or loaded.
+  const Text& Key() const { return key_; }
+  // Setting the name or the description reports nothing.
+  const Text& Name() const { return name_; }
+  void SetName(const Text& psName) { name_ = psName; }
+  const Text& Description() const { return description_; }
+  void SetDescription(const Text& psDescription) { description_ = psDescription; }
+  // Codes and data of the host's. Setting them reports vndTaskType, vndModuleType, vndTaskData,
+  // changed or not.
+  int32_t TaskType() const { return task_type_; }
+  void SetTaskType(int32_t plTaskType);
+  int32_t ModuleType() const { return module_type_; }
+  void SetModuleType(int32_t plModuleType);
+  // The task's place among the step's tasks. Setting it moves no other task and reports nothing.
+  int32_t TaskOrder() const { return task_order_; }
+  void SetTaskOrder(int32_t plTaskOrder) { task_order_ = plTaskOrder; }
+  const Text& TaskData() const { return task_data_; }
+  void SetTaskData(const Text& psTaskData);
+
+  // The task's serialised text.
+  Text Save() const;
+  // Reads a serialised text; its key counts when psKey is empty. Reports nothing, and the step
+  // does not count the task.
+  void Load(const Text& psLoad, const Text& psKey = {});
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalSetKey(const Text& key) { key_ = key; }
+  void InternalWrite(common::BagWriter& writer) const;
+  void InternalLoad(const common::KeptText& text, const Text& key);
+  // Everything but the key and the owners. Reports nothing.
+  void InternalCopyFrom(const vnTask& other);
+
+ private:
+  void ReportChange(int32_t detail_id);
+
+  Text key_;
+  int32_t task_type_ = 0;
+  int32_t module_type_ = 0;
+  Text task_data_;
+  Text name_;
+  Text description_;
+  int32_t task_order_ = 0;
+};
+
+// In the order in which they were added, whatever their TaskOrder.
+class vnTasks : public Collection<vnTask, StepMember> {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  // Adds a task, with a fresh key when it has none, and gives it this collection's document and
+  // step. Reports 1 as a task change. Nothing happens when its key is in the collection already.
+  void Add(vnTask* poTask);
+  // Reports 2 as a task change, then takes the task out; nothing happens when there is none.
+  void Remove(const automation::Variant& pvRef);
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalWrite(common::BagWriter& writer) const;
+  void InternalLoad(const common::KeptText& text);
+};
+
+}  // namespace vndoc6

@@ -1,0 +1,31 @@
+// TaskOrderIndex: the orders of the tasks that a step made itself.
+#pragma once
+
+#include <cstdint>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "automation/text.h"
+
+namespace vndoc6 {
+
+// Task keys, letter case included, with their orders.
+class TaskOrderIndex {
+ public:
+  size_t size() const { return orders_.size(); }
+  // A key that is there already gets the new order.
+  void Add(const Text& key, int32_t order) { orders_.insert_or_assign(key, order); }
+  // Nothing happens for an unknown key.
+  void Remove(const Text& key) { orders_.erase(key); }
+  void Clear() { orders_.clear(); }
+
+  // Moves every order above the removed one down by one. Gives the keys that moved, with their
+  // new orders.
+  std::vector<std::pair<Text, int32_t>> CloseGap(int32_t removed_order);
+
+ private:
+  std::unordered_map<Text, int32_t> orders_;
+};
+
+}  // namespace vndoc6
