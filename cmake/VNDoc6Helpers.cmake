@@ -8,10 +8,16 @@ function(vndoc6_glob result pattern)
   set(${result} ${files} PARENT_SCOPE)
 endfunction()
 
-# The same in every folder that does not belong to one platform.
+# The same in every folder that does not belong to one platform. x_posix.cpp and x_windows.cpp are
+# two versions of one thing, of which each platform has its own.
 function(vndoc6_model_files result pattern)
   vndoc6_glob(files ${pattern} "*")
   list(FILTER files EXCLUDE REGEX "/src/(windows|registration)/")
+  if(WIN32)
+    list(FILTER files EXCLUDE REGEX "_posix\\.cpp$")
+  else()
+    list(FILTER files EXCLUDE REGEX "_windows\\.cpp$")
+  endif()
   set(${result} ${files} PARENT_SCOPE)
 endfunction()
 
