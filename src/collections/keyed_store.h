@@ -11,6 +11,7 @@
 #include "automation/object.h"
 #include "automation/text.h"
 #include "automation/variant.h"
+#include "common/position.h"
 
 namespace vndoc6 {
 
@@ -92,12 +93,7 @@ class KeyedStore {
 
   size_t IndexOf(const automation::Variant& position_or_key) const {
     if (const auto* key = position_or_key.If<Text>()) return FindFolded(automation::FoldCase(*key));
-    if (!position_or_key.IsNumber()) return kNone;
-    const double position = position_or_key.ToDouble();
-    // A position that no collection can have; the rounding below stays in range.
-    if (!(position >= 0.5 && position <= 2147483647.0)) return kNone;
-    const auto index = static_cast<size_t>(position_or_key.ToLong()) - 1;
-    return index < entries_.size() ? index : kNone;
+    return common::IndexOfPosition(position_or_key, entries_.size()).value_or(kNone);
   }
 
   size_t FindFolded(TextView folded) const {
