@@ -16,9 +16,7 @@ size_t live_count = 0;
 namespace detail {
 
 void ReleaseAnchor(Anchor* anchor) noexcept {
-  if (--anchor->count == 0) {
-    if (anchor->object == nullptr) delete anchor;
-  }
+  if (--anchor->count == 0) delete anchor;
 }
 
 }  // namespace detail
@@ -30,13 +28,13 @@ Object::~Object() {
   if (companion_ != nullptr) companion_->OnObjectGone();
   if (anchor_ == nullptr) return;
   anchor_->object = nullptr;
-  if (anchor_->count == 0) delete anchor_;
+  detail::ReleaseAnchor(anchor_);
 }
 
 size_t Object::LiveCount() { return live_count; }
 
 detail::Anchor* Object::MakeAnchor() {
-  if (anchor_ == nullptr) anchor_ = new detail::Anchor{this, 0};
+  if (anchor_ == nullptr) anchor_ = new detail::Anchor{this, 1};
   ++anchor_->count;
   return anchor_;
 }

@@ -30,7 +30,7 @@ namespace detail {
 // What weak pointers share; outlives its object as long as one of them is left.
 struct Anchor {
   Object* object;
-  uint32_t count;
+  uint32_t count;  // the weak pointers, and one for the object itself
 };
 void ReleaseAnchor(Anchor* anchor) noexcept;
 }  // namespace detail
