@@ -1,0 +1,43 @@
+// Records the events of a document as lines: the event's name, the object's key where it has one,
+// and the other arguments.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "automation/late_bound.h"
+#include "core/document.h"
+
+namespace vndoc6::testing {
+
+class RecordingListener : public automation::EventSink {
+ public:
+  explicit RecordingListener(vnDocument& document) : document_(document) { document_.Connect(this); }
+  ~RecordingListener() override { document_.Disconnect(this); }
+  RecordingListener(const RecordingListener&) = delete;
+  RecordingListener& operator=(const RecordingListener&) = delete;
+
+  void OnEvent(const automation::EventInfo& event,
+               std::span<const automation::Variant> arguments) override {
+    std::string line = event.name;
+    for (const automation::Variant& argument : arguments) line += " " + Describe(argument);
+    lines_.push_back(std::move(line));
+  }
+
+  // What was recorded since the last call.
+  std::vector<std::string> Take() { return std::exchange(lines_, {}); }
+
+ private:
+  static std::string Describe(const automation::Variant& argument) {
+    if (!argument.IsObject()) return automation::ToUtf8(argument.ToText());
+    automation::Object& object = *argument.ToObject();
+    if (object.FindMember(u"Key") == automation::kNoMember) return std::string(object.TypeName());
+    return automation::ToUtf8(automation::Get(object, u"Key").ToText());
+  }
+
+  vnDocument& document_;
+  std::vector<std::string> lines_;
+};
+
+}  // namespace vndoc6::testing
