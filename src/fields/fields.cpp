@@ -1,0 +1,40 @@
+#include "fields/fields.h"
+
+#include "automation/late_bound.h"
+#include "automation/services.h"
+#include "fields/stand_ins.h"
+
+namespace vndoc6::fields {
+
+using automation::Object;
+using automation::Ref;
+using automation::Variant;
+
+namespace {
+
+template <class T>
+Ref<Object> MakeLoaded(TextView programmatic_id, const Text& text) {
+  Ref<Object> object = automation::TryCreateObject(programmatic_id);
+  if (!object) object = automation::Make<T>();
+  automation::Put(*object, u"Text", {text});
+  return object;
+}
+
+}  // namespace
+
+// Hosts register these identifiers: never change one.
+Ref<Object> MakeFieldDefs(const Text& text) {
+  return MakeLoaded<FieldDefs>(u"Fields.FieldDefs", text);
+}
+Ref<Object> MakeFieldValues(const Text& text) {
+  return MakeLoaded<FieldValues>(u"Fields.FieldValues", text);
+}
+Ref<Object> MakeFormDef(const Text& text) { return MakeLoaded<FormDef>(u"Forms2.FormDef", text); }
+
+Text TextOf(Object& object) { return automation::Get(object, u"Text").ToText(); }
+
+void SetDatabase(Object& field_defs, Object* database) {
+  automation::Put(field_defs, u"Database", {Ref<Object>(database)});
+}
+
+}  // namespace vndoc6::fields

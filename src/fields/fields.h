@@ -1,0 +1,22 @@
+// The seam to field definitions, field values and forms. A host that has objects of its own for
+// them registers "Fields.FieldDefs", "Fields.FieldValues" and "Forms2.FormDef"; where it has not,
+// the library's own stand-ins are used. Either way they are reached by member name only: `Text`,
+// and `Database` of field definitions.
+#pragma once
+
+#include "automation/object.h"
+#include "automation/text.h"
+
+namespace vndoc6::fields {
+
+// Each makes a new object, loaded with the text. Raises what a host's object raises.
+automation::Ref<automation::Object> MakeFieldDefs(const Text& text);
+automation::Ref<automation::Object> MakeFieldValues(const Text& text);
+automation::Ref<automation::Object> MakeFormDef(const Text& text);
+
+// The text to save for any of them.
+Text TextOf(automation::Object& object);
+// Hands field definitions the database that the document is bound to.
+void SetDatabase(automation::Object& field_defs, automation::Object* database);
+
+}  // namespace vndoc6::fields

@@ -1,0 +1,46 @@
+// FieldDefs, FieldValues and FormDef: what a document keeps field definitions, field values and
+// forms in when the host has no objects of its own for them. They know nothing of their texts.
+#pragma once
+
+#include "automation/class_info.h"
+#include "automation/object.h"
+#include "automation/text.h"
+
+namespace vndoc6 {
+
+// What the three have in common: the text they were loaded from, given back unchanged.
+class StandIn : public automation::Object {
+ public:
+  const Text& GetText() const { return text_; }
+  void SetText(const Text& psText) { text_ = psText; }
+
+ private:
+  Text text_;
+};
+
+class FieldDefs : public StandIn {
+ public:
+  // The database that the document was bound to; Nothing before.
+  automation::Ref<automation::Object> Database() const { return database_.get(); }
+  void SetDatabase(automation::Object* poDatabase) { database_ = poDatabase; }
+
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+ private:
+  automation::Owned<automation::Object> database_;
+};
+
+class FieldValues : public StandIn {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+};
+
+class FormDef : public StandIn {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+};
+
+}  // namespace vndoc6
