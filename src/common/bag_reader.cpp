@@ -98,9 +98,9 @@ std::optional<Variant> BagReader::Get(std::string_view key) {
   return value;
 }
 
-Text BagReader::GetText(std::string_view key) {
+Text BagReader::GetText(std::string_view key, TextView missing) {
   const BagEntry* const entry = Find(key);
-  return entry != nullptr ? KeptOf(*entry).ToText() : Text();
+  return entry != nullptr ? KeptOf(*entry).ToText() : Text(missing);
 }
 
 KeptText BagReader::GetKept(std::string_view key) {

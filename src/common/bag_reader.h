@@ -21,7 +21,7 @@ class BagReader {
  public:
   explicit BagReader(KeptText text);
 
-  Text GetText(std::string_view key);
+  Text GetText(std::string_view key, TextView missing = {});
   int32_t GetLong(std::string_view key, int32_t missing = 0);
   bool GetBoolean(std::string_view key, bool missing = false);
   float GetSingle(std::string_view key, float missing = 0);
