@@ -1,0 +1,24 @@
+// What figures, lines and the chart have in common: a font in six entries of their saved text, a
+// picture in one.
+#pragma once
+
+#include <string_view>
+
+#include "automation/font.h"
+#include "automation/picture.h"
+#include "common/bag_reader.h"
+#include "common/bag_writer.h"
+
+namespace vndoc6 {
+
+void WriteFontText(common::BagWriter& writer, const automation::Font& font);
+// Missing entries give Tahoma, size 9, plain.
+automation::FontValues ReadFontText(common::BagReader& reader);
+
+// Another font object of the same values; null for null.
+automation::Ref<automation::Font> CopyFont(const automation::Font* font);
+
+// The picture under the key; null when there is none or the entry is something else.
+automation::Ref<automation::Picture> ReadPicture(common::BagReader& reader, std::string_view key);
+
+}  // namespace vndoc6
