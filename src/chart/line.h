@@ -1,0 +1,206 @@
+// vnLine: the drawn connector of a link.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "automation/font.h"
+#include "automation/object.h"
+#include "common/bag_reader.h"
+#include "common/bag_writer.h"
+#include "common/kept_text.h"
+#include "core/member.h"
+
+namespace vndoc6 {
+
+class vnLink;
+
+// The plain values of a line. One made by a host has zeros throughout; a link's has the defaults
+// in line.cpp, for it was loaded.
+struct LineValues {
+  int32_t orig_figure_index = 0;
+  int32_t dest_figure_index = 0;
+  int32_t z_order_index = 0;
+  bool marked = false;
+  bool logical = false;
+  bool selectable = false;
+  bool stretchable = false;
+  bool orthogonal_dynamic = false;
+  bool oriented_text = false;
+  bool hidden = false;
+  bool orig_adjustable = false;
+  bool dest_adjustable = false;
+  bool rigid = false;
+  int32_t back_mode = 0;
+  int32_t link_style = 0;
+  int32_t arrow_dest = 0;
+  int32_t arrow_orig = 0;
+  int32_t arrow_mid = 0;
+  int32_t arrow_dest_size = 0;
+  int32_t arrow_orig_size = 0;
+  int32_t arrow_mid_size = 0;
+  int32_t draw_style = 0;
+  int32_t draw_width = 0;
+  int32_t show_jump = 0;
+  int32_t text_segment = 0;
+  int32_t draw_colour = 0;
+  int32_t fore_colour = 0;
+  int32_t user_data = 0;
+  int32_t orig_x = 0;
+  int32_t orig_y = 0;
+  int32_t dest_x = 0;
+  int32_t dest_y = 0;
+};
+
+// Every put stores its value as it is and then reports its number (vndOrigFigureIndex and so on)
+// as a change of the line's link, unless its comment says more. Coordinates are in the host's
+// drawing units, colours hold red in the low byte, and codes mean what the drawing host means by
+// them.
+class vnLine : public Member {
+ public:
+  static const automation::ClassInfo& classInfo();
+  const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
+
+  // Neither reports anything.
+  void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
+  automation::Ref<vnLink> Link() const;
+  void SetLink(vnLink* poLink);
+
+  // The figures that the line leaves and enters, as the drawing host counts them.
+  int32_t OrigFigureIndex() const { return values_.orig_figure_index; }
+  void SetOrigFigureIndex(int32_t plOrigFigureIndex) {
+    Put(&Values::orig_figure_index, plOrigFigureIndex);
+  }
+  int32_t DestFigureIndex() const { return values_.dest_figure_index; }
+  void SetDestFigureIndex(int32_t plDestFigureIndex) {
+    Put(&Values::dest_figure_index, plDestFigureIndex);
+  }
+  // Reports vndWidth.
+  int32_t ZOrderIndex() const { return values_.z_order_index; }
+  void SetZOrderIndex(int32_t plZOrderIndex) { Put(&Values::z_order_index, plZOrderIndex); }
+
+  // What the user may do with the line, and whether it is selected.
+  bool Marked() const { return values_.marked; }
+  void SetMarked(bool pbMarked) { Put(&Values::marked, pbMarked); }
+  bool Logical() const { return values_.logical; }
+  void SetLogical(bool pbLogical) { Put(&Values::logical, pbLogical); }
+  bool Selectable() const { return values_.selectable; }
+  void SetSelectable(bool pbSelectable) { Put(&Values::selectable, pbSelectable); }
+  bool Stretchable() const { return values_.stretchable; }
+  void SetStretchable(bool pbStretchable) { Put(&Values::stretchable, pbStretchable); }
+  bool OrthogonalDynamic() const { return values_.orthogonal_dynamic; }
+  void SetOrthogonalDynamic(bool pbOrthogonalDynamic) {
+    Put(&Values::orthogonal_dynamic, pbOrthogonalDynamic);
+  }
+  bool OrientedText() const { return values_.oriented_text; }
+  void SetOrientedText(bool pbOrientedText) { Put(&Values::oriented_text, pbOrientedText); }
+  bool Hidden() const { return values_.hidden; }
+  void SetHidden(bool pbHidden) { Put(&Values::hidden, pbHidden); }
+  bool OrigAdjustable() const { return values_.orig_adjustable; }
+  void SetOrigAdjustable(bool pbOrigAdjustable) { Put(&Values::orig_adjustable, pbOrigAdjustable); }
+  bool DestAdjustable() const { return values_.dest_adjustable; }
+  void SetDestAdjustable(bool pbDestAdjustable) { Put(&Values::dest_adjustable, pbDestAdjustable); }
+  bool Rigid() const { return values_.rigid; }
+  void SetRigid(bool pbRigid) { Put(&Values::rigid, pbRigid); }
+
+  // How it is drawn.
+  int32_t BackMode() const { return values_.back_mode; }
+  void SetBackMode(int32_t plBackMode) { Put(&Values::back_mode, plBackMode); }
+  int32_t LinkStyle() const { return values_.link_style; }
+  void SetLinkStyle(int32_t plLinkStyle) { Put(&Values::link_style, plLinkStyle); }
+  int32_t ArrowDest() const { return values_.arrow_dest; }
+  void SetArrowDest(int32_t plArrowDest) { Put(&Values::arrow_dest, plArrowDest); }
+  int32_t ArrowOrig() const { return values_.arrow_orig; }
+  void SetArrowOrig(int32_t plArrowOrig) { Put(&Values::arrow_orig, plArrowOrig); }
+  int32_t ArrowMid() const { return values_.arrow_mid; }
+  void SetArrowMid(int32_t plArrowMid) { Put(&Values::arrow_mid, plArrowMid); }
+  int32_t ArrowDestSize() const { return values_.arrow_dest_size; }
+  void SetArrowDestSize(int32_t plArrowDestSize) { Put(&Values::arrow_dest_size, plArrowDestSize); }
+  int32_t ArrowOrigSize() const { return values_.arrow_orig_size; }
+  void SetArrowOrigSize(int32_t plArrowOrigSize) { Put(&Values::arrow_orig_size, plArrowOrigSize); }
+  int32_t ArrowMidSize() const { return values_.arrow_mid_size; }
+  void SetArrowMidSize(int32_t plArrowMidSize) { Put(&Values::arrow_mid_size, plArrowMidSize); }
+  int32_t DrawStyle() const { return values_.draw_style; }
+  void SetDrawStyle(int32_t plDrawStyle) { Put(&Values::draw_style, plDrawStyle); }
+  int32_t DrawWidth() const { return values_.draw_width; }
+  void SetDrawWidth(int32_t plDrawWidth) { Put(&Values::draw_width, plDrawWidth); }
+  // A number that stands for a flag: -1 is True.
+  int32_t ShowJump() const { return values_.show_jump; }
+  void SetShowJump(int32_t plShowJump) { Put(&Values::show_jump, plShowJump); }
+  int32_t TextSegment() const { return values_.text_segment; }
+  void SetTextSegment(int32_t plTextSegment) { Put(&Values::text_segment, plTextSegment); }
+  int32_t DrawColour() const { return values_.draw_colour; }
+  void SetDrawColour(int32_t plDrawColour) { Put(&Values::draw_colour, plDrawColour); }
+  int32_t ForeColour() const { return values_.fore_colour; }
+  void SetForeColour(int32_t plForeColour) { Put(&Values::fore_colour, plForeColour); }
+
+  // For the host's own use.
+  int32_t UserData() const { return values_.user_data; }
+  void SetUserData(int32_t plUserData) { Put(&Values::user_data, plUserData); }
+
+  // Never Nothing. Changing this object's properties changes the line's font and reports nothing.
+  automation::Ref<automation::Font> Font();
+  // The object itself becomes the line's font.
+  void SetFont(automation::Font* poFont);
+
+  // The line's ends.
+  int32_t OrigX() const { return values_.orig_x; }
+  void SetOrigX(int32_t plOrigX) { Put(&Values::orig_x, plOrigX); }
+  int32_t OrigY() const { return values_.orig_y; }
+  void SetOrigY(int32_t plOrigY) { Put(&Values::orig_y, plOrigY); }
+  int32_t DestX() const { return values_.dest_x; }
+  void SetDestX(int32_t plDestX) { Put(&Values::dest_x, plDestX); }
+  int32_t DestY() const { return values_.dest_y; }
+  void SetDestY(int32_t plDestY) { Put(&Values::dest_y, plDestY); }
+
+  // The bends between the ends: points 1 to ExtraPointCount. There is a point 0 as well, which is
+  // none of them and not saved. An index that there is no point for raises error 9.
+  int32_t ExtraPointX(int32_t plIndex) const { return PointAt(plIndex).x; }
+  int32_t ExtraPointY(int32_t plIndex) const { return PointAt(plIndex).y; }
+  // An index above the count raises the count to it; error 9 above 1,000,000.
+  void SetExtraPointX(int32_t plIndex, int32_t plValue);
+  void SetExtraPointY(int32_t plIndex, int32_t plValue);
+  // A put brings the number into the range 0 to 75, keeps the points that still fit, and reports
+  // vndExtraPointY, then vndExtraPointX.
+  int32_t ExtraPointCount() const { return static_cast<int32_t>(points_.size()) - 1; }
+  void SetExtraPointCount(int32_t plExtraPointCount);
+  // While it is True, changes of the extra points and their number report nothing. Not saved.
+  bool UpdateExtraPoints() const { return update_extra_points_; }
+  void SetUpdateExtraPoints(bool pbUpdateExtraPoints) {
+    update_extra_points_ = pbUpdateExtraPoints;
+  }
+
+  // --- Inside the library; hosts have no use for these. ---
+  // Error 91 when the line was never loaded nor its font read.
+  void InternalWrite(common::BagWriter& writer) const;
+  // Reports nothing.
+  void InternalLoad(const common::KeptText& text);
+  // Takes over every saved value, with an equal font object of its own. Document and link stay.
+  // Reports nothing.
+  void InternalCopyFrom(const vnLine& other);
+
+ protected:
+  automation::Object* FindParent() const override;
+
+ private:
+  using Values = LineValues;
+  struct Point {
+    int32_t x = 0;
+    int32_t y = 0;
+  };
+  template <class T>
+  void Put(T Values::*member, const T& value);
+  void ReportChange(int32_t detail_id);
+  const Point& PointAt(int32_t index) const;
+  void PutPoint(int32_t index, int32_t Point::*member, int32_t value, int32_t detail_id);
+  void WritePoints(common::BagWriter& writer) const;
+  void ReadPoints(common::BagReader& reader);
+
+  automation::Weak<vnLink> link_;
+  Values values_;
+  automation::Owned<automation::Font> font_;
+  bool update_extra_points_ = false;
+  std::vector<Point> points_ = std::vector<Point>(1);
+};
+
+}  // namespace vndoc6
