@@ -11,9 +11,6 @@ class vnJump : public Attachment {
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
-  vnJump();
-  ~vnJump() override;
-
   // The document named by FileName, loaded on the first read; Nothing, tried again on the next
   // read, when there is no such file or it can't be loaded. The document once opened stays the
   // same, whatever FileName becomes. A jump to its own document gives a second instance of it.

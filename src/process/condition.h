@@ -59,7 +59,7 @@ class vnConditions : public Collection<vnCondition> {
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
-  // Stored for the hosts that set it; conditions get their link from vnLink.NewCondition.
+  // The link whose tests these are. Conditions get their own from vnLink.NewCondition alone.
   void SetLink(vnLink* poLink);
 
   // Adds a condition, with a fresh key when it has none, and gives it this collection's document.
@@ -73,6 +73,9 @@ class vnConditions : public Collection<vnCondition> {
   bool InternalRemove(const automation::Variant& ref);
   void InternalWrite(common::BagWriter& writer) const;
   void InternalLoad(const common::KeptText& text);
+
+ protected:
+  automation::Object* FindParent() const override;
 
  private:
   automation::Weak<vnLink> link_;
