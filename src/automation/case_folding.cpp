@@ -1,5 +1,6 @@
 // Generated from Unicode 15.0.0; do not edit. To make it anew:
-// perl cmake/make_case_folding.pl /usr/share/unicode/CaseFolding.txt > src/automation/case_folding.cpp
+// perl cmake/make_case_folding.pl /usr/share/unicode/CaseFolding.txt >
+// src/automation/case_folding.cpp
 #include "automation/case_folding.h"
 
 namespace vndoc6::automation {

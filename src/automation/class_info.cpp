@@ -52,7 +52,8 @@ class BoundArguments {
 
  private:
   static bool NoneMissing(const Arguments& given, size_t count) {
-    return std::none_of(given.positional.begin(), given.positional.begin() + static_cast<long>(count),
+    return std::none_of(given.positional.begin(),
+                        given.positional.begin() + static_cast<long>(count),
                         [](const Variant& value) { return value.IsMissing(); });
   }
 

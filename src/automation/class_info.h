@@ -64,11 +64,22 @@ const EnumInfo& DescribeEnum();
 
 // The type of a parameter or result.
 enum class TypeKind : uint8_t {
-  kVoid, kBoolean, kShort, kLong, kSingle, kDouble, kCurrency, kDate, kText, kVariant,
+  kVoid,
+  kBoolean,
+  kShort,
+  kLong,
+  kSingle,
+  kDouble,
+  kCurrency,
+  kDate,
+  kText,
+  kVariant,
   kEnum,      // a Long with named values: enumeration()
   kClass,     // an object of a described class: class_info()
   kDispatch,  // any object
-  kFont, kPicture, kEnumerator
+  kFont,
+  kPicture,
+  kEnumerator
 };
 struct TypeInfo {
   TypeKind kind = TypeKind::kVoid;
@@ -121,10 +132,10 @@ class ClassInfo {
   // The first member with that identifier that may be called so; null when there is none.
   const MemberInfo* Find(int32_t id, CallKind allowed) const;
 
-  // A late-bound call. Raises BindingError 438 for an unknown member or one that can't be called so, 450 for
-  // too many arguments, 449 for a missing one, 448 for an unknown named one, ArgumentError (13 or
-  // 6) for one that can't be converted, and whatever the member itself raises. Surplus arguments
-  // of a get belong to the default member of the object it gives: doc.Steps(1).
+  // A late-bound call. Raises BindingError 438 for an unknown member or one that can't be called
+  // so, 450 for too many arguments, 449 for a missing one, 448 for an unknown named one,
+  // ArgumentError (13 or 6) for one that can't be converted, and whatever the member itself raises.
+  // Surplus arguments of a get belong to the default member of the object it gives: doc.Steps(1).
   Variant Invoke(Object& object, int32_t id, CallKind allowed, const Arguments& arguments) const;
 
  private:

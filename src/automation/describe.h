@@ -1,9 +1,10 @@
 // How a class writes its member table:
 //
 //     const ClassInfo& vnTask::classInfo() {
-//       static const ClassInfo info = describe<vnTask>("vnTask", "One unit of work.", {clsid}, {iid},
-//           get<&vnTask::Document>("Document"), putref<&vnTask::SetDocument>("Document", "poDocument"),
-//           get<&vnTask::Name>("Name"), put<&vnTask::SetName>("Name", "psName"),
+//       static const ClassInfo info = describe<vnTask>("vnTask", "One unit of work.", {clsid},
+//       {iid},
+//           get<&vnTask::Document>("Document"), putref<&vnTask::SetDocument>("Document",
+//           "poDocument"), get<&vnTask::Name>("Name"), put<&vnTask::SetName>("Name", "psName"),
 //           method<&vnTask::Load>("Load", "psLoad", optional("psKey", u"")));
 //       return info;
 //     }
@@ -161,8 +162,9 @@ class Converted<Variant> {
 // An argument that names its position when it can't be converted.
 template <class T>
 struct Argument : Converted<std::remove_cvref_t<T>> {
-  Argument(const Variant& value, int index) try : Converted<std::remove_cvref_t<T>>(value) {
-  } catch (const Error& error) {
+  Argument(const Variant& value, int index) try : Converted
+    <std::remove_cvref_t<T>>(value) {}
+  catch (const Error& error) {
     throw ArgumentError(error.number(), index);
   }
 };
@@ -185,7 +187,9 @@ template <class Class, class Result, class... Params>
 struct Signature<Result (Class::*)(Params...)> {
   static constexpr size_t kCount = sizeof...(Params);
   static TypeInfo ResultType() { return TypeOf<Result>(); }
-  static std::vector<ParameterInfo> Parameters() { return {ParameterInfo{nullptr, TypeOf<Params>(), false, {}, false}...}; }
+  static std::vector<ParameterInfo> Parameters() {
+    return {ParameterInfo{nullptr, TypeOf<Params>(), false, {}, false}...};
+  }
 
   template <auto kMember>
   static void Call(Object& object, const Variant* arguments, Variant& result) {

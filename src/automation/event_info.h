@@ -61,7 +61,9 @@ struct by_value {
 namespace detail {
 
 inline EventParameter NamedEventParameter(const char* name) { return {name, {}, true}; }
-inline EventParameter NamedEventParameter(by_value parameter) { return {parameter.name, {}, false}; }
+inline EventParameter NamedEventParameter(by_value parameter) {
+  return {parameter.name, {}, false};
+}
 
 // An object argument is a reference in C++ and an object to automation.
 template <class T>

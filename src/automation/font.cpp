@@ -35,8 +35,7 @@ class PlainFont : public Font {
 
 const ClassInfo& Font::classInfo() {
   static const ClassInfo info(
-      "Font", "A font that hosts share with the library.", {}, {}, nullptr,
-      [] {
+      "Font", "A font that hosts share with the library.", {}, {}, nullptr, [] {
         std::vector<MemberInfo> rows = {
             get<&Font::Name>("Name"),
             put<&Font::SetName>("Name", "psName"),

@@ -40,8 +40,7 @@ void Put(Object& object, TextView name, std::initializer_list<Variant> arguments
 }
 
 Ref<Enumerator> Enumerate(Object& object) {
-  const Variant result =
-      object.InvokeMember(kNewEnumMember, CallKind::kGet | CallKind::kCall, {});
+  const Variant result = object.InvokeMember(kNewEnumMember, CallKind::kGet | CallKind::kCall, {});
   auto* enumerator = dynamic_cast<Enumerator*>(result.ToObject().get());
   if (enumerator == nullptr) throw Error(kNotSupported);
   return Ref<Enumerator>(enumerator);

@@ -47,9 +47,9 @@ Ref<Picture> MakePlainPicture(std::vector<uint8_t> bytes) {
 }
 
 Services& services() {
-  static Services current{&MakePlainFont,
-                          [](std::vector<uint8_t> bytes) { return MakePlainPicture(std::move(bytes)); },
-                          [](TextView) { return Ref<Object>(); }, &LocalToday};
+  static Services current{
+      &MakePlainFont, [](std::vector<uint8_t> bytes) { return MakePlainPicture(std::move(bytes)); },
+      [](TextView) { return Ref<Object>(); }, &LocalToday};
   return current;
 }
 
@@ -75,8 +75,7 @@ Ref<Object> TryCreateObject(TextView programmatic_id) {
 Ref<Object> CreateObject(TextView programmatic_id) {
   Ref<Object> object = TryCreateObject(programmatic_id);
   if (!object) {
-    throw Error(kCannotCreateObject,
-                u"Can't create object \"" + Text(programmatic_id) + u"\".");
+    throw Error(kCannotCreateObject, u"Can't create object \"" + Text(programmatic_id) + u"\".");
   }
   return object;
 }

@@ -26,10 +26,10 @@ Ref<Object> CreateObject(TextView programmatic_id);
 Ref<Object> TryCreateObject(TextView programmatic_id);
 
 struct Services {
-  std::function<Ref<Font>()> make_font;                                // a Tahoma, size 9, plain
+  std::function<Ref<Font>()> make_font;                                  // a Tahoma, size 9, plain
   std::function<Ref<Picture>(std::vector<uint8_t> bytes)> make_picture;  // no bytes: an empty one
-  std::function<Ref<Object>(TextView programmatic_id)> create_object;  // null when there is none
-  std::function<Date()> today;                                         // local date, no time
+  std::function<Ref<Object>(TextView programmatic_id)> create_object;    // null when there is none
+  std::function<Date()> today;                                           // local date, no time
 };
 // The services in use.
 Services& services();

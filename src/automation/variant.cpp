@@ -77,8 +77,8 @@ Text ShortestText(Number value) {
 Text CurrencyText(Currency value) {
   const bool negative = value.scaled < 0;
   // Unsigned, so that the lowest value has its magnitude too.
-  const uint64_t magnitude = negative ? 0 - static_cast<uint64_t>(value.scaled)
-                                      : static_cast<uint64_t>(value.scaled);
+  const uint64_t magnitude =
+      negative ? 0 - static_cast<uint64_t>(value.scaled) : static_cast<uint64_t>(value.scaled);
   Text text = negative ? u"-" : u"";
   text += ShortestText(magnitude / 10000);
   const uint64_t fraction = magnitude % 10000;
@@ -101,7 +101,8 @@ CivilDate CivilFromDays(int64_t days) {
   const auto day_of_era = static_cast<unsigned>(days - era * 146097);
   const unsigned year_of_era =
       (day_of_era - day_of_era / 1460 + day_of_era / 36524 - day_of_era / 146096) / 365;
-  const unsigned day_of_year = day_of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
+  const unsigned day_of_year =
+      day_of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
   const unsigned shifted_month = (5 * day_of_year + 2) / 153;
   const unsigned day = day_of_year - (153 * shifted_month + 2) / 5 + 1;
   const unsigned month = shifted_month < 10 ? shifted_month + 3 : shifted_month - 9;
@@ -132,7 +133,8 @@ Text DateText(Date date) {
     whole += 1;
   }
   const CivilDate civil = CivilFromDays(static_cast<int64_t>(whole) - kDaysTo1970);
-  Text text = ShortestText(civil.year) + u"-" + TwoDigits(civil.month) + u"-" + TwoDigits(civil.day);
+  Text text =
+      ShortestText(civil.year) + u"-" + TwoDigits(civil.month) + u"-" + TwoDigits(civil.day);
   if (seconds == 0) return text;
   return text + u" " + TwoDigits(seconds / 3600) + u":" + TwoDigits(seconds / 60 % 60) + u":" +
          TwoDigits(seconds % 60);
@@ -256,7 +258,8 @@ int32_t Variant::ToLong() const {
 float Variant::ToSingle() const {
   if (const auto* value = If<float>()) return *value;
   const double value = ToDouble();
-  if (std::isfinite(value) && std::fabs(value) > static_cast<double>(std::numeric_limits<float>::max())) {
+  if (std::isfinite(value) &&
+      std::fabs(value) > static_cast<double>(std::numeric_limits<float>::max())) {
     throw Error(kOverflow);
   }
   return static_cast<float>(value);
@@ -308,9 +311,9 @@ const Ref<Object>& Variant::ToObject() const {
 }
 
 std::string_view Variant::TypeName() const {
-  static constexpr std::string_view kNames[] = {"Empty",  "Null",     "Boolean", "Integer",
-                                                "Long",   "Single",   "Double",  "Currency",
-                                                "Date",   "String",   "Nothing", "Error"};
+  static constexpr std::string_view kNames[] = {"Empty", "Null",   "Boolean", "Integer",
+                                                "Long",  "Single", "Double",  "Currency",
+                                                "Date",  "String", "Nothing", "Error"};
   if (const auto* object = If<Ref<Object>>(); object != nullptr && *object) {
     return (*object)->TypeName();
   }

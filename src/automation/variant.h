@@ -35,7 +35,18 @@ inline constexpr ErrorValue kMissing{static_cast<int32_t>(0x80020004)};
 
 // The kinds of value, in the order of Variant's alternatives.
 enum class ValueKind : uint8_t {
-  kEmpty, kNull, kBoolean, kShort, kLong, kSingle, kDouble, kCurrency, kDate, kText, kObject, kError
+  kEmpty,
+  kNull,
+  kBoolean,
+  kShort,
+  kLong,
+  kSingle,
+  kDouble,
+  kCurrency,
+  kDate,
+  kText,
+  kObject,
+  kError
 };
 
 class Variant {

@@ -104,8 +104,7 @@ class DocumentEventForwarder final : public DocumentListener {
                       int32_t elDetailID) override;
   void StepFileChange(vnFile& eoFile, EnumVantrelChangeEvent elEventType,
                       int32_t elDetailID) override;
-  void ItemChange(vnItem& eoItem, EnumVantrelChangeEvent elEventType,
-                  int32_t elDetailID) override;
+  void ItemChange(vnItem& eoItem, EnumVantrelChangeEvent elEventType, int32_t elDetailID) override;
 
  private:
   automation::EventSink& sink_;

@@ -1,4 +1,5 @@
-// The temporary save: the companion file that keeps the last saved state while a new one is written.
+// The temporary save: the companion file that keeps the last saved state while a new one is
+// written.
 #pragma once
 
 #include "automation/text.h"

@@ -141,6 +141,9 @@ class vnStep : public Member {
     InternalLoadFrom(text, key, false);
   }
   void InternalWrite(common::BagWriter& writer);
+  // Copies everything but key, document and owners, parts included; the copied tasks, files, jumps
+  // and conditions get fresh keys, and the copy's task order counts all its tasks.
+  void InternalCopyFrom(vnStep& source);
 
  private:
   struct Content;
@@ -151,6 +154,7 @@ class vnStep : public Member {
   Content& content();
   void ReadContent(const common::KeptText& text, Content& content);
   void WriteContent(common::BagWriter& writer, Content& content);
+  void InternalCopyTitlesFrom(vnStep& source);
   bool CopyUnread(common::BagWriter& writer) const;
   void PruneDependencies(Content& content);
   void ReportChange(int32_t detail_id);

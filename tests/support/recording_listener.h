@@ -13,7 +13,9 @@ namespace vndoc6::testing {
 
 class RecordingListener : public automation::EventSink {
  public:
-  explicit RecordingListener(vnDocument& document) : document_(document) { document_.Connect(this); }
+  explicit RecordingListener(vnDocument& document) : document_(document) {
+    document_.Connect(this);
+  }
   ~RecordingListener() override { document_.Disconnect(this); }
   RecordingListener(const RecordingListener&) = delete;
   RecordingListener& operator=(const RecordingListener&) = delete;

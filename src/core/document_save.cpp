@@ -1,0 +1,145 @@
+// vnDocument's file, the writing side.
+#include "automation/error.h"
+#include "chart/chart.h"
+#include "collections/file.h"
+#include "collections/jump.h"
+#include "common/bag_writer.h"
+#include "common/file_system.h"
+#include "common/properties.h"
+#include "common/utility.h"
+#include "core/document.h"
+#include "core/file_version.h"
+#include "details/details.h"
+#include "details/revision.h"
+#include "fields/fields.h"
+#include "process/container.h"
+#include "process/link.h"
+#include "process/steps.h"
+#include "titles/titles.h"
+
+namespace vndoc6 {
+
+using automation::Object;
+using automation::Ref;
+using common::BagWriter;
+using common::Lazy;
+
+namespace {
+
+constexpr int32_t kNoFileName = 1;
+constexpr int32_t kNotWritten = 2;
+
+template <class T>
+void WritePart(T& part, BagWriter& writer) {
+  part.InternalWrite(writer);
+}
+
+// A foreign object's own text, or the kept one.
+void AddDefinition(BagWriter& writer, const char* key, const Lazy<Object>& definition) {
+  if (Object* built = definition.built()) {
+    writer.Add(key, fields::TextOf(*built));
+  } else {
+    writer.Add(key, definition.text());
+  }
+}
+
+}  // namespace
+
+bool vnDocument::Save() {
+  const Ref<vnDocument> self(this);
+  if (file_name_.empty()) {
+    Raise(&DocumentListener::SaveFailed, kNoFileName);
+    return false;
+  }
+  return SaveAndReport();
+}
+
+bool vnDocument::SaveAs(const Text& psFileName) {
+  const Ref<vnDocument> self(this);
+  if (psFileName.empty()) {
+    Raise(&DocumentListener::SaveFailed, kNoFileName);
+    return false;
+  }
+  // A copy under another name is another document.
+  if (!file_name_.empty() && !automation::EqualsFolded(file_name_, psFileName)) guid_.clear();
+  file_name_ = psFileName;
+  return SaveAndReport();
+}
+
+bool vnDocument::SaveDocAs(const Text& psFileName, int32_t plDocumentType) {
+  if (plDocumentType != -1) SetDocType(static_cast<EnumVantrelDocType>(plDocumentType));
+  return SaveAs(psFileName);
+}
+
+bool vnDocument::SaveAndReport() {
+  if (SaveProcedure()) {
+    Raise(&DocumentListener::SaveComplete);
+    return true;
+  }
+  Raise(&DocumentListener::SaveFailed, kNotWritten);
+  return false;
+}
+
+bool vnDocument::SaveProcedure() {
+  if (!allow_write_) return false;
+  TempSaveDocument();
+  if (guid_.empty()) guid_ = common::NewKey();
+  // A save of a document whose counter did not move since the last one still moves it on.
+  if (!ir_changed_) InternalIncrementIR();
+  ir_changed_ = false;
+  std::string text;
+  BagWriter writer(text);
+  WriteParts(writer, true);
+  const bool written = common::ReplaceFileWith(file_name_, text);
+  // After a failed write the temporary save is what a host can recover from.
+  if (written) TempSaveClear();
+  Raise(&DocumentListener::Saving, int16_t{100});
+  return written;
+}
+
+// The keys and their order are in every file: never change them.
+void vnDocument::WriteParts(BagWriter& writer, bool with_progress) {
+  const auto progress = [&](int16_t percent) {
+    if (with_progress) Raise(&DocumentListener::Saving, percent);
+  };
+  writer.Add("GUID", guid_);
+  writer.AddNested("D", [&](BagWriter& nested) { details_->InternalWrite(nested); });
+  writer.Add("FV", kFileVersion);
+  writer.Add("DV", kDocumentVersion);
+  writer.Add("DT", document_type_);
+  writer.Add("IR", ir_);
+  progress(5);
+  chart_.Save(writer, "C", WritePart<vnChart>);
+  progress(10);
+  writer.AddNested("S", [&](BagWriter& nested) { steps_->InternalWrite(nested); });
+  links_.Save(writer, "LK", WritePart<vnLinks>);
+  progress(20);
+  revision_history_.Save(writer, "RH", WritePart<vnRevisions>);
+  writer.AddNested("P", [&](BagWriter& nested) {
+    if (properties_) properties_->InternalWrite(nested);
+  });
+  progress(30);
+  AddDefinition(writer, "FDD", details_definitions_.field_defs);
+  progress(40);
+  AddDefinition(writer, "FoD", details_definitions_.form);
+  progress(50);
+  AddDefinition(writer, "FDS", steps_definitions_.field_defs);
+  AddDefinition(writer, "FoS", steps_definitions_.form);
+  progress(60);
+  AddDefinition(writer, "FDL", links_definitions_.field_defs);
+  AddDefinition(writer, "FoL", links_definitions_.form);
+  progress(70);
+  files_.Save(writer, "FL", WritePart<vnFiles>);
+  progress(80);
+  jumps_.Save(writer, "J", WritePart<vnJumps>);
+  containers_.Save(writer, "CN", WritePart<vnContainers>);
+  progress(90);
+  writer.Add("PC", pages_count_);
+  writer.Add("SPB", show_page_breaks_ ? TextView(u"T") : TextView(u"F"));
+  attachments_.Save(writer, "Attach", WritePart<Properties>);
+  writer.Add("DBGUID", db_guid_);
+  writer.Add("ConStr", connection_string_);
+  writer.Add("CT", chart_type_);
+}
+
+}  // namespace vndoc6

@@ -1,0 +1,129 @@
+#include "process/steps.h"
+
+#include <limits>
+
+#include "automation/describe.h"
+#include "core/document.h"
+
+namespace vndoc6 {
+
+using automation::Ref;
+using automation::Variant;
+
+void vnSteps::Add(vnStep* poStep) {
+  if (poStep == nullptr) return;
+  // A host's handler may let go of the step, or of all of this, while it is told.
+  const Ref<vnStep> step(poStep);
+  const Ref<vnSteps> self(this);
+  if (step->Key().empty()) step->InternalSetKey(common::NewKey());
+  if (step->InternalStepsOwner() == nullptr) step->InternalSetStepsOwner(this);
+  vnDocument* const document = InternalDocument();
+  if (step->InternalDocument() == nullptr && document != nullptr) step->SetDocument(document);
+  if (store_.Find(TextView(step->Key())) != nullptr) return;
+  if (step->StepIndex() == 0) {
+    const int32_t last = LastIndex();
+    // There is no number left: like every fault in here this ends quietly.
+    if (last == std::numeric_limits<int32_t>::max()) return;
+    step->SetStepIndex(last + 1);
+  }
+  if (!store_.Add(step->Key(), *step)) return;
+  if (step->InternalStepsOwner() != this) untracked_ = true;
+  if (numbers_) numbers_->Add(step->StepIndex(), *step);
+  if (vnDocument* owner = InternalDocument()) owner->InternalStepAdded(*step);
+}
+
+void vnSteps::Remove(const Variant& pvRef) {
+  const Ref<vnStep> step(store_.Find(pvRef));
+  if (!step) return;
+  const Ref<vnSteps> self(this);
+  step->SetStepIndex(-1);
+  // The renumbering ran handlers: positions may have moved, so the step itself is looked for.
+  if (!store_.RemoveMember(*step)) return;
+  if (numbers_) numbers_->Remove(step->StepIndex(), *step);
+  if (vnDocument* document = InternalDocument()) document->InternalStepRemoved(*step);
+}
+
+void vnSteps::RemoveAll() {
+  numbers_.reset();
+  Collection::RemoveAll();
+}
+
+const StepNumbers& vnSteps::Numbers() const {
+  if (!numbers_ || untracked_) {
+    StepNumbers numbers;
+    for (size_t i = 0; i < store_.size(); ++i) numbers.Add(store_[i].StepIndex(), store_[i]);
+    numbers_ = std::move(numbers);
+  }
+  return *numbers_;
+}
+
+int32_t vnSteps::LastIndex() const { return Numbers().Highest(); }
+
+Ref<vnStep> vnSteps::ItemByStepIndex(int32_t plStepIndex) const {
+  const uint32_t count = Numbers().Count(plStepIndex);
+  if (count == 0) return nullptr;
+  if (vnStep* only = Numbers().Only(plStepIndex)) return only;
+  for (size_t i = 0; i < store_.size(); ++i) {
+    if (store_[i].StepIndex() == plStepIndex) return &store_[i];
+  }
+  return nullptr;
+}
+
+Ref<vnStep> vnSteps::ItemByStepKey(const Text& psKey) const {
+  if (untracked_) {
+    for (size_t i = 0; i < store_.size(); ++i) {
+      if (store_[i].Key() == psKey) return &store_[i];
+    }
+    return nullptr;
+  }
+  vnStep* const step = store_.Find(TextView(psKey));
+  return step != nullptr && step->Key() == psKey ? step : nullptr;
+}
+
+void vnSteps::InternalNumberChanged(vnStep& step, int32_t previous) {
+  if (!numbers_ || store_.Find(TextView(step.Key())) != &step) return;
+  numbers_->Remove(previous, step);
+  numbers_->Add(step.StepIndex(), step);
+}
+
+void vnSteps::InternalKeyChanged() { untracked_ = true; }
+
+std::vector<Ref<vnStep>> vnSteps::InternalStepsNumbered(int32_t low, int32_t high) const {
+  std::vector<Ref<vnStep>> steps;
+  for (size_t i = 0; i < store_.size(); ++i) {
+    const int32_t number = store_[i].StepIndex();
+    if (number >= low && number <= high) steps.emplace_back(&store_[i]);
+  }
+  return steps;
+}
+
+void vnSteps::InternalWrite(common::BagWriter& writer) { WriteByKey(writer, u'T'); }
+
+void vnSteps::InternalLoad(const common::KeptText& text) {
+  ReadMembers(text, [this](vnStep* step) { Add(step); });
+}
+
+const automation::ClassInfo& vnSteps::classInfo() {
+  using namespace automation;
+  static const ClassInfo info = describe<vnSteps>(
+      "vnSteps", "The steps of a document.",
+      {0x5C2E4B10, 0x7A6D, 0x4E55, {0xB1, 0x3C, 0x0E, 0x8B, 0x42, 0x9D, 0x61, 0x10}},
+      {0x5C2E4B11, 0x7A6D, 0x4E55, {0xB1, 0x3C, 0x0E, 0x8B, 0x42, 0x9D, 0x61, 0x11}},
+      {
+          get<&vnSteps::Document>("Document"),
+          get<&vnSteps::Item>("Item", "pvIndexKey"),
+          get<&vnSteps::Count>("Count"),
+          get<&vnSteps::NewEnum>("NewEnum"),
+          method<&vnSteps::Add>("Add", "poStep"),
+          method<&vnSteps::Remove>("Remove", "pvRef"),
+          method<&vnSteps::RemoveAll>("RemoveAll"),
+          with_help(get<&vnSteps::LastIndex>("LastIndex"), "The highest step number."),
+          with_help(get<&vnSteps::ItemByStepIndex>("ItemByStepIndex", "plStepIndex"),
+                    "The first step with a number."),
+          with_help(get<&vnSteps::ItemByStepKey>("ItemByStepKey", "psKey"),
+                    "The step with exactly this key."),
+      });
+  return info;
+}
+
+}  // namespace vndoc6
