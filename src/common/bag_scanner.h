@@ -47,9 +47,8 @@ class BagScanner {
   size_t OpeningSize(size_t key_end) const;
   size_t FindClosing(size_t start) const;
 
-  bool AtSeparator(size_t at) const {
-    return bytes_.compare(at, separator_.size(), separator_) == 0;
-  }
+  bool AtSeparator(size_t at) const;
+  size_t FindSeparator(size_t from) const;
   void GoOnUnescaped();
   const KeptText& HomeOf(std::string_view part) const;
 
