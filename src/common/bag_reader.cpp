@@ -91,10 +91,14 @@ const BagEntry* BagReader::FindByKey(std::string_view key) const {
   return is_there ? &entries_[*found] : nullptr;
 }
 
-std::optional<Variant> BagReader::Get(std::string_view key) {
+bool BagReader::Read(std::string_view key, Variant& value) {
   const BagEntry* const entry = Find(key);
+  return entry != nullptr && scanner_.ValueOf(*entry, value);
+}
+
+std::optional<Variant> BagReader::Get(std::string_view key) {
   Variant value;
-  if (entry == nullptr || !scanner_.ValueOf(*entry, value)) return std::nullopt;
+  if (!Read(key, value)) return std::nullopt;
   return value;
 }
 
@@ -117,8 +121,8 @@ KeptText BagReader::KeptOf(const BagEntry& entry) const {
 
 template <class T>
 T BagReader::ValueOr(std::string_view key, T (Variant::*convert)() const, T missing) {
-  const std::optional<Variant> value = Get(key);
-  return value ? ConvertedOr(*value, convert, missing) : missing;
+  Variant value;
+  return Read(key, value) ? ConvertedOr(value, convert, missing) : missing;
 }
 
 int32_t BagReader::GetLong(std::string_view key, int32_t missing) {

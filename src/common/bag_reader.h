@@ -38,6 +38,7 @@ class BagReader {
   void OrderByKey();
   const BagEntry* Find(std::string_view key);
   const BagEntry* FindByKey(std::string_view key) const;
+  bool Read(std::string_view key, automation::Variant& value);
   KeptText KeptOf(const BagEntry& entry) const;
   template <class T>
   T ValueOr(std::string_view key, T (automation::Variant::*convert)() const, T missing);

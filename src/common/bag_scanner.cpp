@@ -1,7 +1,9 @@
 #include "common/bag_scanner.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
+#include <cstring>
 #include <functional>
 
 #include "automation/services.h"
@@ -28,15 +30,21 @@ struct PlainTags {
 };
 constexpr PlainTags kPlainTags;
 
-// As bytes.find, but quicker for what is usually close by: keys and numbers are short.
+// As bytes.find, but quicker for what is usually close by: keys and numbers are short, and of so
+// many lengths that a loop over their bytes would often be mispredicted. Tests eight bytes at once.
 size_t FindNear(std::string_view bytes, char sought, size_t from) {
-  constexpr size_t kNear = 16;
-  const size_t end = bytes.size();
-  const size_t near_end = end - std::min(from, end) < kNear ? end : from + kNear;
-  for (; from < near_end; ++from) {
-    if (bytes[from] == sought) return from;
+  constexpr uint64_t kOnes = 0x0101010101010101;
+  constexpr uint64_t kTops = 0x8080808080808080;
+  uint64_t word;
+  if (std::endian::native == std::endian::little && bytes.size() >= from + sizeof word) {
+    std::memcpy(&word, bytes.data() + from, sizeof word);
+    word ^= kOnes * static_cast<unsigned char>(sought);
+    // The lowest byte that is zero now has the lowest top bit set here.
+    const uint64_t zeros = (word - kOnes) & ~word & kTops;
+    if (zeros != 0) return from + static_cast<size_t>(std::countr_zero(zeros)) / 8;
+    from += sizeof word;
   }
-  return from < end ? bytes.find(sought, from) : kNowhere;
+  return bytes.find(sought, from);
 }
 
 template <class Number>
