@@ -1,6 +1,7 @@
 # Builds by preset. Configuring again is quick and notices what was installed since.
 
 # build PRESET [TARGET...]: everything, or just the targets.
+# KEEP_GOING=0 shows every fault, not just the first.
 build() {
   local preset=$1 target_options=()
   shift
@@ -9,7 +10,7 @@ build() {
     cat build/configure.log
     return 1
   fi
-  cmake --build --preset "$preset" --parallel "$(nproc)" "${target_options[@]}"
+  cmake --build --preset "$preset" --parallel "$(nproc)" "${target_options[@]}" -- -k "${KEEP_GOING:-1}"
 }
 
 build_dlls() {

@@ -45,25 +45,37 @@ count_lines() {
   grep -a -c "$1" "$2" || true
 }
 
-# check_cases NAME PROGRAM...: runs a Google Test program and counts its cases. A program that
-# fails without a failed case (it crashed, leaked, or ran nothing) counts as one failure.
+# What the failed cases printed, each from its RUN line to its FAILED line.
+show_failed_cases() {
+  awk '
+    /^\[ RUN      \]/ { text = "" }
+    { text = text $0 "\n" }
+    /\[  FAILED  \] .* ms\)/ { printf "%s", text; text = "" }' "$1" | head -n 100
+}
+
+# Whether a test program came to its end, with an exit status that its cases explain. Otherwise it
+# crashed, hung, leaked, or ran nothing.
+ran_properly() {
+  local log=$1 status=$2 good=$3 bad=$4
+  grep -aq '\[==========\] .* ran\.' "$log" && ((good + bad > 0 && (status == 0 || bad > 0)))
+}
+
+# check_cases NAME PROGRAM...: runs a Google Test program and counts its cases. One that did not run
+# properly counts as one more failure.
 check_cases() {
-  local name=$1 start=$SECONDS status=0 log good bad
+  local name=$1 start=$SECONDS status=0 log good bad broken=0
   shift
   log=$(log_of "$name")
   "$@" >"$log" 2>&1 </dev/null || status=$?
   good=$(count_lines '\[       OK \] .* ms)' "$log")
   bad=$(count_lines '\[  FAILED  \] .* ms)' "$log")
-  if [[ $bad -eq 0 ]] && { [[ $status -ne 0 || $good -eq 0 ]] || ! grep -aq '\[==========\] .* ran\.' "$log"; }; then
-    bad=1
-  fi
+  ran_properly "$log" "$status" "$good" "$bad" || broken=1
   passed=$((passed + good))
-  failed=$((failed + bad))
-  report "$name" "$good passed, $bad failed" $((SECONDS - start))
-  if [[ $bad -eq 0 ]]; then return 0; fi
-  grep -a '\[  FAILED  \]' "$log"
-  show_failure "$name"
-  return 1
+  failed=$((failed + bad + broken))
+  report "$name" "$good passed, $((bad + broken)) failed" $((SECONDS - start))
+  show_failed_cases "$log"
+  if [[ $broken -eq 1 ]]; then show_failure "$name"; fi
+  return $((bad + broken > 0))
 }
 
 # The last line, which says it all.
