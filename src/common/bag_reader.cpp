@@ -137,6 +137,10 @@ float BagReader::GetSingle(std::string_view key, float missing) {
   return ValueOr(key, &Variant::ToSingle, missing);
 }
 
+automation::Date BagReader::GetDate(std::string_view key, automation::Date missing) {
+  return ValueOr(key, &Variant::ToDate, missing);
+}
+
 Currency BagReader::GetCurrency(std::string_view key, Currency missing) {
   return ValueOr(key, &Variant::ToCurrency, missing);
 }

@@ -25,6 +25,7 @@ class BagReader {
   int32_t GetLong(std::string_view key, int32_t missing = 0);
   bool GetBoolean(std::string_view key, bool missing = false);
   float GetSingle(std::string_view key, float missing = 0);
+  automation::Date GetDate(std::string_view key, automation::Date missing = {});
   automation::Currency GetCurrency(std::string_view key, automation::Currency missing);
   std::optional<automation::Variant> Get(std::string_view key);
   // The value of a text entry as it lies there; empty when the key is missing. A value of another

@@ -8,6 +8,7 @@
 #include "collections/numbered_collection.h"
 #include "common/bag_writer.h"
 #include "common/kept_text.h"
+#include "core/document_events.h"
 
 namespace vndoc6 {
 
@@ -82,7 +83,8 @@ class vnTemplates : public NumberedCollection<vnTemplate, automation::Object> {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetTemplateLibrary(vnTemplateLibrary* library);
-  vnTemplateLibrary* InternalTemplateLibrary() const;
+  // Passes a change of a template on to the library.
+  void InternalReport(vnTemplate& changed, EnumVantrelChangeEvent type, int32_t detail_id);
   void InternalWrite(common::BagWriter& writer) const { WriteNumbered(writer); }
   void InternalLoad(const common::KeptText& text);
 

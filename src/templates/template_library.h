@@ -66,8 +66,8 @@ class vnTemplateLibrary : public automation::Object, public automation::EventSou
 
   automation::Ref<vnTemplates> List(ListIndex index) const { return lists_[index].get(); }
   int32_t LoadRefusal(const Text& file_name) const;
-  void ReadFile(const Text& file_name);
-  void WriteFile(const Text& file_name, const char16_t* source);
+  void LoadLists(const common::KeptText& text);
+  void WriteFile(const char16_t* source);
   template <class Event, class... Args>
   void Raise(Event event, Args&&... args);
 

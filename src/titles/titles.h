@@ -87,7 +87,7 @@ class vnTitles : public Member {
   automation::Ref<vnTitle> AddTitle(int32_t plID, const Text& psReference,
                                     const Text& psDisplayName, const Text& psDescription = {});
   // For settings of hosts and handlers; not saved.
-  automation::Ref<Properties> GetProperties();
+  automation::Ref<Properties> GetProperties() const;
 
   // Consults the handler; True when it filled the list.
   bool HandlerAvailable();
@@ -108,6 +108,9 @@ class vnTitles : public Member {
   void InternalClearTried() { Reset(); }
 
  private:
+  // The list itself, its handler consulted. A handler may let go of everything: who looks at the
+  // list afterwards holds on to this.
+  automation::Ref<vnTitles> Consulted();
   void Consult();
   bool LoadFromHandler(vnDocument& document);
 

@@ -1,0 +1,178 @@
+#include "templates/template.h"
+
+#include "automation/describe.h"
+#include "templates/tag_text.h"
+#include "templates/template_library.h"
+
+namespace vndoc6 {
+namespace {
+
+using automation::Variant;
+
+// What a template's change reports. Published: never change one.
+enum DetailNumber : int32_t { kDisplayName = 1, kDescription = 2, kValue = 3 };
+
+}  // namespace
+
+automation::Ref<vnTemplates> vnTemplate::Templates() const { return templates_.get(); }
+
+automation::Ref<vnTemplateLibrary> vnTemplate::TemplateLibrary() const {
+  return templates_ ? templates_->TemplateLibrary() : nullptr;
+}
+
+Text vnTemplate::Key() const {
+  const Text number = automation::NumberText(id_);
+  return templates_ ? templates_->ListName() + number : number;
+}
+
+void vnTemplate::SetDisplayName(const Text& psDisplayName) {
+  display_name_ = psDisplayName;
+  ReportChange(kDisplayName);
+}
+
+void vnTemplate::SetDescription(const Text& psDescription) {
+  description_ = psDescription;
+  ReportChange(kDescription);
+}
+
+void vnTemplate::SetValue(const Text& psValue) {
+  value_ = psValue;
+  ReportChange(kValue);
+}
+
+void vnTemplate::ReportChange(int32_t detail_id) {
+  if (templates_) templates_->InternalReport(*this, vnceDetail, detail_id);
+}
+
+Text vnTemplate::TagProcessorValue() const { return TagProcessorText(value_); }
+
+void vnTemplate::InternalSetTemplates(vnTemplates* templates) {
+  templates_ = templates;
+  ParentChanged();
+}
+
+automation::Object* vnTemplate::FindParent() const { return templates_.get(); }
+
+void vnTemplate::InternalWrite(common::BagWriter& writer) const {
+  writer.Add("ID", id_);
+  writer.Add("DisplayName", display_name_);
+  writer.Add("Description", description_);
+  writer.Add("Value", value_);
+  if (!tag_variant_.IsEmpty() && !tag_variant_.IsObject()) {
+    writer.AddVariant(u"TagVariant", tag_variant_);
+  }
+}
+
+void vnTemplate::InternalLoad(const common::KeptText& text, const Text& /*key*/) {
+  common::BagReader reader(text);
+  id_ = reader.GetLong("ID");
+  display_name_ = reader.GetText("DisplayName");
+  description_ = reader.GetText("Description");
+  value_ = reader.GetText("Value");
+  tag_variant_ = reader.Get("TagVariant").value_or(Variant());
+}
+
+automation::Ref<vnTemplateLibrary> vnTemplates::TemplateLibrary() const { return library_.get(); }
+
+void vnTemplates::InternalSetTemplateLibrary(vnTemplateLibrary* library) {
+  library_ = library;
+  ParentChanged();
+}
+
+automation::Object* vnTemplates::FindParent() const { return library_.get(); }
+
+void vnTemplates::InternalReport(vnTemplate& changed, EnumVantrelChangeEvent type,
+                                 int32_t detail_id) {
+  if (library_) library_->InternalTemplateChange(changed, type, detail_id);
+}
+
+Variant vnTemplates::StoreKey(const Variant& position_or_key) const {
+  const Text* const key = position_or_key.If<Text>();
+  const size_t prefix = ListName().size();
+  if (key == nullptr || !automation::EqualsFolded(TextView(*key).substr(0, prefix), ListName())) {
+    return position_or_key;
+  }
+  return Variant(TextView(*key).substr(prefix));
+}
+
+automation::Ref<vnTemplate> vnTemplates::Item(const Variant& pvIndexKey) const {
+  return store_.Find(StoreKey(pvIndexKey));
+}
+
+void vnTemplates::Add(vnTemplate* poTemplate) {
+  if (poTemplate == nullptr || !AddNumbered(*poTemplate)) return;
+  poTemplate->InternalSetTemplates(this);
+  InternalReport(*poTemplate, vnceAdd, 0);
+}
+
+void vnTemplates::Remove(const Variant& pvRef) {
+  const automation::Ref<vnTemplate> removed = store_.Remove(StoreKey(pvRef));
+  if (removed) InternalReport(*removed, vnceRemove, 0);
+}
+
+automation::Ref<vnTemplate> vnTemplates::NewItem(const Text& psDisplayName) {
+  automation::Ref<vnTemplate> created = automation::Make<vnTemplate>();
+  created->SetDisplayName(psDisplayName);
+  Add(created.get());
+  return created;
+}
+
+void vnTemplates::InternalLoad(const common::KeptText& text) {
+  const automation::Ref<vnTemplates> self(this);
+  ReadNumbered(text, [this](vnTemplate* loaded) { Add(loaded); });
+}
+
+const automation::ClassInfo& vnTemplate::classInfo() {
+  using namespace automation;
+  static const ClassInfo info = describe<vnTemplate>(
+      "vnTemplate", "A text that hosts reuse.",
+      {0x80396AD9, 0xB21D, 0x422E, {0x95, 0xE8, 0x75, 0x80, 0xEA, 0x9C, 0x33, 0xAF}},
+      {0x090C5AEE, 0x8C7E, 0x407C, {0xB5, 0x25, 0x25, 0xE0, 0x0C, 0x44, 0x7F, 0x27}},
+      {
+          get<&vnTemplate::TemplateLibrary>("TemplateLibrary"),
+          with_help(get<&vnTemplate::ID>("ID"), "The template's number in its list."),
+          put<&vnTemplate::SetID>("ID", "plID"),
+          with_help(get<&vnTemplate::Key>("Key"), "The list's name and the ID: \"fig3\"."),
+          get<&vnTemplate::DisplayName>("DisplayName"),
+          put<&vnTemplate::SetDisplayName>("DisplayName", "psDisplayName"),
+          get<&vnTemplate::Description>("Description"),
+          put<&vnTemplate::SetDescription>("Description", "psDescription"),
+          with_help(get<&vnTemplate::Value>("Value"), "The text itself, plain or rich."),
+          put<&vnTemplate::SetValue>("Value", "psValue"),
+          with_help(get<&vnTemplate::TagVariant>("TagVariant"),
+                    "Whatever the host keeps with the template; saved, unless it is an object."),
+          put<&vnTemplate::SetTagVariant>("TagVariant", "pvTagVariant"),
+          putref<&vnTemplate::SetTagVariant>("TagVariant", "pvTagVariant"),
+          with_help(get<&vnTemplate::TagProcessorValue>("TagProcessorValue"),
+                    "Value with its rich-text fields as tags."),
+          with_help(get<&vnTemplate::Templates>("Templates"),
+                    "The list that the template was added to."),
+      });
+  return info;
+}
+
+const automation::ClassInfo& vnTemplates::classInfo() {
+  using namespace automation;
+  static const ClassInfo info = describe<vnTemplates>(
+      "vnTemplates", "A numbered list of templates in a template library.",
+      {0xE1B2BE9C, 0x3AF7, 0x4714, {0xA8, 0x31, 0xE0, 0x86, 0x08, 0xB0, 0xE5, 0x83}},
+      {0x84ADD16A, 0x9A81, 0x4FD6, {0xB8, 0xF6, 0x6A, 0x5E, 0x15, 0x59, 0x26, 0x1F}},
+      {
+          get<&vnTemplates::TemplateLibrary>("TemplateLibrary"),
+          with_help(
+              get<&vnTemplates::Item>("Item", by_reference{"pvIndexKey"}),
+              "The template at a position, or with an ID or a key as text; Nothing for none."),
+          get<&vnTemplates::Count>("Count"),
+          get<&vnTemplates::NewEnum>("NewEnum"),
+          with_help(method<&vnTemplates::Add>("Add", "poTemplate"),
+                    "Adds a template; one with ID 0 is numbered."),
+          method<&vnTemplates::Remove>("Remove", "pvRef"),
+          method<&vnTemplates::RemoveAll>("RemoveAll"),
+          method<&vnTemplates::NewItem>("NewItem", optional("psDisplayName", u"New Item")),
+          with_help(get<&vnTemplates::ListName>("ListName"),
+                    "Which of the library's lists this is: rpt, fig, rev, fil or jmp."),
+      });
+  return info;
+}
+
+}  // namespace vndoc6

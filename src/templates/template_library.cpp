@@ -1,0 +1,210 @@
+#include "templates/template_library.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "automation/describe.h"
+#include "common/bag_reader.h"
+#include "common/bag_writer.h"
+#include "common/file_system.h"
+#include "common/scoped_value.h"
+
+namespace vndoc6 {
+namespace {
+
+using Listener = TemplateLibraryListener;
+
+// Why a load or save was refused. Published: never change one.
+enum FailCode : int32_t { kNotRefused = 0, kNoFileName = 1, kHasFile = 2, kNoSuchFile = 3 };
+
+struct ListInfo {
+  const char* file_key;  // in every library file: never change one
+  const char16_t* name;
+  void (Listener::*change)(vnTemplate&, EnumVantrelChangeEvent, int32_t);
+  int16_t loading_percent;  // when the list is loaded; 0: that is not told
+  int16_t saving_percent;
+};
+
+// In the order of the library's lists.
+constexpr ListInfo kLists[] = {
+    {"ReportTemplates", u"rpt", &Listener::ReportTemplateChange, 40, 30},
+    {"FigureTemplates", u"fig", &Listener::FigureTemplateChange, 70, 60},
+    {"RevisionTemplates", u"rev", &Listener::RevisionTemplateChange, 80, 70},
+    {"FileTemplates", u"fil", &Listener::FileTemplateChange, 90, 80},
+    {"JumpTemplates", u"jmp", &Listener::JumpTemplateChange, 0, 90},
+};
+
+bool IsWellFormed(const common::KeptText& text) {
+  common::BagScanner scanner(text);
+  common::BagEntry entry;
+  while (scanner.Next(entry)) continue;
+  return !scanner.faulty();
+}
+
+common::KeptText ReadLibraryFile(const Text& file_name) {
+  std::optional<std::string> bytes = common::ReadWholeFile(file_name);
+  if (bytes) {
+    const common::KeptText text{common::SharedBytes(std::move(*bytes))};
+    // A library that was cut short would be saved without the lists that it lost.
+    if (IsWellFormed(text)) return text;
+  }
+  throw automation::Error(automation::kPathFileAccess, {}, u"vnTemplateLibrary.Load");
+}
+
+}  // namespace
+
+vnTemplateLibrary::vnTemplateLibrary() {
+  static_assert(std::size(kLists) == kListCount);
+  for (size_t i = 0; i < kListCount; ++i) {
+    lists_[i] = automation::Owned<vnTemplates>(automation::Make<vnTemplates>().get());
+    lists_[i]->InternalSetTemplateLibrary(this);
+    lists_[i]->InternalSetListName(kLists[i].name);
+  }
+}
+
+vnTemplateLibrary::~vnTemplateLibrary() = default;
+
+// What is told may let go of the library.
+template <class Event, class... Args>
+void vnTemplateLibrary::Raise(Event event, Args&&... args) {
+  if (listeners_.empty()) return;
+  const automation::Ref<vnTemplateLibrary> self(this);
+  listeners_.ForEach([&](Listener& listener) { (listener.*event)(args...); });
+}
+
+void vnTemplateLibrary::Connect(automation::EventSink* sink) {
+  forwarders_.push_back(std::make_unique<TemplateLibraryEventForwarder>(*sink));
+  listeners_.Add(forwarders_.back().get());
+}
+
+void vnTemplateLibrary::Disconnect(automation::EventSink* sink) {
+  const auto found = std::find_if(forwarders_.begin(), forwarders_.end(),
+                                  [&](const auto& each) { return each->sink() == sink; });
+  if (found == forwarders_.end()) return;
+  listeners_.Remove(found->get());
+  forwarders_.erase(found);
+}
+
+bool vnTemplateLibrary::Load(const Text& psFileName) {
+  const automation::Ref<vnTemplateLibrary> self(this);
+  if (const int32_t refusal = LoadRefusal(psFileName)) {
+    Raise(&Listener::LoadFailed, refusal);
+    return false;
+  }
+  const common::KeptText text = ReadLibraryFile(psFileName);
+  file_name_ = psFileName;
+  LoadLists(text);
+  Raise(&Listener::Loading, int16_t{100});
+  Raise(&Listener::LoadComplete);
+  return true;
+}
+
+int32_t vnTemplateLibrary::LoadRefusal(const Text& file_name) const {
+  if (!file_name_.empty()) return kHasFile;
+  if (file_name.empty()) return kNoFileName;
+  return common::FileExists(file_name) ? kNotRefused : kNoSuchFile;
+}
+
+void vnTemplateLibrary::LoadLists(const common::KeptText& text) {
+  const common::ScopedValue events(change_events_, change_events_loading_, true);
+  common::BagReader reader(text);
+  Raise(&Listener::Loading, int16_t{10});
+  for (size_t i = 0; i < kListCount; ++i) {
+    lists_[i]->InternalLoad(reader.GetKept(kLists[i].file_key));
+    const int16_t percent = kLists[i].loading_percent;
+    if (percent > 0) Raise(&Listener::Loading, percent);
+  }
+}
+
+bool vnTemplateLibrary::Save() {
+  const automation::Ref<vnTemplateLibrary> self(this);
+  if (file_name_.empty()) {
+    Raise(&Listener::SaveFailed, int32_t{kNoFileName});
+    return false;
+  }
+  WriteFile(u"vnTemplateLibrary.Save");
+  return false;
+}
+
+bool vnTemplateLibrary::SaveAs(const Text& psFileName) {
+  const automation::Ref<vnTemplateLibrary> self(this);
+  if (psFileName.empty()) {
+    Raise(&Listener::SaveFailed, int32_t{kNoFileName});
+    return false;
+  }
+  const Text previous = std::exchange(file_name_, psFileName);
+  try {
+    WriteFile(u"vnTemplateLibrary.SaveAs");
+  } catch (...) {
+    file_name_ = previous;
+    throw;
+  }
+  return false;
+}
+
+void vnTemplateLibrary::WriteFile(const char16_t* source) {
+  const Text file_name = file_name_;
+  std::string bytes;
+  common::BagWriter writer(bytes);
+  for (size_t i = 0; i < kListCount; ++i) {
+    writer.AddNested(kLists[i].file_key,
+                     [&](common::BagWriter& nested) { lists_[i]->InternalWrite(nested); });
+    Raise(&Listener::Saving, kLists[i].saving_percent);
+  }
+  if (!common::ReplaceFileWith(file_name, bytes)) {
+    throw automation::Error(automation::kPathFileAccess, {}, source);
+  }
+  Raise(&Listener::Saving, int16_t{100});
+  Raise(&Listener::SaveComplete);
+}
+
+automation::Ref<vnTemplate> vnTemplateLibrary::GetTemplateByKey(const Text& psKey) const {
+  const automation::Variant key(psKey);
+  for (const auto& list : lists_) {
+    if (automation::Ref<vnTemplate> found = list->Item(key)) return found;
+  }
+  return nullptr;
+}
+
+void vnTemplateLibrary::InternalTemplateChange(vnTemplate& changed, EnumVantrelChangeEvent type,
+                                               int32_t detail_id) {
+  if (!change_events_) return;
+  const automation::Ref<vnTemplates> list = changed.Templates();
+  const auto found = std::find_if(std::begin(kLists), std::end(kLists), [&](const ListInfo& info) {
+    return list && list->ListName() == info.name;
+  });
+  if (found != std::end(kLists)) Raise(found->change, changed, type, detail_id);
+}
+
+const automation::ClassInfo& vnTemplateLibrary::classInfo() {
+  using namespace automation;
+  using Library = vnTemplateLibrary;
+  static const ClassInfo info = describe<Library>(
+      "vnTemplateLibrary", "Texts that hosts reuse, in five lists, with a file of their own.",
+      {0x43D589CD, 0xF2B5, 0x4EE5, {0xA1, 0x97, 0x69, 0xE3, 0xA9, 0x8F, 0x5A, 0xFA}},
+      {0xC55099DB, 0x960B, 0x46C3, {0x91, 0xEF, 0x7E, 0xB5, 0x80, 0xD0, 0x53, 0xFD}},
+      {
+          with_help(method<&Library::Save>("Save"),
+                    "Writes the library's file. False in every case: SaveComplete tells success."),
+          with_help(
+              method<&Library::SaveAs>("SaveAs", "psFileName"),
+              "Writes the library to a file. False in every case: SaveComplete tells success."),
+          with_help(method<&Library::Load>("Load", "psFileName"),
+                    "Reads a file, once for each library."),
+          get<&Library::FileName>("FileName"),
+          get<&Library::ReportTemplates>("ReportTemplates"),
+          with_help(get<&Library::ChangeEventsLoading>("ChangeEventsLoading"),
+                    "Whether loading raises change events."),
+          put<&Library::SetChangeEventsLoading>("ChangeEventsLoading", "pbChangeEventsLoading"),
+          get<&Library::FigureTemplates>("FigureTemplates"),
+          get<&Library::RevisionTemplates>("RevisionTemplates"),
+          get<&Library::FileTemplates>("FileTemplates"),
+          get<&Library::JumpTemplates>("JumpTemplates"),
+          with_help(method<&Library::GetTemplateByKey>("GetTemplateByKey", "psKey"),
+                    "The first template with that key in any list; Nothing for none."),
+      });
+  return info;
+}
+
+}  // namespace vndoc6

@@ -1,0 +1,145 @@
+#include "titles/title_ref.h"
+
+#include "automation/describe.h"
+#include "common/levelled_text.h"
+#include "core/document.h"
+#include "titles/titles.h"
+
+namespace vndoc6 {
+namespace {
+
+using automation::ValueKind;
+using automation::Variant;
+
+bool HasFormAsText(const Variant& value) {
+  return !value.IsObject() && value.kind() != ValueKind::kNull && value.kind() != ValueKind::kError;
+}
+
+}  // namespace
+
+automation::Ref<vnTitles> vnTitleRef::DocumentTitles() const {
+  const automation::Ref<vnDocument> document = Document();
+  return document ? document->Titles() : nullptr;
+}
+
+void vnTitleRef::SetRef(const Text& psRef) {
+  const automation::Ref<vnTitleRef> self(this);
+  const automation::Ref<vnTitles> titles = DocumentTitles();
+  if (!titles || !titles->HandlerAvailable()) return;
+  const automation::Ref<vnTitle> title = titles->Item(Variant(psRef));
+  if (!title) return;
+  ref_ = psRef;
+  display_name_cache_ = title->DisplayName();
+}
+
+Text vnTitleRef::DisplayName() {
+  const automation::Ref<vnTitleRef> self(this);
+  const automation::Ref<vnTitles> titles = DocumentTitles();
+  if (!titles || !titles->HandlerAvailable()) return display_name_cache_;
+  const automation::Ref<vnTitle> title = titles->Item(Variant(ref_));
+  return title ? title->DisplayName() : u".";
+}
+
+void vnTitleRef::SetDisplayName(const Text& psDisplayName) {
+  const automation::Ref<vnTitles> titles = DocumentTitles();
+  if (titles && !titles->UsingHandler()) display_name_cache_ = psDisplayName;
+}
+
+void vnTitleRef::Clear() {
+  ref_.clear();
+  display_name_cache_.clear();
+}
+
+// Put together by hand: a document has very many of these, each with just two texts.
+void vnTitleRef::InternalWrite(common::BagWriter& writer) const {
+  std::string text = "R=~64\"";
+  common::AppendEscaped(automation::ToUtf8(ref_), 1, text);
+  text += "\":DN=~64\"";
+  common::AppendEscaped(automation::ToUtf8(display_name_cache_), 1, text);
+  text += "\":";
+  common::AppendEscaped(text, writer.depth(), writer.out());
+}
+
+void vnTitleRef::InternalLoad(const common::KeptText& text, const Text& /*key*/) {
+  common::BagReader reader(text);
+  ref_ = reader.GetText("R");
+  display_name_cache_ = reader.GetText("DN");
+}
+
+bool vnTitleRefs::UsingHandler() const {
+  const vnDocument* const document = InternalDocument();
+  return document != nullptr && document->InternalTitles().UsingHandler();
+}
+
+automation::Ref<vnTitleRef> vnTitleRefs::Add(const Variant& pvRef) {
+  if (!HasFormAsText(pvRef)) return nullptr;
+  const automation::Ref<vnTitleRefs> self(this);
+  const Text text = pvRef.ToText();
+  const bool using_handler = UsingHandler();
+  vnTitleRef* const present =
+      using_handler ? store_.Find(TextView(text)) : (store_.empty() ? nullptr : &store_[0]);
+  const automation::Ref<vnTitleRef> reference =
+      present != nullptr ? automation::Ref<vnTitleRef>(present) : automation::Make<vnTitleRef>();
+  if (present != nullptr && using_handler) return reference;
+  if (present == nullptr) reference->InternalSetDocument(InternalDocument());
+  if (using_handler) {
+    reference->SetRef(text);
+  } else {
+    reference->SetDisplayName(text);
+  }
+  if (present == nullptr) InternalAddReference(*reference);
+  return reference;
+}
+
+void vnTitleRefs::InternalAddReference(vnTitleRef& reference) {
+  reference.InternalSetDocument(InternalDocument());
+  if (!UsingHandler()) RemoveAll();
+  store_.Add(reference.Ref(), reference);
+}
+
+void vnTitleRefs::InternalWrite(common::BagWriter& writer) const { WriteByPosition(writer, "TR"); }
+
+void vnTitleRefs::InternalLoad(const common::KeptText& text) {
+  ReadMembers(text, [this](vnTitleRef* reference) { InternalAddReference(*reference); });
+}
+
+const automation::ClassInfo& vnTitleRef::classInfo() {
+  using namespace automation;
+  static const ClassInfo info = describe<vnTitleRef>(
+      "vnTitleRef", "A reference to a title of the document, or a free text in its place.",
+      {0xD8F8D0BA, 0x3482, 0x428B, {0x95, 0xF8, 0xD5, 0x07, 0x48, 0x1E, 0x35, 0x58}},
+      {0x64573ADF, 0x1E72, 0x48A1, {0x94, 0x84, 0xF2, 0xF5, 0x40, 0x0E, 0x86, 0x38}},
+      {
+          get<&vnTitleRef::Document>("Document"),
+          with_help(get<&vnTitleRef::Ref>("Ref"), "The reference text of the title."),
+          put<&vnTitleRef::SetRef>("Ref", "psRef"),
+          with_help(get<&vnTitleRef::DisplayNameCache>("DisplayNameCache"),
+                    "The name last taken from the title, or the free text."),
+          with_help(get<&vnTitleRef::DisplayName>("DisplayName"),
+                    "The title's name as it is now; \".\" for a title that is gone."),
+          put<&vnTitleRef::SetDisplayName>("DisplayName", "psDisplayName"),
+          method<&vnTitleRef::Clear>("Clear"),
+      });
+  return info;
+}
+
+const automation::ClassInfo& vnTitleRefs::classInfo() {
+  using namespace automation;
+  static const ClassInfo info = describe<vnTitleRefs>(
+      "vnTitleRefs", "Who performs or approves something: references to titles.",
+      {0x2D68BD7C, 0xFD15, 0x4AB6, {0x97, 0x42, 0xA8, 0x33, 0x72, 0x06, 0x96, 0x2E}},
+      {0x7C840E48, 0x212E, 0x43DF, {0x80, 0x49, 0x03, 0x31, 0x3A, 0xF0, 0x83, 0x04}},
+      {
+          get<&vnTitleRefs::Document>("Document"),
+          get<&vnTitleRefs::Item>("Item", by_reference{"pvIndexKey"}),
+          get<&vnTitleRefs::Count>("Count"),
+          get<&vnTitleRefs::NewEnum>("NewEnum"),
+          method<&vnTitleRefs::RemoveAll>("RemoveAll"),
+          with_help(method<&vnTitleRefs::Add>("Add", "pvRef"),
+                    "The reference to that title; without a title handler, the single entry with "
+                    "that text."),
+      });
+  return info;
+}
+
+}  // namespace vndoc6

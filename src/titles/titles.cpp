@@ -1,0 +1,219 @@
+#include "titles/titles.h"
+
+#include "automation/describe.h"
+#include "automation/late_bound.h"
+#include "automation/services.h"
+#include "common/properties.h"
+#include "common/scoped_value.h"
+#include "core/document.h"
+#include "titles/title_ref.h"
+
+namespace vndoc6 {
+namespace {
+
+using automation::Variant;
+
+constexpr const char16_t* kHandlerProperty = u"Titles Handler";
+constexpr TextView kStandardHandler = u"VNPerformers.VNTitlesList";
+
+// Identifiers that older documents name the standard handler by.
+bool IsRetired(TextView handler) {
+  return handler == u"VNTL2.VNTitlesList" || handler == u"VNTLStd.VNTitlesList";
+}
+
+// Handlers that read a directory and are known to need the database.
+bool IsEnterprise(TextView handler) {
+  return handler == u"VNPerformers.VNEnterpriseList" ||
+         handler == u"VNPerformers.VNEnterpriseUsers" ||
+         handler == u"VNPerformers.VNEnterpriseGroups";
+}
+
+bool RequiresDirect(automation::Object& handler) {
+  return automation::Get(handler, u"RequiresDirect").ToBoolean();
+}
+
+}  // namespace
+
+automation::Ref<vnTitles> vnTitle::Titles() const { return titles_.get(); }
+
+void vnTitle::InternalSetTitles(vnTitles* titles) {
+  titles_ = titles;
+  ParentChanged();
+}
+
+automation::Object* vnTitle::FindParent() const { return OwnerOrDocument(titles_.get()); }
+
+vnTitles::vnTitles() : properties_(automation::Make<Properties>().get()) {}
+
+vnTitles::~vnTitles() = default;
+
+automation::Ref<vnTitle> vnTitles::Item(const Variant& pvIndexKey) {
+  const automation::Ref<vnTitles> self = Consulted();
+  return store_.Find(pvIndexKey);
+}
+
+int32_t vnTitles::Count() {
+  const automation::Ref<vnTitles> self = Consulted();
+  return static_cast<int32_t>(store_.size());
+}
+
+automation::Ref<automation::Enumerator> vnTitles::NewEnum() {
+  const automation::Ref<vnTitles> self = Consulted();
+  return automation::Make<automation::Enumerator>(store_.Snapshot());
+}
+
+void vnTitles::Remove(const Variant& pvRef) { store_.Remove(pvRef); }
+
+automation::Ref<vnTitle> vnTitles::AddTitle(int32_t plID, const Text& psReference,
+                                            const Text& psDisplayName, const Text& psDescription) {
+  const automation::Ref<vnTitle> title = automation::Make<vnTitle>();
+  title->SetID(plID);
+  title->SetRef(psReference);
+  title->SetDisplayName(psDisplayName);
+  title->SetDescription(psDescription);
+  if (store_.Add(psReference, *title)) {
+    title->InternalSetDocument(InternalDocument());
+    title->InternalSetTitles(this);
+  }
+  return title;
+}
+
+automation::Ref<Properties> vnTitles::GetProperties() const { return properties_.get(); }
+
+bool vnTitles::HandlerAvailable() {
+  const automation::Ref<vnTitles> self = Consulted();
+  return handler_loaded_;
+}
+
+automation::Ref<vnTitleRefs> vnTitles::TitleRefsObj() const {
+  automation::Ref<vnTitleRefs> references = automation::Make<vnTitleRefs>();
+  references->InternalSetDocument(InternalDocument());
+  return references;
+}
+
+Text vnTitles::HandlerName() const {
+  const automation::Ref<vnDocument> document = Document();
+  if (!document) return {};
+  const Variant name = document->GetProperties()->Value(kHandlerProperty, Variant(u""));
+  const Text* const text = name.If<Text>();
+  return text != nullptr ? *text : Text();
+}
+
+VNHandlerRequiresDirect vnTitles::HandlerRequiresDirect() {
+  const Text name = HandlerName();
+  if (IsEnterprise(name)) return VNRDRequired;
+  if (name.empty() || name == kStandardHandler) return VNRDNotRequired;
+  try {
+    return RequiresDirect(*automation::CreateObject(name)) ? VNRDRequired : VNRDNotRequired;
+  } catch (const automation::Error&) {
+    // A handler that can't be created, or fails, or answers with something else than a Boolean.
+    return VNRDUnknown;
+  }
+}
+
+automation::Ref<vnTitles> vnTitles::Consulted() {
+  automation::Ref<vnTitles> self(this);
+  if (!tried_ && !consulting_) Consult();
+  return self;
+}
+
+void vnTitles::Consult() {
+  const common::ScopedValue consulting(consulting_, true, false);
+  store_.Clear();
+  handler_loaded_ = false;
+  const automation::Ref<vnDocument> document = Document();
+  try {
+    tried_ = document == nullptr || LoadFromHandler(*document);
+  } catch (const automation::Error&) {
+    // The handler can't be created, or fails. What it added stays.
+    tried_ = true;
+  }
+}
+
+// False when the handler has to wait for a database.
+bool vnTitles::LoadFromHandler(vnDocument& document) {
+  Text name = HandlerName();
+  if (name.empty()) return true;
+  if (IsRetired(name)) {
+    name = kStandardHandler;
+    document.GetProperties()->SetValue(kHandlerProperty, Variant(name));
+  }
+  const automation::Ref<automation::Object> handler = automation::CreateObject(name);
+  if (!document.Database() && RequiresDirect(*handler)) return false;
+  automation::Put(*handler, u"Document", {Variant(automation::Ref<vnDocument>(&document))});
+  if (RequiresDirect(*handler)) {
+    automation::Put(*handler, u"Database", {Variant(document.Database())});
+  }
+  handler_loaded_ = automation::Call(*handler, u"LoadTitles").ToLong() == 0;
+  return true;
+}
+
+const automation::ClassInfo& vnTitle::classInfo() {
+  using namespace automation;
+  static const ClassInfo info = describe<vnTitle>(
+      "vnTitle", "A role, person or group that steps and details refer to.",
+      {0xADFCB9B1, 0xA195, 0x40AF, {0x84, 0x8D, 0x0E, 0x61, 0xC2, 0xCF, 0x69, 0x68}},
+      {0x1DF373E2, 0x642A, 0x4E6D, {0x94, 0x4B, 0x30, 0x0F, 0x99, 0xEE, 0x56, 0xA2}},
+      {
+          get<&vnTitle::Document>("Document"),
+          with_help(get<&vnTitle::ID>("ID"), "The title handler's number for the title."),
+          put<&vnTitle::SetID>("ID", "plID"),
+          get<&vnTitle::DisplayName>("DisplayName"),
+          put<&vnTitle::SetDisplayName>("DisplayName", "psDisplayName"),
+          get<&vnTitle::Description>("Description"),
+          put<&vnTitle::SetDescription>("Description", "psDescription"),
+          with_help(get<&vnTitle::Titles>("Titles"), "The list that the title was added to."),
+          with_help(get<&vnTitle::Ref>("Ref"), "The text that references name the title by."),
+          put<&vnTitle::SetRef>("Ref", "psRef"),
+      });
+  return info;
+}
+
+const automation::ClassInfo& vnTitles::classInfo() {
+  using namespace automation;
+  static const ClassInfo info = describe<vnTitles>(
+      "vnTitles", "The titles of a document, read from a title handler when they are first needed.",
+      {0x644BB7EE, 0x6765, 0x478A, {0xBB, 0x5B, 0x9F, 0x80, 0x70, 0x4D, 0x5A, 0xB2}},
+      {0xBF9A60A7, 0x079E, 0x4D50, {0xBB, 0x27, 0xD0, 0x36, 0x23, 0xF8, 0x39, 0xA8}},
+      {
+          get<&vnTitles::Document>("Document"),
+          with_help(get<&vnTitles::Item>("Item", by_reference{"pvIndexKey"}),
+                    "The title at a position or with a reference text; Nothing for none."),
+          get<&vnTitles::Count>("Count"),
+          get<&vnTitles::NewEnum>("NewEnum"),
+          method<&vnTitles::Remove>("Remove", "pvRef"),
+          method<&vnTitles::RemoveAll>("RemoveAll"),
+          with_help(method<&vnTitles::AddTitle>("AddTitle", "plID", "psReference", "psDisplayName",
+                                                optional("psDescription", u"")),
+                    "Adds a title; for title handlers."),
+          with_help(get<&vnTitles::GetProperties>("Properties"),
+                    "Settings of hosts and handlers; not saved."),
+          with_help(get<&vnTitles::HandlerAvailable>("HandlerAvailable"),
+                    "Whether the title handler filled the list."),
+          with_help(get<&vnTitles::UsingHandler>("UsingHandler"),
+                    "Whether the document names a title handler."),
+          with_help(method<&vnTitles::Reset>("Reset"),
+                    "Makes the next read consult the title handler again."),
+          hidden(get<&vnTitles::TitleRefsObj>("TitleRefsObj")),
+          with_help(get<&vnTitles::HandlerName>("HandlerName"),
+                    "The programmatic identifier of the title handler."),
+          with_help(get<&vnTitles::HandlerRequiresDirect>("HandlerRequiresDirect"),
+                    "Whether the title handler needs the document's database."),
+      });
+  return info;
+}
+
+template <>
+const automation::EnumInfo& automation::DescribeEnum<VNHandlerRequiresDirect>() {
+  static constexpr EnumValue kValues[] = {{"VNRDNotRequired", VNRDNotRequired},
+                                          {"VNRDRequired", VNRDRequired},
+                                          {"VNRDUnknown", VNRDUnknown}};
+  static constexpr EnumInfo info{
+      "VNHandlerRequiresDirect",
+      {0x8411B494, 0xAD26, 0x483F, {0x84, 0x47, 0x9A, 0x77, 0x35, 0x0F, 0x94, 0xB3}},
+      "Whether a title handler needs the document's database.",
+      kValues};
+  return info;
+}
+
+}  // namespace vndoc6
