@@ -1,0 +1,47 @@
+// How every call of a host enters the library: no exception leaves it, and what was raised becomes
+// the host's error at one place.
+#pragma once
+
+#include "windows/com.h"
+
+namespace vndoc6::windows {
+
+// A raised error as hosts receive it.
+struct Fault {
+  HRESULT scode = E_UNEXPECTED;  // 0x800A0000 + the automation error's number
+  // What IDispatch::Invoke answers when the call did not reach the member; S_OK when it did.
+  HRESULT binding = S_OK;
+  int argument = -1;  // the parameter at fault, 0 = first; negative when it is none
+  OwnedBstr description;
+  OwnedBstr source;
+};
+
+// The exception being handled; call inside a catch block.
+Fault CaughtFault() noexcept;
+
+// Makes the fault the thread's error object, which the caller of a vtable method asks for, and
+// gives its code.
+HRESULT SetErrorObject(Fault fault, REFIID iid) noexcept;
+
+// Runs `body`, which gives an HRESULT. What it raises goes to `report`, which gives one too.
+template <class Body, class Report>
+HRESULT Enter(Body&& body, Report&& report) noexcept {
+  try {
+    return body();
+  } catch (...) {
+    return report(CaughtFault());
+  }
+}
+template <class Body>
+HRESULT Enter(Body&& body) noexcept {
+  return Enter(body, [](const Fault& fault) { return fault.scode; });
+}
+
+// The other way: raises what a foreign object's failed call says. `exception` is what Invoke filled
+// in, null for other calls.
+[[noreturn]] void RaiseFailure(HRESULT code, EXCEPINFO* exception = nullptr);
+inline void Check(HRESULT code) {
+  if (FAILED(code)) RaiseFailure(code);
+}
+
+}  // namespace vndoc6::windows
