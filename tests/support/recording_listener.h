@@ -1,22 +1,22 @@
-// Records the events of a document as lines: the event's name, the object's key where it has one,
-// and the other arguments.
+// Records the events of a document or a template library as lines: the event's name, the object's
+// key where it has one, and the other arguments.
 #pragma once
 
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "automation/event_info.h"
 #include "automation/late_bound.h"
-#include "core/document.h"
 
 namespace vndoc6::testing {
 
 class RecordingListener : public automation::EventSink {
  public:
-  explicit RecordingListener(vnDocument& document) : document_(document) {
-    document_.Connect(this);
+  explicit RecordingListener(automation::EventSource& source) : source_(source) {
+    source_.Connect(this);
   }
-  ~RecordingListener() override { document_.Disconnect(this); }
+  ~RecordingListener() override { source_.Disconnect(this); }
   RecordingListener(const RecordingListener&) = delete;
   RecordingListener& operator=(const RecordingListener&) = delete;
 
@@ -38,7 +38,7 @@ class RecordingListener : public automation::EventSink {
     return automation::ToUtf8(automation::Get(object, u"Key").ToText());
   }
 
-  vnDocument& document_;
+  automation::EventSource& source_;
   std::vector<std::string> lines_;
 };
 
