@@ -62,6 +62,14 @@ bool Exists(const std::wstring& name) {
   return ::GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+// False for a folder and for a file that is marked as not to be written.
+bool MayReplace(const std::wstring& name) {
+  constexpr DWORD kForbidding = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
+  const DWORD attributes = ::GetFileAttributesW(name.c_str());
+  return !name.empty() &&
+         (attributes == INVALID_FILE_ATTRIBUTES || (attributes & kForbidding) == 0);
+}
+
 // The name behind all links, so that replacing the file keeps them.
 std::wstring FollowLinks(const std::wstring& name) {
   const DWORD attributes = ::GetFileAttributesW(name.c_str());
@@ -154,7 +162,7 @@ std::optional<std::string> ReadWholeFile(TextView name) {
 
 bool ReplaceFileWith(TextView name, std::string_view bytes) {
   const std::wstring target = SystemName(name);
-  if (target.empty()) return false;
+  if (!MayReplace(target)) return false;
   Replacement replacement(target);
   return replacement.Write(bytes) && replacement.Place();
 }
@@ -163,7 +171,7 @@ bool CopyFileTo(TextView from, TextView to) {
   const File source(SystemName(from), GENERIC_READ, kShareAll, OPEN_EXISTING,
                     FILE_FLAG_SEQUENTIAL_SCAN);
   const std::wstring target = SystemName(to);
-  if (!source.IsRegular() || target.empty()) return false;
+  if (!source.IsRegular() || !MayReplace(target)) return false;
   Replacement replacement(target);
   std::array<char, 65536> piece;
   while (const auto count = source.Read(piece.data(), piece.size())) {
