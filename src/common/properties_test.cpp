@@ -206,7 +206,7 @@ TEST(Properties, LargeBagsStayQuick) {
   Text text;
   for (int32_t i = 0; i < kMany; ++i) {
     const Text number = automation::NumberText(i);
-    text += number + u"=" + number + u":same=1:";
+    text.append(number).append(u"=").append(number).append(u":same=1:");
   }
   auto bag = BagOf(text);
   ASSERT_EQ(bag->Count(), kMany + 1);

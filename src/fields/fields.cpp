@@ -8,7 +8,6 @@ namespace vndoc6::fields {
 
 using automation::Object;
 using automation::Ref;
-using automation::Variant;
 
 namespace {
 

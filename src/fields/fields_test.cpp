@@ -58,7 +58,7 @@ const Kind kKinds[] = {{u"Fields.FieldDefs", "FieldDefs", &MakeFieldDefs},
 
 TEST(Fields, AStandInGivesItsTextBackUnchanged) {
   for (const Kind& kind : kKinds) {
-    const Text text(u"any \"text\":\0\xD800", 14);
+    const Text text(u"any \"text\":\0\xD800", 13);
     const Ref<Object> object = kind.make(text);
     EXPECT_EQ(object->TypeName(), kind.stand_in);
     EXPECT_EQ(TextOf(*object), text);
