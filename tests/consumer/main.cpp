@@ -1,9 +1,21 @@
+// Makes a document with one step, saves it, loads it into another and compares.
 #include <cstdio>
 
-#include "automation/error.h"
+#include "core/document.h"
+#include "process/step.h"
+#include "process/steps.h"
+
+using vndoc6::vnDocument;
+using vndoc6::automation::Make;
+using vndoc6::automation::Ref;
 
 int main() {
-  const vndoc6::automation::Error error(vndoc6::automation::kTypeMismatch);
-  std::puts(error.what());
-  return error.number() == vndoc6::automation::kTypeMismatch ? 0 : 1;
+  const Ref<vnDocument> written = Make<vnDocument>();
+  written->NewStep()->SetLabel(u"Check the invoice");
+  if (!written->SaveDocAs(u"consumer.vn6")) return 1;
+
+  const Ref<vnDocument> read = Make<vnDocument>();
+  if (!read->LoadDoc(u"consumer.vn6", {}) || read->Steps()->Count() != 1) return 2;
+  if (read->Steps()->Item(1)->Label() != u"Check the invoice") return 3;
+  std::puts("1 step saved and loaded");
 }
