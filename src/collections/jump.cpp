@@ -1,7 +1,5 @@
 #include "collections/jump.h"
 
-#include <limits>
-
 #include "automation/describe.h"
 #include "automation/error.h"
 #include "common/file_system.h"
@@ -62,11 +60,12 @@ void vnJump::RecoverProcessID() {
   if (first == Text::npos) return;
   const size_t second = FileName().find(u'\\', first + 1);
   if (second == Text::npos) return;
-  const double number = automation::LeadingNumber(TextView(FileName()).substr(second + 1));
-  constexpr double kLowest = std::numeric_limits<int32_t>::min();
-  constexpr double kHighest = std::numeric_limits<int32_t>::max();
-  // A number that no process can have leaves 0.
-  if (number >= kLowest && number <= kHighest) process_id_ = automation::RoundToLong(number);
+  const TextView number = TextView(FileName()).substr(second + 1);
+  try {
+    process_id_ = automation::RoundToLong(automation::LeadingNumber(number));
+  } catch (const automation::Error&) {
+    // Overflow: a number that no process can have leaves 0.
+  }
 }
 
 void vnJump::InternalCopyFrom(const vnJump& other) {

@@ -1,0 +1,124 @@
+#include "process/condition.h"
+
+#include <gtest/gtest.h>
+
+#include "core/document.h"
+#include "tests/support/recording_listener.h"
+#include "tests/support/saved_text.h"
+
+namespace vndoc6 {
+namespace {
+
+using automation::Make;
+using automation::Ref;
+using automation::Variant;
+using testing::Kept;
+using testing::SavedText;
+using Lines = std::vector<std::string>;
+
+Ref<vnCondition> Keyed(const Text& key) {
+  const auto condition = Make<vnCondition>();
+  condition->InternalSetKey(key);
+  return condition;
+}
+
+TEST(Condition, SavesAndLoadsItsFourTexts) {
+  const auto condition = Keyed(u"k");
+  condition->SetDisplayName(u"Big?");
+  condition->SetConditionTest(u"x > \"1\"");
+  condition->SetFailMessage(u"Too small");
+  EXPECT_EQ(SavedText(*condition), R"(K=~64"k":DN=~64"Big?":CT=~64"x > ^j1^j":FM=~64"Too small":)");
+
+  const auto loaded = Make<vnCondition>();
+  loaded->Load(condition->Save());
+  EXPECT_EQ(loaded->Save(), condition->Save());
+  loaded->Load(u"CT=5:FM=T:K=~64\"stored\":", u"given");
+  EXPECT_EQ(loaded->Key(), u"given");
+  EXPECT_EQ(loaded->DisplayName(), u"");
+}
+
+TEST(Condition, TestAndMessageReportTheTestOnEveryPut) {
+  const auto document = Make<vnDocument>();
+  testing::RecordingListener listener(*document);
+  const auto condition = Keyed(u"k");
+  condition->SetFailMessage(u"no document, no event");
+  condition->SetDocument(document.get());
+  condition->SetDisplayName(u"name");
+  condition->SetConditionTest(u"x");
+  condition->SetConditionTest(u"x");
+  condition->SetFailMessage(u"m");
+  EXPECT_EQ(listener.Take(),
+            (Lines{"ConditionChange k 88", "ConditionChange k 88", "ConditionChange k 88"}));
+}
+
+TEST(Conditions, AddReportsOneAndRemoveTwo) {
+  const auto document = Make<vnDocument>();
+  testing::RecordingListener listener(*document);
+  const auto conditions = Make<vnConditions>();
+  conditions->InternalSetDocument(document.get());
+  conditions->Add(Keyed(u"k").get());
+  conditions->Remove(Variant(u"other"));
+  conditions->Remove(Variant(2));
+  EXPECT_FALSE(conditions->InternalRemove(Variant(u"other")));
+  EXPECT_TRUE(conditions->InternalRemove(Variant(u"K")));
+  EXPECT_EQ(listener.Take(), (Lines{"ConditionChange k 1", "ConditionChange k 2"}));
+
+  conditions->Add(nullptr);
+  const auto keyless = Make<vnCondition>();
+  conditions->Add(keyless.get());
+  EXPECT_FALSE(keyless->Key().empty());
+  EXPECT_EQ(conditions->Item(Variant(keyless->Key())), keyless);
+}
+
+TEST(Conditions, ATakenKeyInAnyLetterCaseIsNotAddedButGetsTheDocument) {
+  const auto document = Make<vnDocument>();
+  const auto conditions = Make<vnConditions>();
+  conditions->InternalSetDocument(document.get());
+  const auto first = Keyed(u"straße");
+  conditions->Add(first.get());
+  testing::RecordingListener listener(*document);
+  const auto second = Keyed(u"STRAßE");
+  conditions->Add(second.get());
+  EXPECT_EQ(conditions->Count(), 1);
+  EXPECT_EQ(conditions->Item(Variant(1)), first);
+  EXPECT_EQ(second->Document(), document);
+  EXPECT_EQ(listener.Take(), Lines{});
+}
+
+TEST(Conditions, AreSavedByKeyInOrder) {
+  const auto conditions = Make<vnConditions>();
+  EXPECT_EQ(SavedText(*conditions), "");
+  conditions->Add(Keyed(u"b").get());
+  conditions->Add(Keyed(u"a").get());
+  EXPECT_EQ(SavedText(*conditions),
+            R"(Cb=~64"K^ab^ADN^a^ACT^a^AFM^a^A":Ca=~64"K^aa^ADN^a^ACT^a^AFM^a^A":)");
+}
+
+TEST(Conditions, AnyKeySurvivesSavingAndLoading) {
+  const auto conditions = Make<vnConditions>();
+  for (const Text& key : testing::kHostileKeys) conditions->Add(Keyed(key).get());
+  ASSERT_EQ(conditions->Count(), static_cast<int32_t>(std::size(testing::kHostileKeys)));
+
+  const auto loaded = Make<vnConditions>();
+  loaded->InternalLoad(Kept(SavedText(*conditions)));
+  ASSERT_EQ(loaded->Count(), conditions->Count());
+  for (const Text& key : testing::kHostileKeys) {
+    const auto condition = loaded->Item(Variant(key));
+    ASSERT_TRUE(condition);
+    EXPECT_EQ(condition->Key(), key);
+  }
+  EXPECT_EQ(SavedText(*loaded), SavedText(*conditions));
+}
+
+TEST(Conditions, DamagedTextGivesWhatComesBeforeTheFault) {
+  const auto conditions = Make<vnConditions>();
+  conditions->InternalLoad(Kept(R"(anything=~64"K^aa^A":number=5:same=~64"K^aA^A":C=~64"K^ab)"));
+  // The entry that is no text makes a condition without a key, which gets a fresh one; the one
+  // with a taken key and the cut-off one are dropped.
+  ASSERT_EQ(conditions->Count(), 2);
+  EXPECT_EQ(conditions->Item(Variant(1))->Key(), u"a");
+  EXPECT_EQ(conditions->Item(Variant(2))->Key().size(), common::NewKey().size());
+}
+
+}  // namespace
+}  // namespace vndoc6

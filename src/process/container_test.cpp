@@ -1,0 +1,122 @@
+#include "process/container.h"
+
+#include <gtest/gtest.h>
+
+#include "chart/figure.h"
+#include "core/document.h"
+#include "process/steps.h"
+#include "tests/support/recording_listener.h"
+#include "tests/support/saved_text.h"
+
+namespace vndoc6 {
+namespace {
+
+using automation::Make;
+using automation::Ref;
+using automation::Variant;
+using testing::Kept;
+using testing::SavedText;
+using Lines = std::vector<std::string>;
+
+Ref<vnContainer> Keyed(const Text& key) {
+  const auto container = Make<vnContainer>();
+  container->SetKey(key);
+  return container;
+}
+
+TEST(Container, SavesWhatItLoadedAndAFigureNobodyReadUnchanged) {
+  constexpr std::string_view kSaved =
+      R"(K=~64"k":L=~64"label":D=~64"description":F=~64"no ^j figure":)";
+  const auto container = Make<vnContainer>();
+  container->InternalLoad(Kept(kSaved), Text());
+  EXPECT_EQ(SavedText(*container), kSaved);
+  const Ref<vnFigure> figure = container->Figure();
+  EXPECT_EQ(container->Figure(), figure);
+  EXPECT_EQ(figure->Container(), container);
+  container->Load(u"K=~64\"stored\":", u"given");
+  EXPECT_EQ(SavedText(*container), R"(K=~64"given":L=~64"":D=~64"":F=~64"":)");
+  EXPECT_NE(container->Figure(), figure);
+}
+
+TEST(Container, ReportsEveryPutOfItsLabelAndEveryReadingOfItsDescription) {
+  const auto document = Make<vnDocument>();
+  testing::RecordingListener listener(*document);
+  const auto container = Keyed(u"k");
+  container->SetDocument(document.get());
+  container->SetKey(u"c");
+  container->SetDescription(u"d");
+  container->Save();
+  EXPECT_EQ(listener.Take(), Lines{});
+  container->SetLabel(u"l");
+  container->SetLabel(u"l");
+  EXPECT_EQ(listener.Take(), (Lines{"ContainerChange c 1", "ContainerChange c 1"}));
+  EXPECT_EQ(container->Description(), u"d");
+  EXPECT_EQ(container->Description(), u"d");
+  EXPECT_EQ(listener.Take(), (Lines{"ContainerChange c 1", "ContainerChange c 1"}));
+  container->SetDocument(nullptr);
+  EXPECT_EQ(container->Description(), u"d");
+  EXPECT_EQ(container->Document(), Variant(Ref<automation::Object>()));
+}
+
+TEST(Container, ACopyHasTheFigureButNotTheKey) {
+  const auto source = Keyed(u"k");
+  source->SetLabel(u"l");
+  source->SetDescription(u"d");
+  source->Figure()->SetWidth(120);
+  const auto copy = Make<vnContainer>();
+  copy->InternalCopyFrom(*source);
+  EXPECT_EQ(copy->Key(), u"");
+  EXPECT_EQ(copy->Label(), u"l");
+  EXPECT_EQ(copy->Description(), u"d");
+  EXPECT_EQ(copy->Figure()->Width(), 120);
+  EXPECT_NE(copy->Figure(), source->Figure());
+}
+
+TEST(Containers, AddAndRemoveReportAndLeaveStepsAlone) {
+  const auto document = Make<vnDocument>();
+  vnContainers& containers = document->InternalContainers();
+  const Ref<vnStep> step = document->NewStep();
+  step->SetContainerKey(u"k");
+  testing::RecordingListener listener(*document);
+  const auto container = Keyed(u"k");
+  containers.Add(container.get());
+  EXPECT_EQ(container->Document(), Variant(document));
+  containers.Add(Keyed(u"K").get());
+  containers.Add(nullptr);
+  EXPECT_EQ(containers.Count(), 1);
+  // It stays under the key it was added with.
+  container->SetKey(u"other");
+  containers.Remove(Variant(u"other"));
+  EXPECT_EQ(containers.Item(Variant(u"k")), container);
+  containers.Remove(Variant(u"k"));
+  EXPECT_EQ(containers.Count(), 0);
+  EXPECT_EQ(step->ContainerKey(), u"k");
+  EXPECT_EQ(listener.Take(), (Lines{"ContainerAdded k", "ContainerRemoved other"}));
+}
+
+TEST(Containers, AreSavedByKeyAndComeBackWithoutAReport) {
+  const auto containers = Make<vnContainers>();
+  EXPECT_EQ(SavedText(*containers), "");
+  for (const Text& key : testing::kHostileKeys) containers->Add(Keyed(key).get());
+  const std::string saved = SavedText(*containers);
+  EXPECT_EQ(saved.substr(0, 17), R"(C^j=~64"K^a^k^AL^)");
+
+  const auto document = Make<vnDocument>();
+  testing::RecordingListener listener(*document);
+  vnContainers& loaded = document->InternalContainers();
+  loaded.InternalLoadQuietly(Kept(saved));
+  EXPECT_EQ(listener.Take(), Lines{});
+  EXPECT_EQ(SavedText(loaded), saved);
+}
+
+TEST(Containers, KeepTheContainerThatAHostPuts) {
+  const auto containers = Make<vnContainers>();
+  EXPECT_FALSE(containers->Container());
+  containers->SetContainer(Keyed(u"k").get());
+  ASSERT_TRUE(containers->Container());
+  EXPECT_EQ(containers->Container()->Key(), u"k");
+  EXPECT_EQ(containers->Count(), 0);
+}
+
+}  // namespace
+}  // namespace vndoc6

@@ -1,0 +1,163 @@
+#include "process/link.h"
+
+#include <gtest/gtest.h>
+
+#include "chart/line.h"
+#include "core/document.h"
+#include "process/condition.h"
+#include "tests/support/recording_listener.h"
+#include "tests/support/saved_text.h"
+
+namespace vndoc6 {
+namespace {
+
+using automation::Make;
+using automation::Ref;
+using automation::Variant;
+using testing::Kept;
+using testing::SavedText;
+using Lines = std::vector<std::string>;
+
+constexpr std::string_view kSaved = R"(K=~64"k":TT=~64"tip":T=~64"yes":OSK=~64"from":DSK=~64"to":)"
+                                    R"(L=~64"no ^j line":C=~64"Cx^aK^bx^B^A":CE=~64"x > 1":)";
+
+Ref<vnLink> Keyed(const Text& key) {
+  const auto link = Make<vnLink>();
+  link->InternalSetKey(key);
+  return link;
+}
+
+TEST(Link, SavesWhatItLoadedAndTheTextsNobodyReadUnchanged) {
+  const auto link = Make<vnLink>();
+  link->InternalLoad(Kept(kSaved), Text());
+  EXPECT_EQ(SavedText(*link), kSaved);
+  EXPECT_EQ(link->Key(), u"k");
+  EXPECT_EQ(link->Tooltip(), u"tip");
+  EXPECT_EQ(link->Text(), u"yes");
+  EXPECT_EQ(link->OriginStepKey(), u"from");
+  EXPECT_EQ(link->DestinationStepKey(), u"to");
+  EXPECT_EQ(link->ConditionExpression(), u"x > 1");
+
+  // Once read, they are written as the objects have it.
+  ASSERT_EQ(link->Conditions()->Count(), 1);
+  EXPECT_EQ(link->Conditions()->Item(Variant(1))->Key(), u"x");
+  EXPECT_NE(SavedText(*link), kSaved);
+}
+
+TEST(Link, WritesEveryEntryOfANewLink) {
+  const auto link = Make<vnLink>();
+  link->SetOriginStepKey(u"names no step");
+  EXPECT_EQ(SavedText(*link), R"(K=~64"":TT=~64"":T=~64"":OSK=~64"names no step":)"
+                              R"(DSK=~64"":L=~64"":C=~64"":CE=~64"":)");
+}
+
+TEST(Link, LoadTakesTheKeyGivenAndDropsWhatWasBuilt) {
+  const auto link = Make<vnLink>();
+  const Ref<vnLine> line = link->Line();
+  const Ref<vnConditions> conditions = link->Conditions();
+  EXPECT_EQ(link->Line(), line);
+  link->Load(automation::FromUtf8(kSaved), u"given");
+  EXPECT_EQ(link->Key(), u"given");
+  EXPECT_NE(link->Line(), line);
+  EXPECT_NE(link->Conditions(), conditions);
+  EXPECT_EQ(link->Conditions()->Count(), 1);
+}
+
+TEST(Link, PutObjectsReplaceTheTexts) {
+  const auto link = Make<vnLink>();
+  link->InternalLoad(Kept(kSaved), Text());
+  const auto conditions = Make<vnConditions>();
+  link->SetConditions(conditions.get());
+  EXPECT_EQ(link->Conditions(), conditions);
+  link->SetConditions(nullptr);
+  EXPECT_EQ(link->Conditions()->Count(), 0);
+}
+
+TEST(Link, NewConditionReportsItsTestAndThenItself) {
+  const auto document = Make<vnDocument>();
+  const auto link = Keyed(u"k");
+  document->Links()->Add(link.get());
+  testing::RecordingListener listener(*document);
+  const auto condition = link->NewCondition(u"name", u"x > 1");
+  EXPECT_EQ(condition->Link(), link);
+  EXPECT_EQ(condition->Document(), document);
+  EXPECT_EQ(condition->DisplayName(), u"name");
+  const Text key = condition->Key();
+  EXPECT_EQ(link->Conditions()->Item(Variant(key)), condition);
+  EXPECT_FALSE(link->RemoveCondition(u"unknown"));
+  EXPECT_TRUE(link->RemoveCondition(key));
+  EXPECT_FALSE(link->RemoveCondition(key));
+  const std::string name = automation::ToUtf8(key);
+  EXPECT_EQ(listener.Take(), (Lines{"ConditionChange  88", "ConditionChange " + name + " 1",
+                                    "ConditionChange " + name + " 2"}));
+}
+
+TEST(Link, ItsPartsFollowItsDocumentAndKeepItAlive) {
+  const size_t before = automation::Object::LiveCount();
+  {
+    Ref<vnLine> line;
+    {
+      const auto link = Make<vnLink>();
+      line = link->Line();
+      const auto document = Make<vnDocument>();
+      document->Links()->Add(link.get());
+      EXPECT_EQ(line->Document(), document);
+      EXPECT_EQ(link->Conditions()->Document(), document);
+    }
+    // Nobody but the line's holder is left.
+    ASSERT_TRUE(line->Document());
+    EXPECT_EQ(line->Document()->Links()->Count(), 1);
+  }
+  EXPECT_EQ(automation::Object::LiveCount(), before);
+}
+
+TEST(Links, AddReportsAndRemoveDoesNot) {
+  const auto document = Make<vnDocument>();
+  testing::RecordingListener listener(*document);
+  const Ref<vnLinks> links = document->Links();
+  const auto link = Keyed(u"k");
+  links->Add(link.get());
+  EXPECT_EQ(link->Document(), document);
+  links->Add(link.get());
+  links->Add(Keyed(u"K").get());
+  links->Add(nullptr);
+  links->Remove(Variant(u"unknown"));
+  links->Remove(Variant(1));
+  EXPECT_EQ(links->Count(), 0);
+  EXPECT_EQ(listener.Take(), Lines{"LinkAdded k"});
+
+  const auto keyless = Make<vnLink>();
+  links->Add(keyless.get());
+  EXPECT_FALSE(keyless->Key().empty());
+}
+
+TEST(Links, AWorkingListWithoutADocumentLeavesALinkItsOwn) {
+  const auto document = Make<vnDocument>();
+  const auto link = Keyed(u"k");
+  document->Links()->Add(link.get());
+  Make<vnLinks>()->Add(link.get());
+  EXPECT_EQ(link->Document(), document);
+}
+
+TEST(Links, AreSavedByKeyAndComeBackWithoutAReport) {
+  const auto links = Make<vnLinks>();
+  EXPECT_EQ(SavedText(*links), "");
+  for (const Text& key : testing::kHostileKeys) links->Add(Keyed(key).get());
+  const std::string saved = SavedText(*links);
+
+  const auto document = Make<vnDocument>();
+  testing::RecordingListener listener(*document);
+  const Ref<vnLinks> loaded = document->Links();
+  loaded->InternalLoadQuietly(Kept(saved));
+  EXPECT_EQ(listener.Take(), Lines{});
+  EXPECT_EQ(loaded->Count(), links->Count());
+  EXPECT_EQ(loaded->Item(Variant(1))->Document(), document);
+  EXPECT_EQ(SavedText(*loaded), saved);
+  // The keys are taken now.
+  loaded->InternalLoad(Kept(saved));
+  EXPECT_EQ(loaded->Count(), links->Count());
+  EXPECT_EQ(listener.Take(), Lines{});
+}
+
+}  // namespace
+}  // namespace vndoc6

@@ -1,0 +1,174 @@
+#include "process/task.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "core/document.h"
+#include "process/steps.h"
+#include "process/task_order.h"
+#include "tests/support/recording_listener.h"
+#include "tests/support/saved_text.h"
+
+namespace vndoc6 {
+namespace {
+
+using automation::Make;
+using automation::Ref;
+using automation::Variant;
+using testing::Kept;
+using testing::SavedText;
+using Lines = std::vector<std::string>;
+
+Ref<vnTask> Keyed(const Text& key) {
+  const auto task = Make<vnTask>();
+  task->InternalSetKey(key);
+  return task;
+}
+
+TEST(Task, SavesAndLoadsItsValues) {
+  constexpr std::string_view kSaved =
+      R"(K=~64"k":N=~64"Name":D=~64"De:scription":TT=3:MT=-1:TO=2147483647:TD=~64"^jdata^j":)";
+  const auto task = Make<vnTask>();
+  task->InternalLoad(Kept(kSaved), Text());
+  EXPECT_EQ(SavedText(*task), kSaved);
+  EXPECT_EQ(task->TaskData(), u"\"data\"");
+  EXPECT_EQ(task->TaskOrder(), 2147483647);
+
+  // What is missing, or not of its kind, is as in a new task.
+  task->Load(u"TT=~64\"three\":MT=~64\"7\":K=~64\"stored\":", u"given");
+  EXPECT_EQ(SavedText(*task), R"(K=~64"given":N=~64"":D=~64"":TT=0:MT=7:TO=0:TD=~64"":)");
+}
+
+TEST(Task, ReportsTypeModuleAndDataOnEveryPut) {
+  const auto document = Make<vnDocument>();
+  testing::RecordingListener listener(*document);
+  const auto task = Keyed(u"k");
+  task->SetTaskType(1);
+  task->SetDocument(document.get());
+  task->SetTaskType(1);
+  task->SetTaskType(1);
+  task->SetModuleType(2);
+  task->SetTaskData(u"data");
+  task->SetName(u"name");
+  task->SetDescription(u"description");
+  task->SetTaskOrder(5);
+  EXPECT_EQ(listener.Take(),
+            (Lines{"TaskChange k 90", "TaskChange k 90", "TaskChange k 91", "TaskChange k 92"}));
+}
+
+TEST(Tasks, AddGivesDocumentAndStep) {
+  const auto document = Make<vnDocument>();
+  const Ref<vnStep> step = document->NewStep();
+  testing::RecordingListener listener(*document);
+  const Ref<vnTasks> tasks = step->Tasks();
+  const auto task = Keyed(u"k");
+  tasks->Add(task.get());
+  EXPECT_EQ(task->Document(), document);
+  EXPECT_EQ(task->Step(), step);
+  const auto taken = Keyed(u"K");
+  tasks->Add(taken.get());
+  tasks->Add(nullptr);
+  EXPECT_FALSE(taken->Step());
+  EXPECT_EQ(tasks->Count(), 1);
+  tasks->Remove(Variant(u"unknown"));
+  tasks->Remove(Variant(0));
+  tasks->Remove(Variant(u"K"));
+  EXPECT_EQ(tasks->Count(), 0);
+  EXPECT_EQ(listener.Take(), (Lines{"TaskChange k 1", "TaskChange k 2"}));
+}
+
+// What a host's handler finds, and does, while a removal is reported.
+class RemovalHandler : public DocumentListener {
+ public:
+  RemovalHandler(vnTasks& tasks, bool empty_it) : tasks_(tasks), empty_it_(empty_it) {}
+  void TaskChange(vnTask& /*eoTask*/, int32_t elDetailID) override {
+    if (elDetailID != 2) return;
+    count_ = tasks_.Count();
+    if (empty_it_) tasks_.RemoveAll();
+  }
+  int32_t count() const { return count_; }
+
+ private:
+  vnTasks& tasks_;
+  bool empty_it_;
+  int32_t count_ = -1;
+};
+
+TEST(Tasks, RemovalIsReportedWhileTheTaskIsStillThere) {
+  for (const bool empty_it : {false, true}) {
+    const auto document = Make<vnDocument>();
+    const Ref<vnTasks> tasks = document->NewStep()->Tasks();
+    for (const Text key : {u"a", u"b"}) tasks->Add(Keyed(key).get());
+    RemovalHandler handler(*tasks, empty_it);
+    document->AddListener(&handler);
+    tasks->Remove(Variant(1));
+    document->RemoveListener(&handler);
+    EXPECT_EQ(handler.count(), 2);
+    EXPECT_EQ(tasks->Count(), empty_it ? 0 : 1);
+  }
+}
+
+TEST(Tasks, AreSavedByKeyInOrderOfAdding) {
+  const auto tasks = Make<vnTasks>();
+  EXPECT_EQ(SavedText(*tasks), "");
+  for (const Text& key : testing::kHostileKeys) tasks->Add(Keyed(key).get());
+  const std::string saved = SavedText(*tasks);
+  EXPECT_EQ(saved.substr(0, 20), R"(T^j=~64"K^a^k^AN^a^A)");
+
+  const auto loaded = Make<vnTasks>();
+  loaded->InternalLoad(Kept(saved));
+  EXPECT_EQ(loaded->Count(), tasks->Count());
+  EXPECT_EQ(SavedText(*loaded), saved);
+}
+
+TEST(Tasks, NewTasksAreNumberedAndRemovalClosesTheGap) {
+  const auto document = Make<vnDocument>();
+  const Ref<vnStep> step = document->NewStep();
+  const Ref<vnTask> first = step->NewTask();
+  const Ref<vnTask> second = step->NewTask();
+  const Ref<vnTask> third = step->NewTask();
+  EXPECT_EQ(first->TaskOrder(), 1);
+  EXPECT_EQ(second->TaskOrder(), 2);
+  EXPECT_EQ(third->TaskOrder(), 3);
+  step->RemoveTask(u"unknown");
+  step->RemoveTask(first->Key());
+  EXPECT_EQ(second->TaskOrder(), 1);
+  EXPECT_EQ(third->TaskOrder(), 2);
+  EXPECT_EQ(step->NewTask()->TaskOrder(), 3);
+  // Set by hand it may be anything; the others stay.
+  third->SetTaskOrder(1);
+  EXPECT_EQ(second->TaskOrder(), 1);
+}
+
+TEST(Tasks, LoadedTasksAreNotCountedByNewTask) {
+  const auto document = Make<vnDocument>();
+  const Ref<vnStep> step = document->NewStep();
+  step->NewTask();
+  step->NewTask();
+  const Text saved = step->Save();
+  step->Load(saved);
+  EXPECT_EQ(step->Tasks()->Count(), 2);
+  const auto loaded = Make<vnStep>();
+  loaded->Load(saved);
+  EXPECT_EQ(loaded->Tasks()->Count(), 2);
+  EXPECT_EQ(loaded->NewTask()->TaskOrder(), 1);
+}
+
+TEST(TaskOrderIndex, ClosesTheGapForOrdersAboveIt) {
+  TaskOrderIndex index;
+  index.Add(u"a", 1);
+  index.Add(u"A", 2);
+  index.Add(u"b", 4);
+  index.Add(u"b", 3);
+  ASSERT_EQ(index.size(), 3U);
+  index.Remove(u"a");
+  index.Remove(u"unknown");
+  auto moved = index.CloseGap(1);
+  std::sort(moved.begin(), moved.end());
+  EXPECT_EQ(moved, (std::vector<std::pair<Text, int32_t>>{{u"A", 1}, {u"b", 2}}));
+  EXPECT_TRUE(index.CloseGap(2).empty());
+}
+
+}  // namespace
+}  // namespace vndoc6
