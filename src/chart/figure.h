@@ -7,12 +7,15 @@
 #include "automation/object.h"
 #include "automation/picture.h"
 #include "chart/shapes.h"
-#include "common/bag_reader.h"
 #include "common/bag_writer.h"
 #include "common/kept_text.h"
 #include "core/member.h"
 
 namespace vndoc6 {
+
+namespace common {
+class BagReader;
+}
 
 class vnContainer;
 class vnStep;

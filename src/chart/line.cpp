@@ -1,12 +1,17 @@
 #include "chart/line.h"
 
+#include <charconv>
 #include <string>
+#include <string_view>
+#include <system_error>
 
 #include "automation/describe.h"
 #include "automation/error.h"
 #include "automation/services.h"
 #include "chart/field_table.h"
 #include "chart/font_text.h"
+#include "common/bag_reader.h"
+#include "common/bag_scanner.h"
 #include "common/utility.h"
 #include "core/detail_id.h"
 #include "core/document.h"
@@ -61,6 +66,18 @@ constexpr auto kFields = std::tuple_cat(kToFont, kFromFont);
 constexpr int32_t kMaxCountPut = 75;
 // More than any drawing has, and little enough that no index and no file exhausts the memory.
 constexpr int32_t kMaxCount = 1'000'000;
+
+// A point's entries in the saved text, followed by its number. In every file: never change one.
+constexpr std::string_view kPointX = "EPX_";
+constexpr std::string_view kPointY = "EPY_";
+
+// The number as a save writes it; 0 for anything else.
+int32_t PointNumber(std::string_view digits) {
+  int32_t number = 0;
+  const char* const end = digits.data() + digits.size();
+  const std::from_chars_result result = std::from_chars(digits.data(), end, number);
+  return result.ec == std::errc() && result.ptr == end && digits[0] != '0' ? number : 0;
+}
 
 }  // namespace
 
@@ -143,8 +160,8 @@ void vnLine::WritePoints(common::BagWriter& writer) const {
   writer.Add("EPC", ExtraPointCount());
   for (size_t i = 1; i < points_.size(); ++i) {
     const std::string number = std::to_string(i);
-    writer.Add("EPX_" + number, points_[i].x);
-    writer.Add("EPY_" + number, points_[i].y);
+    writer.Add(std::string(kPointX) + number, points_[i].x);
+    writer.Add(std::string(kPointY) + number, points_[i].y);
   }
 }
 
@@ -155,18 +172,24 @@ void vnLine::InternalLoad(const common::KeptText& text) {
   automation::WriteFont(*font, ReadFontText(reader));
   font_ = font.get();
   ReadFields(reader, kFromFont, values_);
-  ReadPoints(reader);
+  ReadPoints(text, reader);
 }
 
-void vnLine::ReadPoints(common::BagReader& reader) {
+// Goes by the entries that there are: a count that no text backs takes no time.
+void vnLine::ReadPoints(const common::KeptText& text, common::BagReader& reader) {
   const int32_t count = common::Limit(reader.GetLong("EPC"), 0, kMaxCount);
-  std::vector<Point> points(static_cast<size_t>(count) + 1);
-  for (size_t i = 1; i < points.size(); ++i) {
-    const std::string number = std::to_string(i);
-    points[i].x = reader.GetLong("EPX_" + number);
-    points[i].y = reader.GetLong("EPY_" + number);
+  points_.assign(static_cast<size_t>(count) + 1, {});
+  if (count == 0) return;
+  common::BagScanner scanner(text);
+  common::BagEntry entry;
+  while (scanner.Next(entry)) {
+    const bool is_x = entry.key.starts_with(kPointX);
+    if (!is_x && !entry.key.starts_with(kPointY)) continue;
+    const int32_t number = PointNumber(entry.key.substr(kPointX.size()));
+    if (number < 1 || number > count) continue;
+    Point& point = points_[static_cast<size_t>(number)];
+    (is_x ? point.x : point.y) = reader.GetLong(entry.key);
   }
-  points_ = std::move(points);
 }
 
 void vnLine::InternalCopyFrom(const vnLine& other) {

@@ -6,12 +6,15 @@
 
 #include "automation/font.h"
 #include "automation/object.h"
-#include "common/bag_reader.h"
 #include "common/bag_writer.h"
 #include "common/kept_text.h"
 #include "core/member.h"
 
 namespace vndoc6 {
+
+namespace common {
+class BagReader;
+}
 
 class vnLink;
 
@@ -194,7 +197,7 @@ class vnLine : public Member {
   const Point& PointAt(int32_t index) const;
   void PutPoint(int32_t index, int32_t Point::*member, int32_t value, int32_t detail_id);
   void WritePoints(common::BagWriter& writer) const;
-  void ReadPoints(common::BagReader& reader);
+  void ReadPoints(const common::KeptText& text, common::BagReader& reader);
 
   automation::Weak<vnLink> link_;
   Values values_;

@@ -154,7 +154,17 @@ TEST_F(LineTest, UpdateExtraPointsKeepsTheirChangesQuiet) {
 
 TEST_F(LineTest, ACountThatNoTextBacksIsHonouredUpToAMillion) {
   EXPECT_EQ(Loaded(u"EPC=2000000000:EPX_3=7:")->ExtraPointCount(), 1'000'000);
-  EXPECT_EQ(Loaded(u"EPC=-3:")->ExtraPointCount(), 0);
+  EXPECT_EQ(Loaded(u"EPC=-3:EPX_1=1:")->ExtraPointCount(), 0);
+}
+
+TEST_F(LineTest, OnlyNumbersAsASaveWritesThemNamePoints) {
+  const Ref<vnLine> line = Loaded(
+      u"EPC=2:EPX_01=1:EPX_+1=2:EPX_ 1=3:EPX_1x=4:EPX_=5:EPX_0=6:EPX_3=7:EPX_99999999999=8:"
+      u"EPX_-1=9:EPY_2=~64\"10\":EPY_2=11:EPY_1=~64\"x\":");
+  EXPECT_EQ(line->ExtraPointCount(), 2);
+  EXPECT_THAT(automation::ToUtf8(SavedText(*line)),
+              EndsWith(":EPC=2:EPX_1=0:EPY_1=0:EPX_2=0:EPY_2=10:"));
+  EXPECT_EQ(line->ExtraPointX(0), 0);
 }
 
 TEST_F(LineTest, TakesTheFontItIsGivenAndDoesNotListen) {
