@@ -5,40 +5,31 @@
 Option Explicit
 
 Dim folder, document, copy
-If WScript.Arguments.Count <> 1 Then
-  WScript.Echo "usage: cscript //nologo demo.vbs FOLDER"
-  WScript.Quit 2
-End If
+If WScript.Arguments.Count <> 1 Then Fail "usage: cscript //nologo demo.vbs FOLDER"
 folder = WScript.Arguments(0)
 
 Set document = CreateObject("VNDoc6.vnDocument")
-If Not document.Load(folder & "\purchase approval.vn6", "") Then
-  WScript.Echo "The document can't be loaded."
-  WScript.Quit 1
-End If
+If Not document.Load(folder & "\purchase approval.vn6", "") Then Fail "The document can't be loaded."
 WScript.Echo "A script reads what the C++ host wrote:"
 Report document
 
 WScript.Echo "It adds a step with a task and a figure, links it, and saves a copy."
 AddAuditStep document
-If Not document.SaveAs(folder & "\audited.vn6") Then
-  WScript.Echo "The copy can't be saved."
-  WScript.Quit 1
-End If
+If Not document.SaveAs(folder & "\audited.vn6") Then Fail "The copy can't be saved."
 
 Set copy = CreateObject("VNDoc6.vnDocument")
-If Not copy.Load(folder & "\audited.vn6", "") Then
-  WScript.Echo "The copy can't be loaded."
-  WScript.Quit 1
-End If
+If Not copy.Load(folder & "\audited.vn6", "") Then Fail "The copy can't be loaded."
 WScript.Echo "Its own file, loaded again:"
 Report copy
 If copy.GUID = document.GUID And copy.Steps.Count = document.Steps.Count Then
   WScript.Echo "Both documents agree."
 Else
-  WScript.Echo "The documents differ."
-  WScript.Quit 1
+  Fail "The documents differ."
 End If
+
+Sub Fail(why)
+  Err.Raise vbObjectError + 1, "demo.vbs", why
+End Sub
 
 Sub Report(anyDocument)
   Dim step

@@ -181,7 +181,7 @@ std::vector<uint8_t> RedBitmap() {
                                 2,   0,   0,  0, 2, 0, 0, 0, 1, 0, 24, 0, 0, 0, 0,  0, 16, 0};
   bytes.resize(54, 0);
   for (int row = 0; row < 2; ++row) {
-    for (const uint8_t byte : {0, 0, 255, 0, 0, 255, 0, 0}) bytes.push_back(byte);
+    bytes.insert(bytes.end(), {0, 0, 255, 0, 0, 255, 0, 0});
   }
   return bytes;
 }

@@ -131,7 +131,7 @@ class KeyedStore {
   }
 
   void IndexLast() {
-    if (entries_.size() <= kUnindexed) return;
+    if (slots_.empty() && entries_.size() <= kUnindexed) return;
     if (slots_.empty() || entries_.size() * 4 > slots_.size() * 3) {
       Reindex(std::max<size_t>(slots_.size() * 2, 32));
       return;

@@ -11,6 +11,7 @@
 #include "collections/file.h"
 #include "collections/item.h"
 #include "collections/jump.h"
+#include "common/bag_part.h"
 #include "common/properties.h"
 #include "common/utility.h"
 #include "details/details.h"
@@ -71,7 +72,7 @@ Ref<Object> DefinitionFrom(Lazy<Object>& kept, Ref<Object> (*make)(const Text&))
 vnDocument::vnDocument() {
   details_ = MakePart<vnDetails>(this);
   steps_ = MakePart<vnSteps>(this);
-  properties_ = Owned<Properties>(automation::Make<Properties>().get());
+  SetProperties(automation::Make<Properties>().get());
   titles_ = MakePart<vnTitles>(this);
 }
 
@@ -101,7 +102,9 @@ Ref<vnRevisions> vnDocument::RevisionHistory() { return LazyPart(revision_histor
 Ref<vnTitles> vnDocument::Titles() const { return titles_.get(); }
 Ref<Properties> vnDocument::GetProperties() const { return properties_.get(); }
 void vnDocument::SetProperties(Properties* poProperties) {
+  if (properties_) properties_->InternalSetOwner(nullptr);
   properties_ = Owned<Properties>(poProperties);
+  if (properties_) properties_->InternalSetOwner(this);
 }
 
 Variant vnDocument::Containers() { return Variant(LazyPart(containers_, this)); }
@@ -114,11 +117,10 @@ vnLinks& vnDocument::InternalLinks() { return *Links(); }
 vnFiles& vnDocument::InternalFiles() { return *Files(); }
 vnJumps& vnDocument::InternalJumps() { return *Jumps(); }
 
-Ref<Properties> vnDocument::Attachments() {
-  return attachments_.Get([] { return automation::Make<Properties>(); },
-                          [](Properties& bag, const KeptText& text) { bag.InternalLoad(text); });
+Ref<Properties> vnDocument::Attachments() { return common::BagPart(attachments_, this); }
+void vnDocument::SetAttachments(Properties* poAttachments) {
+  common::SetBagPart(attachments_, poAttachments, this);
 }
-void vnDocument::SetAttachments(Properties* poAttachments) { attachments_.Set(poAttachments); }
 
 // --- Identity ---
 
@@ -246,14 +248,6 @@ Ref<vnContainer> vnDocument::CopyContainer(vnContainer* poContainer) {
 }
 
 // --- Events ---
-
-// What raises an event keeps itself alive while the host's handlers run.
-template <class Event, class... Args>
-void vnDocument::Raise(Event event, Args&&... args) {
-  if (listeners_.empty()) return;
-  const Ref<vnDocument> self(this);
-  listeners_.ForEach([&](DocumentListener& listener) { (listener.*event)(args...); });
-}
 
 template <class Event, class Subject, class... Args>
 void vnDocument::Relay(Event event, Subject& subject, Args... args) {

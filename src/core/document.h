@@ -213,8 +213,13 @@ class vnDocument : public automation::Object, public automation::EventSource {
 
   template <class Event, class Subject, class... Args>
   void Relay(Event event, Subject& subject, Args... args);
+  // What raises an event keeps itself alive while the host's handlers run.
   template <class Event, class... Args>
-  void Raise(Event event, Args&&... args);
+  void Raise(Event event, Args&&... args) {
+    if (listeners_.empty()) return;
+    const automation::Ref<vnDocument> self(this);
+    listeners_.ForEach([&](DocumentListener& listener) { (listener.*event)(args...); });
+  }
 
   automation::Ref<automation::Object> FieldDefs(Definitions& definitions);
   automation::Ref<automation::Object> Form(Definitions& definitions);

@@ -9,6 +9,7 @@
 #include "chart/figure.h"
 #include "collections/file.h"
 #include "collections/jump.h"
+#include "common/bag_part.h"
 #include "common/bag_reader.h"
 #include "common/lazy.h"
 #include "common/levelled_text.h"
@@ -78,8 +79,6 @@ constexpr std::array<EntryForm, 24> kEntries = {{
     {"C", '"'},   {"P", '"'},  {"T", '"'},   {"Attach", '"'}, {"CE", '"'}, {"CS", '0'},
 }};
 
-Ref<Properties> MakeBag() { return automation::Make<Properties>(); }
-void LoadBag(Properties& bag, const KeptText& text) { bag.InternalLoad(text); }
 void WriteBag(Properties& bag, BagWriter& writer) { bag.InternalWrite(writer); }
 
 template <class T>
@@ -284,11 +283,15 @@ Ref<vnLinks> vnStep::Links() {
   return parts.links.get();
 }
 
-Ref<Properties> vnStep::GetProperties() { return content().properties.Get(MakeBag, LoadBag); }
-void vnStep::SetProperties(Properties* poProperties) { content().properties.Set(poProperties); }
-Ref<Properties> vnStep::Attachments() { return content().attachments.Get(MakeBag, LoadBag); }
-void vnStep::SetAttachments(Properties* poAttachments) { content().attachments.Set(poAttachments); }
-Ref<Properties> vnStep::Dependancies() { return content().dependancies.Get(MakeBag, LoadBag); }
+Ref<Properties> vnStep::GetProperties() { return common::BagPart(content().properties, this); }
+void vnStep::SetProperties(Properties* poProperties) {
+  common::SetBagPart(content().properties, poProperties, this);
+}
+Ref<Properties> vnStep::Attachments() { return common::BagPart(content().attachments, this); }
+void vnStep::SetAttachments(Properties* poAttachments) {
+  common::SetBagPart(content().attachments, poAttachments, this);
+}
+Ref<Properties> vnStep::Dependancies() { return common::BagPart(content().dependancies, this); }
 
 Ref<Object> vnStep::Fields() {
   Lazy<Object>& values = content().fields;
@@ -413,9 +416,9 @@ void vnStep::InternalCopyFrom(vnStep& source) {
   CopyMembers<vnCondition>(source.Conditions(), Conditions());
   InternalCopyTitlesFrom(source);
   copy.fields.Reset(KeptText(fields::TextOf(*source.Fields())));
-  copy.properties.Set(source.GetProperties()->Clone().get());
-  copy.attachments.Set(source.Attachments()->Clone().get());
-  copy.dependancies.Set(source.Dependancies()->Clone().get());
+  common::SetBagPart(copy.properties, source.GetProperties()->Clone().get(), this);
+  common::SetBagPart(copy.attachments, source.Attachments()->Clone().get(), this);
+  common::SetBagPart(copy.dependancies, source.Dependancies()->Clone().get(), this);
 }
 
 // References to titles have no identity of their own: their text is all there is to copy.
@@ -553,7 +556,7 @@ void vnStep::WriteContent(BagWriter& writer, Content& content) {
 // Takes out the dependencies on steps that are gone; when none is left, the bag too.
 void vnStep::PruneDependencies(Content& content) {
   if (content.dependancies.built() == nullptr && content.dependancies.text().empty()) return;
-  const Ref<Properties> bag = content.dependancies.Get(MakeBag, LoadBag);
+  const Ref<Properties> bag = common::BagPart(content.dependancies, this);
   const vnDocument* const document = InternalDocument();
   for (int32_t i = bag->Count(); i >= 1 && document != nullptr; --i) {
     const Text key = bag->Key(i);
