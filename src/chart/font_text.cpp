@@ -1,5 +1,9 @@
 #include "chart/font_text.h"
 
+#include <optional>
+#include <utility>
+#include <vector>
+
 #include "automation/services.h"
 #include "chart/field_table.h"
 
@@ -33,7 +37,7 @@ FontValues ReadFontText(common::BagReader& reader) {
 
 automation::Ref<automation::Font> CopyFont(const automation::Font* font) {
   if (font == nullptr) return nullptr;
-  const automation::Ref<automation::Font> copy = automation::services().make_font();
+  automation::Ref<automation::Font> copy = automation::services().make_font();
   automation::WriteFont(*copy, automation::ReadFont(*font));
   return copy;
 }
