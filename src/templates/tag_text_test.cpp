@@ -1,0 +1,80 @@
+#include "templates/tag_text.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace vndoc6 {
+namespace {
+
+Text Repeat(TextView part, size_t count) {
+  Text text;
+  for (size_t i = 0; i < count; ++i) text += part;
+  return text;
+}
+
+TEST(TagText, FieldsBecomeTags) {
+  struct Case {
+    const char16_t* value;
+    const char16_t* expected;
+  };
+  constexpr Case kCases[] = {
+      {u"{\\rtf1 a{\\field{\\*\\fldinst NAME}{\\fldrslt x}}b}", u"{\\rtf1 a{<NAME>}b}"},
+      {u"{\\rtf1{\\field\\fldedit{\\*\\fldinst  MERGEFIELD  Title \\\\* MERGEFORMAT }"
+       u"{\\fldrslt {\\b old}}}}",
+       u"{\\rtf1{<Title>}}"},
+      {u"{\\rtf1{\\field{\\*\\fldinst {\\rtlch\\f1 mergefield }{\\b\\f2 \"Two words\"}}}}",
+       u"{\\rtf1{<Two words>}}"},
+      // Words go on over groups and line ends, which mean nothing.
+      {u"{\\rtf1{\\field{\\fldinst Ti{\\b t\r\nle}}}}", u"{\\rtf1{<Title>}}"},
+      // Escaped characters stay escaped.
+      {u"{\\rtf1{\\field{\\*\\fldinst A\\{\\'e4\\}\\u228 ?}}}", u"{\\rtf1{<A\\{\\'e4\\}\\u228?>}}"},
+      {u"{\\rtf1 \\{\\field\\} {\\field{\\*\\fldinst N}}}", u"{\\rtf1 \\{\\field\\} {<N>}}"},
+      // Fields in the result go with it; those of an instruction have instructions of their own.
+      {u"{\\rtf1{\\field{\\*\\fldinst Outer {\\field{\\*\\fldinst Inner}}}"
+       u"{\\fldrslt {\\field{\\*\\fldinst Gone}}}}}",
+       u"{\\rtf1{<Outer>}}"},
+      // Other destinations within an instruction are no part of it.
+      {u"{\\rtf1{\\field{\\*\\fldinst{\\*\\datafield 0000}N}}}", u"{\\rtf1{<N>}}"},
+      // Binary runs hold anything.
+      {u"{\\rtf1{\\pict\\bin4 }}{\\}{\\field{\\*\\fldinst N}{\\fldrslt{\\bin2 {{}}}}",
+       u"{\\rtf1{\\pict\\bin4 }}{\\}{<N>}}"},
+      // Fields without a name stay; what they hold is still looked at.
+      {u"{\\rtf1{\\field{\\*\\fldinst \\\\* UPPER}{\\fldrslt {\\field{\\*\\fldinst N}}}}}",
+       u"{\\rtf1{\\field{\\*\\fldinst \\\\* UPPER}{\\fldrslt {<N>}}}}"},
+      {u"{\\rtf1{\\field{\\fldrslt x}}}", u"{\\rtf1{\\field{\\fldrslt x}}}"},
+      // Cut short: what is closed is replaced.
+      {u"{\\rtf1{\\field{\\*\\fldinst N}}{\\field{\\*\\fldinst M",
+       u"{\\rtf1{<N>}{\\field{\\*\\fldinst M"},
+      {u"{\\rtf1{\\field{\\*\\fldinst N}\\bin99999999999999999999 }}",
+       u"{\\rtf1{\\field{\\*\\fldinst N}\\bin99999999999999999999 }}"},
+      {u"{\\rtf1{\\field{\\*\\fldinst N}}}}}{\\field{\\*\\fldinst M}}\\",
+       u"{\\rtf1{<N>}}}}{<M>}\\"},
+  };
+  for (const Case& each : kCases) EXPECT_EQ(TagProcessorText(each.value), each.expected);
+}
+
+TEST(TagText, RichTextWithoutFieldsNamesItsGenerator) {
+  EXPECT_EQ(TagProcessorText(u"{\\rtf1\\ansi text}"),
+            u"{\\rtf1{\\*\\generator VNDoc6;}\\ansi text}");
+  EXPECT_EQ(TagProcessorText(u"{\\rtf1 text \\field}"),
+            u"{\\rtf1 {\\*\\generator VNDoc6;}text \\field}");
+  EXPECT_EQ(TagProcessorText(u"{\\rtf"), u"{\\rtf{\\*\\generator VNDoc6;}");
+}
+
+TEST(TagText, OtherTextIsGivenBack) {
+  for (const char16_t* value : {u"", u"plain", u"{", u"{\\rtfx1 {\\field{\\*\\fldinst N}}}",
+                                u" {\\rtf1}", u"\\rtf1", u"{\\field{\\*\\fldinst N}}"}) {
+    EXPECT_EQ(TagProcessorText(value), value);
+  }
+}
+
+TEST(TagText, DeepNestingTakesNoMoreThanItsLength) {
+  constexpr size_t kDeep = 50000;
+  const Text open = Repeat(u"{\\field{\\*\\fldinst N", kDeep);
+  EXPECT_EQ(TagProcessorText(u"{\\rtf1" + open), u"{\\rtf1" + open);
+  EXPECT_EQ(TagProcessorText(u"{\\rtf1" + open + Repeat(u"}}", kDeep) + u"}"), u"{\\rtf1{<N>}}");
+}
+
+}  // namespace
+}  // namespace vndoc6
