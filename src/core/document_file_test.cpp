@@ -358,8 +358,8 @@ TEST_F(DocumentFile, DamagedFilesEndClearly) {
     }
     EXPECT_TRUE(document->SaveAs(Name("c.vn6")));
   };
-  for (size_t size = 0; size < whole.size(); size += 7) load(whole.substr(0, size));
-  for (size_t at = 0; at < whole.size(); at += 11) {
+  for (size_t size = 0; size < whole.size(); size += 41) load(whole.substr(0, size));
+  for (size_t at = 0; at < whole.size(); at += 53) {
     std::string damaged = whole;
     damaged[at] = static_cast<char>(damaged[at] ^ (1 << at % 8));
     load(damaged);
