@@ -1,7 +1,13 @@
 #include "process/link.h"
 
+#include <array>
+#include <string_view>
+#include <utility>
+
 #include "automation/describe.h"
 #include "chart/line.h"
+#include "common/lazy.h"
+#include "common/levelled_text.h"
 #include "core/document.h"
 #include "process/condition.h"
 
@@ -14,17 +20,83 @@ using common::KeptText;
 
 // --- vnLink ---
 
+struct vnLink::Content {
+  vndoc6::Text text, tooltip, origin_step_key, destination_step_key, condition_expression;
+  common::Lazy<vnLine> line;
+  common::Lazy<vnConditions> conditions;
+};
+
+namespace {
+
+// The entries of a link's text in the order in which they are written, all of them texts. In every
+// file: never change one.
+constexpr std::array<std::string_view, 8> kEntries = {"K", "TT", "T", "OSK", "DSK", "L", "C", "CE"};
+
+// The key in a link's text, without reading on when it comes first, as it does in what is written
+// here.
+vndoc6::Text KeyIn(const KeptText& text) {
+  common::BagScanner scanner(text);
+  common::BagEntry entry;
+  if (scanner.Next(entry) && entry.key == "K" && entry.tag == '"') {
+    return scanner.TextOf(entry).ToText();
+  }
+  return common::BagReader(text).GetText("K");
+}
+
+}  // namespace
+
 vnLink::vnLink() = default;
 vnLink::~vnLink() = default;
 
+vnLink::Content& vnLink::content() {
+  if (!content_) {
+    auto content = std::make_unique<Content>();
+    ReadContent(unread_, *content);
+    content_ = std::move(content);
+    unread_ = {};
+  }
+  return *content_;
+}
+
+void vnLink::ReadContent(const KeptText& text, Content& content) {
+  common::BagReader reader(text);
+  content.tooltip = reader.GetText("TT");
+  content.text = reader.GetText("T");
+  content.origin_step_key = reader.GetText("OSK");
+  content.destination_step_key = reader.GetText("DSK");
+  content.line.Reset(reader.GetKept("L"));
+  content.conditions.Reset(reader.GetKept("C"));
+  content.condition_expression = reader.GetText("CE");
+}
+
 void vnLink::InternalSetDocument(vnDocument* document) {
   Member::InternalSetDocument(document);
-  if (vnLine* line = line_.built()) line->InternalSetDocument(document);
-  if (vnConditions* conditions = conditions_.built()) conditions->InternalSetDocument(document);
+  if (!content_) return;
+  if (vnLine* line = content_->line.built()) line->InternalSetDocument(document);
+  if (vnConditions* conditions = content_->conditions.built()) {
+    conditions->InternalSetDocument(document);
+  }
+}
+
+const vndoc6::Text& vnLink::Text() { return content().text; }
+void vnLink::SetText(const vndoc6::Text& psText) { content().text = psText; }
+const vndoc6::Text& vnLink::Tooltip() { return content().tooltip; }
+void vnLink::SetTooltip(const vndoc6::Text& psTooltip) { content().tooltip = psTooltip; }
+const vndoc6::Text& vnLink::OriginStepKey() { return content().origin_step_key; }
+void vnLink::SetOriginStepKey(const vndoc6::Text& psOriginStepKey) {
+  content().origin_step_key = psOriginStepKey;
+}
+const vndoc6::Text& vnLink::DestinationStepKey() { return content().destination_step_key; }
+void vnLink::SetDestinationStepKey(const vndoc6::Text& psDestinationStepKey) {
+  content().destination_step_key = psDestinationStepKey;
+}
+const vndoc6::Text& vnLink::ConditionExpression() { return content().condition_expression; }
+void vnLink::SetConditionExpression(const vndoc6::Text& psConditionExpression) {
+  content().condition_expression = psConditionExpression;
 }
 
 Ref<vnLine> vnLink::Line() {
-  return line_.Get(
+  return content().line.Get(
       [this] {
         Ref<vnLine> line = automation::Make<vnLine>();
         line->InternalSetDocument(InternalDocument());
@@ -34,10 +106,12 @@ Ref<vnLine> vnLink::Line() {
       [](vnLine& line, const KeptText& text) { line.InternalLoad(text); });
 }
 
-void vnLink::SetLine(vnLine* poLine) { line_.Set(poLine); }
+void vnLink::SetLine(vnLine* poLine) { content().line.Set(poLine); }
 
 Ref<vnConditions> vnLink::Conditions() {
-  return conditions_.Get(
+  // Building them reports them; a host's handler may let go of this link.
+  const Ref<vnLink> self(this);
+  return content().conditions.Get(
       [this] {
         Ref<vnConditions> conditions = automation::Make<vnConditions>();
         conditions->InternalSetDocument(InternalDocument());
@@ -47,7 +121,7 @@ Ref<vnConditions> vnLink::Conditions() {
       [](vnConditions& conditions, const KeptText& text) { conditions.InternalLoad(text); });
 }
 
-void vnLink::SetConditions(vnConditions* poConditions) { conditions_.Set(poConditions); }
+void vnLink::SetConditions(vnConditions* poConditions) { content().conditions.Set(poConditions); }
 
 Ref<vnCondition> vnLink::NewCondition(const vndoc6::Text& psDisplayName,
                                       const vndoc6::Text& psCondition) {
@@ -65,7 +139,7 @@ bool vnLink::RemoveCondition(const vndoc6::Text& psKey) {
   return Conditions()->InternalRemove(Variant(psKey));
 }
 
-vndoc6::Text vnLink::Save() const {
+vndoc6::Text vnLink::Save() {
   return common::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
 }
 
@@ -73,29 +147,41 @@ void vnLink::Load(const vndoc6::Text& psLoad, const vndoc6::Text& psKey) {
   InternalLoad(KeptText(psLoad), psKey);
 }
 
-// The keys are in every file: never change one.
-void vnLink::InternalWrite(BagWriter& writer) const {
+void vnLink::InternalWrite(BagWriter& writer) {
+  if (!content_ && CopyUnread(writer)) return;
+  const Content& read = content();
   const auto write = [](auto& part, BagWriter& nested) { part.InternalWrite(nested); };
   writer.Add("K", key_);
-  writer.Add("TT", tooltip_);
-  writer.Add("T", text_);
-  writer.Add("OSK", origin_step_key_);
-  writer.Add("DSK", destination_step_key_);
-  line_.Save(writer, "L", write);
-  conditions_.Save(writer, "C", write);
-  writer.Add("CE", condition_expression_);
+  writer.Add("TT", read.tooltip);
+  writer.Add("T", read.text);
+  writer.Add("OSK", read.origin_step_key);
+  writer.Add("DSK", read.destination_step_key);
+  read.line.Save(writer, "L", write);
+  read.conditions.Save(writer, "C", write);
+  writer.Add("CE", read.condition_expression);
+}
+
+// Copies the text of a link that nobody read, if that is what writing it would give: every entry
+// in its place, the key as it was.
+bool vnLink::CopyUnread(BagWriter& writer) const {
+  common::BagScanner scanner(unread_);
+  common::BagEntry entry;
+  for (const std::string_view key : kEntries) {
+    if (!scanner.Next(entry) || entry.key != key || entry.tag != '"') return false;
+    if (key == "K" && scanner.TextOf(entry).ToText() != key_) return false;
+  }
+  if (scanner.Next(entry) || scanner.faulty()) return false;
+  common::AppendRelevelled(unread_.raw(), unread_.depth(), writer.depth(), writer.out());
+  return true;
 }
 
 void vnLink::InternalLoad(const KeptText& text, const vndoc6::Text& key) {
-  common::BagReader reader(text);
-  key_ = key.empty() ? reader.GetText("K") : key;
-  tooltip_ = reader.GetText("TT");
-  text_ = reader.GetText("T");
-  origin_step_key_ = reader.GetText("OSK");
-  destination_step_key_ = reader.GetText("DSK");
-  line_.Reset(reader.GetKept("L"));
-  conditions_.Reset(reader.GetKept("C"));
-  condition_expression_ = reader.GetText("CE");
+  key_ = key.empty() ? KeyIn(text) : key;
+  if (content_) {
+    ReadContent(text, *content_);
+  } else {
+    unread_ = text;
+  }
 }
 
 const automation::ClassInfo& vnLink::classInfo() {

@@ -1,8 +1,9 @@
 // vnLink: joins two steps. vnLinks: the links of a document, or a working list of a step.
 #pragma once
 
+#include <memory>
+
 #include "collections/collection.h"
-#include "common/lazy.h"
 
 namespace vndoc6 {
 
@@ -22,17 +23,15 @@ class vnLink : public Member {
   void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
   // Empty until the link is added to a collection or loaded.
   const vndoc6::Text& Key() const { return key_; }
-  const vndoc6::Text& Text() const { return text_; }
-  void SetText(const vndoc6::Text& psText) { text_ = psText; }
-  const vndoc6::Text& Tooltip() const { return tooltip_; }
-  void SetTooltip(const vndoc6::Text& psTooltip) { tooltip_ = psTooltip; }
+  const vndoc6::Text& Text();
+  void SetText(const vndoc6::Text& psText);
+  const vndoc6::Text& Tooltip();
+  void SetTooltip(const vndoc6::Text& psTooltip);
   // The keys of the steps that the link joins. Nobody checks that there are such steps.
-  const vndoc6::Text& OriginStepKey() const { return origin_step_key_; }
-  void SetOriginStepKey(const vndoc6::Text& psOriginStepKey) { origin_step_key_ = psOriginStepKey; }
-  const vndoc6::Text& DestinationStepKey() const { return destination_step_key_; }
-  void SetDestinationStepKey(const vndoc6::Text& psDestinationStepKey) {
-    destination_step_key_ = psDestinationStepKey;
-  }
+  const vndoc6::Text& OriginStepKey();
+  void SetOriginStepKey(const vndoc6::Text& psOriginStepKey);
+  const vndoc6::Text& DestinationStepKey();
+  void SetDestinationStepKey(const vndoc6::Text& psDestinationStepKey);
   // The connector that draws the link; built on the first read.
   automation::Ref<vnLine> Line();
   void SetLine(vnLine* poLine);
@@ -40,13 +39,11 @@ class vnLink : public Member {
   automation::Ref<vnConditions> Conditions();
   void SetConditions(vnConditions* poConditions);
   // Free text, in the host's language; independent of Conditions.
-  const vndoc6::Text& ConditionExpression() const { return condition_expression_; }
-  void SetConditionExpression(const vndoc6::Text& psConditionExpression) {
-    condition_expression_ = psConditionExpression;
-  }
+  const vndoc6::Text& ConditionExpression();
+  void SetConditionExpression(const vndoc6::Text& psConditionExpression);
 
   // The link's serialised text.
-  vndoc6::Text Save() const;
+  vndoc6::Text Save();
   // Reads a serialised text; its key counts when psKey is empty. Reports nothing. The line and the
   // conditions are built anew on the next read.
   void Load(const vndoc6::Text& psLoad, const vndoc6::Text& psKey = {});
@@ -60,18 +57,20 @@ class vnLink : public Member {
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetDocument(vnDocument* document) override;
   void InternalSetKey(const vndoc6::Text& key) { key_ = key; }
-  void InternalWrite(common::BagWriter& writer) const;
+  void InternalWrite(common::BagWriter& writer);
   void InternalLoad(const common::KeptText& text, const vndoc6::Text& key);
 
  private:
+  struct Content;
+  // Everything but the key, read from the text on first use: most links of a document that is
+  // loaded are saved again unread.
+  Content& content();
+  static void ReadContent(const common::KeptText& text, Content& content);
+  bool CopyUnread(common::BagWriter& writer) const;
+
   vndoc6::Text key_;
-  vndoc6::Text text_;
-  vndoc6::Text tooltip_;
-  vndoc6::Text origin_step_key_;
-  vndoc6::Text destination_step_key_;
-  vndoc6::Text condition_expression_;
-  common::Lazy<vnLine> line_;
-  common::Lazy<vnConditions> conditions_;
+  common::KeptText unread_;
+  std::unique_ptr<Content> content_;
 };
 
 class vnLinks : public Collection<vnLink> {

@@ -51,6 +51,26 @@ TEST(Link, WritesEveryEntryOfANewLink) {
                               R"(DSK=~64"":L=~64"":C=~64"":CE=~64"":)");
 }
 
+TEST(Link, WritesATextOfAnotherFormAnewAlsoWhenNobodyReadIt) {
+  constexpr std::string_view kOthers[] = {
+      R"(K=~64"k":T=~64"t":)",  // entries missing
+      R"(T=~64"t":K=~64"k":TT=~64"":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":)",  // other order
+      R"(K=~64"k":TT=~64"":T=~64"t":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":X=1:)",
+      R"(K=~64"k":TT=~64"":T=~64"t":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":damage)",
+      R"(K=~64"k":TT=e:T=~64"t":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":)",
+  };
+  for (const std::string_view other : kOthers) {
+    const auto link = Make<vnLink>();
+    link->InternalLoad(Kept(other), Text());
+    EXPECT_EQ(SavedText(*link),
+              R"(K=~64"k":TT=~64"":T=~64"t":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":)");
+  }
+  const auto keyed = Make<vnLink>();
+  keyed->InternalLoad(Kept(kSaved), u"given");
+  EXPECT_EQ(SavedText(*keyed).substr(0, 15), R"(K=~64"given":TT)");
+  EXPECT_EQ(keyed->Tooltip(), u"tip");
+}
+
 TEST(Link, LoadTakesTheKeyGivenAndDropsWhatWasBuilt) {
   const auto link = Make<vnLink>();
   const Ref<vnLine> line = link->Line();
