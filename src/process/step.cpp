@@ -312,10 +312,7 @@ Ref<vnCondition> vnStep::NewCondition(const Text& psDisplayName, const Text& psC
 }
 
 bool vnStep::RemoveCondition(const Text& psKey) {
-  const Ref<vnConditions> conditions = Conditions();
-  const int32_t before = conditions->Count();
-  conditions->Remove(automation::Variant(psKey));
-  return conditions->Count() < before;
+  return Conditions()->InternalRemove(automation::Variant(psKey));
 }
 
 int32_t vnStep::InternalNextTaskOrder() {
