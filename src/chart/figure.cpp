@@ -9,7 +9,7 @@
 #include "core/detail_id.h"
 #include "core/document.h"
 #include "process/container.h"
-#include "process/steps.h"
+#include "process/step.h"
 
 namespace vndoc6 {
 namespace {

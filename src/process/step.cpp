@@ -131,6 +131,7 @@ void vnStep::InternalSetDocument(vnDocument* document) {
   hand_on(content_->links.get());
 }
 
+vnSteps* vnStep::InternalStepsOwner() const { return owner_.get(); }
 void vnStep::InternalSetStepsOwner(vnSteps* owner) { owner_ = owner; }
 
 // --- Plain values ---

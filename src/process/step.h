@@ -122,7 +122,7 @@ class vnStep : public Member {
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetDocument(vnDocument* document) override;
   void InternalSetKey(const Text& key);
-  vnSteps* InternalStepsOwner() const { return owner_.get(); }
+  vnSteps* InternalStepsOwner() const;
   void InternalSetStepsOwner(vnSteps* owner);
   void InternalSetFieldsObject(automation::Object* fields);
   // Kept for the classes that ask; nothing sets it.
