@@ -74,21 +74,25 @@ bool vnTitleRefs::UsingHandler() const {
 automation::Ref<vnTitleRef> vnTitleRefs::Add(const Variant& pvRef) {
   if (!HasFormAsText(pvRef)) return nullptr;
   const automation::Ref<vnTitleRefs> self(this);
-  const Text text = pvRef.ToText();
-  const bool using_handler = UsingHandler();
-  vnTitleRef* const present =
-      using_handler ? store_.Find(TextView(text)) : (store_.empty() ? nullptr : &store_[0]);
-  const automation::Ref<vnTitleRef> reference =
-      present != nullptr ? automation::Ref<vnTitleRef>(present) : automation::Make<vnTitleRef>();
-  if (present != nullptr && using_handler) return reference;
-  if (present == nullptr) reference->InternalSetDocument(InternalDocument());
-  if (using_handler) {
-    reference->SetRef(text);
-  } else {
-    reference->SetDisplayName(text);
-  }
-  if (present == nullptr) InternalAddReference(*reference);
+  return UsingHandler() ? AddTitle(pvRef.ToText()) : AddFreeText(pvRef.ToText());
+}
+
+automation::Ref<vnTitleRef> vnTitleRefs::AddTitle(const Text& ref) {
+  if (vnTitleRef* const present = store_.Find(TextView(ref))) return present;
+  automation::Ref<vnTitleRef> reference = automation::Make<vnTitleRef>();
+  reference->InternalSetDocument(InternalDocument());
+  reference->SetRef(ref);
+  InternalAddReference(*reference);
   return reference;
+}
+
+automation::Ref<vnTitleRef> vnTitleRefs::AddFreeText(const Text& text) {
+  if (store_.empty()) {
+    const automation::Ref<vnTitleRef> reference = automation::Make<vnTitleRef>();
+    InternalAddReference(*reference);
+  }
+  store_[0].SetDisplayName(text);
+  return &store_[0];
 }
 
 void vnTitleRefs::InternalAddReference(vnTitleRef& reference) {

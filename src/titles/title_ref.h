@@ -66,6 +66,8 @@ class vnTitleRefs : public Collection<vnTitleRef> {
 
  private:
   bool UsingHandler() const;
+  automation::Ref<vnTitleRef> AddTitle(const Text& ref);
+  automation::Ref<vnTitleRef> AddFreeText(const Text& text);
 };
 
 }  // namespace vndoc6
