@@ -109,14 +109,5 @@ TEST(Containers, AreSavedByKeyAndComeBackWithoutAReport) {
   EXPECT_EQ(SavedText(loaded), saved);
 }
 
-TEST(Containers, KeepTheContainerThatAHostPuts) {
-  const auto containers = Make<vnContainers>();
-  EXPECT_FALSE(containers->Container());
-  containers->SetContainer(Keyed(u"k").get());
-  ASSERT_TRUE(containers->Container());
-  EXPECT_EQ(containers->Container()->Key(), u"k");
-  EXPECT_EQ(containers->Count(), 0);
-}
-
 }  // namespace
 }  // namespace vndoc6

@@ -122,25 +122,6 @@ TEST(Tasks, AreSavedByKeyInOrderOfAdding) {
   EXPECT_EQ(SavedText(*loaded), saved);
 }
 
-TEST(Tasks, NewTasksAreNumberedAndRemovalClosesTheGap) {
-  const auto document = Make<vnDocument>();
-  const Ref<vnStep> step = document->NewStep();
-  const Ref<vnTask> first = step->NewTask();
-  const Ref<vnTask> second = step->NewTask();
-  const Ref<vnTask> third = step->NewTask();
-  EXPECT_EQ(first->TaskOrder(), 1);
-  EXPECT_EQ(second->TaskOrder(), 2);
-  EXPECT_EQ(third->TaskOrder(), 3);
-  step->RemoveTask(u"unknown");
-  step->RemoveTask(first->Key());
-  EXPECT_EQ(second->TaskOrder(), 1);
-  EXPECT_EQ(third->TaskOrder(), 2);
-  EXPECT_EQ(step->NewTask()->TaskOrder(), 3);
-  // Set by hand it may be anything; the others stay.
-  third->SetTaskOrder(1);
-  EXPECT_EQ(second->TaskOrder(), 1);
-}
-
 TEST(Tasks, LoadedTasksAreNotCountedByNewTask) {
   const auto document = Make<vnDocument>();
   const Ref<vnStep> step = document->NewStep();
