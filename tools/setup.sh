@@ -1,7 +1,7 @@
 # Installs what a command needs and the machine has not: packages of Debian 12, by group.
 
 declare -A packages=(
-  [build]="g++ cmake ninja-build ccache"
+  [build]="g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev"
   [test]="libgtest-dev libgmock-dev googletest"
   [lint]="clang clang-format clang-tidy libclang-rt-14-dev"
   [bench]="libbenchmark-dev libpugixml-dev"

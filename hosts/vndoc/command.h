@@ -1,0 +1,71 @@
+// What the commands of vndoc share. A command is one file with a function that adds its subcommand
+// to the command line; commands.cpp lists those functions.
+//
+// To add a command: write AddThing(CLI::App&, Context&) in thing.cpp, declare it below, and give
+// it a row in commands.cpp. Help, completion and the manual page follow from what it adds.
+#pragma once
+
+#include <CLI/App.hpp>
+#include <iosfwd>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "core/document.h"
+
+namespace vndoc {
+
+using vndoc6::Text;
+using vndoc6::TextView;
+using vndoc6::vnDocument;
+using vndoc6::automation::Ref;
+
+// Exit statuses. Scripts rely on them: never change one.
+enum Status : int {
+  kDone = 0,
+  kFindings = 1,  // check found something; diff found a difference
+  kFailed = 2,    // unreadable, not written, or a wrong command line
+};
+
+// What ends the program with one line on standard error and status 2.
+class Failure : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The streams and the options that all commands share.
+struct Context {
+  std::istream& in;
+  std::ostream& out;
+  std::ostream& err;
+  bool on_terminal = false;  // a person sees `err` and can be asked
+  std::optional<std::string> password;
+  std::optional<std::string> write_password;
+  bool progress = false;
+  int status = kDone;  // what the command ends with
+};
+
+// The document of a file, with the passwords of the context or of a prompt. Throws Failure when it
+// can't be loaded. Write access is asked for when `to_write` is set.
+Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write = false);
+// Saves under the document's own name, or under another. Throws Failure when that is not possible;
+// the file is then as it was.
+void Save(Context& context, vnDocument& document);
+void SaveAs(Context& context, vnDocument& document, const std::string& file);
+
+// All bytes of a file, or of standard input for "-". Throws Failure.
+std::string ReadBytes(Context& context, const std::string& file);
+// Puts a whole file in its place in one step, or writes to standard output for "-". Throws Failure.
+void WriteBytes(Context& context, const std::string& file, std::string_view bytes);
+
+// Each adds one subcommand, whose callback works on the context and may throw Failure or an
+// automation error.
+void AddShow(CLI::App& app, Context& context);
+
+// The whole program but for its process: parses, runs the command, gives the exit status.
+int Run(int argc, const char* const* argv, Context& context);
+// The command line with all its commands. What is parsed goes into the context.
+void AddCommands(CLI::App& app, Context& context);
+
+}  // namespace vndoc

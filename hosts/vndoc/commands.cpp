@@ -1,0 +1,12 @@
+#include "command.h"
+
+namespace vndoc {
+
+void AddCommands(CLI::App& app, Context& context) {
+  static constexpr void (*kCommands[])(CLI::App&, Context&) = {
+      &AddShow,
+  };
+  for (const auto add : kCommands) add(app, context);
+}
+
+}  // namespace vndoc

@@ -1,0 +1,73 @@
+// The program: its command line, its errors and its exit status.
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <iostream>
+#include <new>
+
+#include "automation/error.h"
+#include "command.h"
+
+namespace vndoc {
+namespace {
+
+constexpr const char* kAbout =
+    "Looks at, checks, converts and changes process documents (.vn6, .vn6t).";
+constexpr const char* kExitStatus =
+    "Exit status: 0 done, 1 something was found (check) or differs (diff),\n"
+    "2 the document can't be read or written, or the command line is wrong.";
+
+void AddCommonOptions(CLI::App& app, Context& context) {
+  app.add_option("--password", context.password, "The password to read the document with")
+      ->envname("VNDOC_PASSWORD")
+      ->type_name("TEXT");
+  app.add_option("--write-password", context.write_password,
+                 "The password to change the document with")
+      ->envname("VNDOC_WRITE_PASSWORD")
+      ->type_name("TEXT");
+  app.add_flag("--progress", context.progress,
+               "Show a bar while loading and saving, when a terminal is there to see it");
+}
+
+int Report(Context& context, const std::string& what) {
+  context.err << "vndoc: " << what << '\n';
+  return kFailed;
+}
+
+int ParseAndRun(int argc, const char* const* argv, Context& context) {
+  CLI::App app(kAbout, "vndoc");
+  app.footer(kExitStatus);
+  app.require_subcommand(1);
+  app.fallthrough();
+  AddCommonOptions(app, context);
+  AddCommands(app, context);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& wanted) {
+    return app.exit(wanted, context.out, context.err);
+  } catch (const CLI::ParseError& error) {
+    return Report(context, std::string(error.what()) + "; see vndoc --help");
+  }
+  return context.status;
+}
+
+}  // namespace
+
+int Run(int argc, const char* const* argv, Context& context) {
+  int status = kFailed;
+  try {
+    status = ParseAndRun(argc, argv, context);
+  } catch (const Failure& failure) {
+    status = Report(context, failure.what());
+  } catch (const vndoc6::automation::Error& error) {
+    status = Report(context, vndoc6::automation::ToUtf8(error.description()));
+  } catch (const std::bad_alloc&) {
+    status = Report(context, "out of memory");
+  }
+  // A reader that went away or a full disk shows at the latest here.
+  if (!context.out.flush() && status != kFailed) {
+    status = Report(context, "the output can't be written");
+  }
+  return status;
+}
+
+}  // namespace vndoc

@@ -1,0 +1,57 @@
+#include <fcntl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "terminal.h"
+
+namespace vndoc {
+namespace {
+
+// The controlling terminal with its echo off; what it was before comes back at the end.
+class SilentTerminal {
+ public:
+  SilentTerminal() : file_(open("/dev/tty", O_RDWR | O_CLOEXEC)) {
+    if (file_ < 0 || tcgetattr(file_, &before_) != 0) return;
+    termios silent = before_;
+    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    silent.c_lflag |= ECHONL;
+    silent_ = tcsetattr(file_, TCSAFLUSH, &silent) == 0;
+  }
+  ~SilentTerminal() {
+    if (silent_) tcsetattr(file_, TCSAFLUSH, &before_);
+    if (file_ >= 0) close(file_);
+  }
+  SilentTerminal(const SilentTerminal&) = delete;
+  SilentTerminal& operator=(const SilentTerminal&) = delete;
+
+  bool silent() const { return silent_; }
+  bool Write(const std::string& text) const {
+    return write(file_, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+  }
+  std::optional<std::string> ReadLine() const {
+    std::string line;
+    char c = 0;
+    while (read(file_, &c, 1) == 1) {
+      if (c == '\n') return line;
+      line += c;
+    }
+    return std::nullopt;
+  }
+
+ private:
+  int file_;
+  termios before_{};
+  bool silent_ = false;
+};
+
+}  // namespace
+
+bool ErrorsGoToTerminal() { return isatty(STDERR_FILENO) == 1; }
+
+std::optional<std::string> AskPassword(const std::string& question) {
+  const SilentTerminal terminal;
+  if (!terminal.silent() || !terminal.Write(question)) return std::nullopt;
+  return terminal.ReadLine();
+}
+
+}  // namespace vndoc
