@@ -34,7 +34,5 @@ demo_script() {
   require hosts/demo/demo.vbs "hosts/demo has no demo.vbs yet" || return 1
   build win64 vndoc6_dll >build/demo-build.log 2>&1 || { cat build/demo-build.log; return 1; }
   wine_start && wine_register || return 1
-  local arguments=() file
-  for file in build/demo/*; do arguments+=("$(windows_path "$file")"); done
-  wine_script hosts/demo/demo.vbs "${arguments[@]}"
+  wine_script hosts/demo/demo.vbs "$(windows_path build/demo)"
 }
