@@ -34,5 +34,8 @@ demo_script() {
   require hosts/demo/demo.vbs "hosts/demo has no demo.vbs yet" || return 1
   build win64 vndoc6_dll >build/demo-build.log 2>&1 || { cat build/demo-build.log; return 1; }
   wine_start && wine_register || return 1
-  wine_script hosts/demo/demo.vbs "$(windows_path build/demo)"
+  local status=0
+  wine_script hosts/demo/demo.vbs "$(windows_path build/demo)" || status=$?
+  iconv -f UTF-16 -t UTF-8 "build/demo/script account.txt" | tr -d '\r'
+  return $status
 }

@@ -250,7 +250,7 @@ void BuildPurchaseApproval(vnDocument& document, const Text& supplier_file) {
                {steps[u"complete"], steps[u"budget"], steps[u"large"], steps[u"board"]});
   AddContainer(document, u"Réception", 9700, 3800, {steps[u"receive"], steps[u"match"]});
 
-  steps[u"board"]->Figure()->Font()->SetName(u"Verdana");
+  steps[u"board"]->Figure()->Font()->SetBold(true);
   steps[u"board"]->Figure()->Font()->SetSize(Currency{115000});
   const auto picture = vndoc6::automation::services().make_picture(RedBitmap());
   steps[u"reject"]->Figure()->SetPicture(picture.get());
