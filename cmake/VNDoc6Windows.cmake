@@ -23,10 +23,6 @@ endfunction()
 # The resource script that embeds the type library, which lies in the build folder.
 function(vndoc6_resources target)
   set(script ${PROJECT_SOURCE_DIR}/src/registration/VNDoc6.rc)
-  if(NOT EXISTS ${script} OR NOT EXISTS ${PROJECT_SOURCE_DIR}/idl/VNDoc6.idl)
-    message(STATUS "No VNDoc6.rc or VNDoc6.idl yet: the DLL has no type library")
-    return()
-  endif()
   enable_language(RC)
   vndoc6_type_library(tlb)
   target_sources(${target} PRIVATE ${script})
@@ -35,7 +31,8 @@ function(vndoc6_resources target)
     ${script} PROPERTIES
     OBJECT_DEPENDS ${tlb}
     INCLUDE_DIRECTORIES ${PROJECT_BINARY_DIR}
-    COMPILE_DEFINITIONS "VNDOC6_VERSION=${version_numbers}")
+    COMPILE_DEFINITIONS
+    "VNDOC6_VERSION=${version_numbers};VNDOC6_VERSION_TEXT=${PROJECT_VERSION}")
 endfunction()
 
 # The door without its entry points is part of the library: the slots of the dual interfaces, which
@@ -44,6 +41,10 @@ function(vndoc6_com_door)
   vndoc6_glob(sources "*.cpp" windows)
   list(FILTER sources EXCLUDE REGEX "_test\\.cpp$")
   target_sources(vndoc6 PRIVATE ${sources})
+  # What the member tables' header needs of the door.
+  set(folder ${PROJECT_SOURCE_DIR}/src/windows)
+  target_sources(vndoc6 PUBLIC FILE_SET HEADERS FILES ${folder}/dual_head.h ${folder}/guard.h
+                                                      ${folder}/vtable_thunk.h)
   target_compile_definitions(vndoc6 PUBLIC UNICODE _UNICODE NOMINMAX)
   target_link_libraries(vndoc6 PUBLIC ole32 oleaut32 uuid gdi32 user32 advapi32)
 endfunction()

@@ -39,14 +39,12 @@ detail::Anchor* Object::MakeAnchor() {
   return anchor_;
 }
 
-void Object::AddRef() {
-  if (++held_ > 1) return;
+void Object::HoldParent() {
   parent_ = FindParent();
   if (parent_ != nullptr) parent_->AddRef();
 }
 
-void Object::Release() {
-  if (--held_ > 0) return;
+void Object::LeaveParent() {
   // The parent goes last: it may own this object, and this object may be its last holder.
   Object* parent = std::exchange(parent_, nullptr);
   DestroyIfUnused();

@@ -85,8 +85,12 @@ class Object {
   virtual Variant InvokeMember(int32_t id, CallKind kind, const Arguments& arguments);
 
   // The two counts; only Ref, Owned and the COM door call these.
-  void AddRef();
-  void Release();
+  void AddRef() {
+    if (held_++ == 0) HoldParent();
+  }
+  void Release() {
+    if (--held_ == 0) LeaveParent();
+  }
   void Own() { ++owned_; }
   void Disown();
 
@@ -110,6 +114,8 @@ class Object {
   template <class T>
   friend class Weak;
   detail::Anchor* MakeAnchor();
+  void HoldParent();
+  void LeaveParent();
   void DestroyIfUnused();
 
   uint32_t held_ = 0;

@@ -1,5 +1,12 @@
-// The code that a slot of a dual interface points to. There are such interfaces on Windows only.
+// The code that a slot of a dual interface points to. There are such interfaces on Windows only:
+// this is where the model's code differs between platforms, and the only place.
 #pragma once
+
+#ifdef _WIN32
+
+#include "windows/vtable_thunk.h"
+
+#else
 
 namespace vndoc6::automation {
 
@@ -11,3 +18,5 @@ const void* VtableEntry() {
 }
 
 }  // namespace vndoc6::automation
+
+#endif

@@ -169,13 +169,14 @@ HRESULT InvokeMember(Object& object, DISPID id, WORD flags, const DISPPARAMS& pa
   if (result != nullptr) VariantInit(result);
   // The call may release the host's last reference.
   const Ref<Object> running(&object);
-  return Enter(
+  return Guarded(
       [&] {
         const Variant value = Call(object, id, AllowedKinds(flags), params);
         if (result != nullptr) WriteVariant(value, *result);
         return S_OK;
       },
-      [&](Fault fault) {
+      [&] {
+        Fault fault = CaughtFault();
         return fault.binding != S_OK ? Report(fault, params, argument_at_fault)
                                      : Report(std::move(fault), exception);
       });

@@ -1,8 +1,8 @@
-// How every call of a host enters the library: no exception leaves it, and what was raised becomes
-// the host's error at one place.
+// What was raised becomes the host's error, and the other way, at one place.
 #pragma once
 
 #include "windows/com.h"
+#include "windows/guard.h"
 
 namespace vndoc6::windows {
 
@@ -23,18 +23,10 @@ Fault CaughtFault() noexcept;
 // gives its code.
 HRESULT SetErrorObject(Fault fault, REFIID iid) noexcept;
 
-// Runs `body`, which gives an HRESULT. What it raises goes to `report`, which gives one too.
-template <class Body, class Report>
-HRESULT Enter(Body&& body, Report&& report) noexcept {
-  try {
-    return body();
-  } catch (...) {
-    return report(CaughtFault());
-  }
-}
+// Runs `body`, which gives an HRESULT; what it raises gives its code.
 template <class Body>
 HRESULT Enter(Body&& body) noexcept {
-  return Enter(body, [](const Fault& fault) { return fault.scode; });
+  return Guarded(body, [] { return CaughtFault().scode; });
 }
 
 // The other way: raises what a foreign object's failed call says. `exception` is what Invoke filled

@@ -1,0 +1,36 @@
+// vndoc6_idl FILE writes the published contract to the file; vndoc6_idl --check FILE fails when
+// the file says anything else, so that nothing published changes by accident.
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+#include "idl_writer.h"
+
+namespace {
+
+int Check(const char* path) {
+  std::ifstream file(path, std::ios::binary);
+  const std::string committed{std::istreambuf_iterator<char>(file), {}};
+  if (committed == vndoc6::WriteIdl()) return 0;
+  std::cerr << path
+            << " differs from the member tables. If a change of the published interface is\n"
+            << "intended, write it anew with: vndoc6_idl " << path << "\n";
+  return 1;
+}
+
+int Write(const char* path) {
+  std::ofstream file(path, std::ios::binary);
+  file << vndoc6::WriteIdl() << std::flush;
+  if (file) return 0;
+  std::cerr << "cannot write " << path << "\n";
+  return 1;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count == 3 && std::string_view(arguments[1]) == "--check") return Check(arguments[2]);
+  if (count == 2) return Write(arguments[1]);
+  std::cerr << "usage: vndoc6_idl [--check] FILE\n";
+  return 2;
+}
