@@ -44,6 +44,16 @@ void vnTemplate::ReportChange(int32_t detail_id) {
   if (templates_) templates_->InternalReport(*this, vnceDetail, detail_id);
 }
 
+Variant vnTemplate::TagVariant() const {
+  return tag_object_ ? Variant(automation::Ref<automation::Object>(tag_object_.get())) : tag_value_;
+}
+
+void vnTemplate::SetTagVariant(const Variant& pvTagVariant) {
+  const bool is_object = pvTagVariant.IsObject();
+  tag_value_ = is_object ? Variant() : pvTagVariant;
+  tag_object_ = is_object ? pvTagVariant.ToObject().get() : nullptr;
+}
+
 Text vnTemplate::TagProcessorValue() const { return TagProcessorText(value_); }
 
 void vnTemplate::InternalSetTemplates(vnTemplates* templates) {
@@ -58,9 +68,7 @@ void vnTemplate::InternalWrite(common::BagWriter& writer) const {
   writer.Add("DisplayName", display_name_);
   writer.Add("Description", description_);
   writer.Add("Value", value_);
-  if (!tag_variant_.IsEmpty() && !tag_variant_.IsObject()) {
-    writer.AddVariant(u"TagVariant", tag_variant_);
-  }
+  if (!tag_value_.IsEmpty()) writer.AddVariant(u"TagVariant", tag_value_);
 }
 
 void vnTemplate::InternalLoad(const common::KeptText& text, const Text& /*key*/) {
@@ -69,7 +77,7 @@ void vnTemplate::InternalLoad(const common::KeptText& text, const Text& /*key*/)
   display_name_ = reader.GetText("DisplayName");
   description_ = reader.GetText("Description");
   value_ = reader.GetText("Value");
-  tag_variant_ = reader.Get("TagVariant").value_or(Variant());
+  SetTagVariant(reader.Get("TagVariant").value_or(Variant()));
 }
 
 automation::Ref<vnTemplateLibrary> vnTemplates::TemplateLibrary() const { return library_.get(); }

@@ -36,8 +36,8 @@ class vnTemplate : public automation::Object {
   const Text& Value() const { return value_; }
   void SetValue(const Text& psValue);  // 3
   // Whatever the host keeps with the template; reports nothing. Saved, unless it is an object.
-  const automation::Variant& TagVariant() const { return tag_variant_; }
-  void SetTagVariant(const automation::Variant& pvTagVariant) { tag_variant_ = pvTagVariant; }
+  automation::Variant TagVariant() const;
+  void SetTagVariant(const automation::Variant& pvTagVariant);
   // Value with its rich-text fields as tags; tag_text.h says how.
   Text TagProcessorValue() const;
   // The list that the template was added to; Nothing before.
@@ -59,7 +59,9 @@ class vnTemplate : public automation::Object {
   Text display_name_;
   Text description_;
   Text value_;
-  automation::Variant tag_variant_;
+  automation::Variant tag_value_;  // never an object
+  // Owned: a template of the same library must not hold the library from outside.
+  automation::Owned<automation::Object> tag_object_;
   automation::Weak<vnTemplates> templates_;
 };
 

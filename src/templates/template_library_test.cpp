@@ -33,7 +33,9 @@ class TemplateLibrary : public ::testing::Test {
     const Ref<vnTemplate> second = library->FigureTemplates()->NewItem(u"Second");
     second->SetDescription(u"the second");
     second->SetTagVariant(Variant(int16_t{5}));
-    library->JumpTemplates()->NewItem()->SetTagVariant(Variant(library->JumpTemplates()));
+    const Ref<vnTemplate> jump = library->JumpTemplates()->NewItem();
+    jump->SetTagVariant(Variant(second));
+    EXPECT_EQ(jump->TagVariant(), Variant(second));
     library->SaveAs(Name(name));
   }
   static int32_t ErrorOf(const std::function<void()>& call, const Text& source) {

@@ -193,7 +193,7 @@ TEST_F(TitleHandler, FailuresAreQuietAndCountAsTried) {
   Use(u"Test.Empty");
   titles_->Reset();
   EXPECT_EQ(titles_->Count(), 0);
-  document_->GetProperties()->SetValue(u"Titles Handler", Variant(document_));
+  document_->GetProperties()->SetValue(u"Titles Handler", Variant(MakeHandler()));
   EXPECT_FALSE(titles_->UsingHandler());
 }
 
