@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <random>
 
 #include "core/document.h"
 #include "process/steps.h"
@@ -149,6 +151,83 @@ TEST(TaskOrderIndex, ClosesTheGapForOrdersAboveIt) {
   std::sort(moved.begin(), moved.end());
   EXPECT_EQ(moved, (std::vector<std::pair<Text, int32_t>>{{u"A", 1}, {u"b", 2}}));
   EXPECT_TRUE(index.CloseGap(2).empty());
+}
+
+// The order of tasks by its rules: a list of tasks, and the orders that the step counts, which a
+// host that adds or removes tasks itself leaves as they are.
+class PlainOrder {
+ public:
+  struct Task {
+    Text key;
+    int32_t order;
+  };
+  std::vector<Task> tasks;
+
+  void New(const Text& key) {
+    const int32_t order = static_cast<int32_t>(counted_.size()) + 1;
+    tasks.push_back({key, order});
+    counted_[key] = order;
+  }
+  // Tasks are found in any letter case, counted orders are not.
+  void Remove(const Text& key) {
+    const auto task = Find(key);
+    if (task == tasks.end()) return;
+    const int32_t removed = task->order;
+    counted_.erase(key);
+    tasks.erase(task);
+    for (auto& [moved_key, order] : counted_) {
+      if (order <= removed) continue;
+      --order;
+      const auto moved = Find(moved_key);
+      if (moved != tasks.end()) moved->order = order;
+    }
+  }
+
+ private:
+  std::vector<Task>::iterator Find(const Text& key) {
+    return std::find_if(tasks.begin(), tasks.end(),
+                        [&](const Task& task) { return automation::EqualsFolded(task.key, key); });
+  }
+  std::map<Text, int32_t> counted_;
+};
+
+TEST(Tasks, OrderFollowsThePlainRules) {
+  std::mt19937 random(34);
+  const auto below = [&](size_t end) { return random() % end; };
+  const auto document = Make<vnDocument>();
+  const Ref<vnStep> step = document->NewStep();
+  const Ref<vnTasks> tasks = step->Tasks();
+  PlainOrder plain;
+  for (int operation = 0; operation < 5000; ++operation) {
+    const size_t count = plain.tasks.size();
+    const size_t choice = count == 0 ? 0 : count > 30 ? 3 : below(8);
+    const size_t at = count == 0 ? 0 : below(count);
+    if (choice < 3) {
+      plain.New(step->NewTask()->Key());
+    } else if (choice < 5) {
+      Text key = plain.tasks[at].key;
+      if (below(5) == 0) key = automation::AsciiLower(key);
+      if (below(8) == 0) key += u"?";
+      step->RemoveTask(key);
+      plain.Remove(key);
+    } else if (choice == 5) {
+      const auto order = static_cast<int32_t>(below(40)) - 5;
+      tasks->Item(Variant(plain.tasks[at].key))->SetTaskOrder(order);
+      plain.tasks[at].order = order;
+    } else if (choice == 6) {
+      const Ref<vnTask> task = Keyed(u"h" + automation::NumberText(operation));
+      tasks->Add(task.get());
+      plain.tasks.push_back({task->Key(), 0});
+    } else {
+      tasks->Remove(Variant(static_cast<int32_t>(at + 1)));
+      plain.tasks.erase(plain.tasks.begin() + static_cast<std::ptrdiff_t>(at));
+    }
+    ASSERT_EQ(tasks->Count(), static_cast<int32_t>(plain.tasks.size())) << operation;
+    for (size_t i = 0; i < plain.tasks.size(); ++i) {
+      ASSERT_EQ(tasks->InternalStore()[i].Key(), plain.tasks[i].key) << operation;
+      ASSERT_EQ(tasks->InternalStore()[i].TaskOrder(), plain.tasks[i].order) << operation;
+    }
+  }
 }
 
 }  // namespace
