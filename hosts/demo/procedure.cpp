@@ -227,7 +227,7 @@ void AddContainer(vnDocument& document, const char16_t* label, float top, float 
   const Ref<vndoc6::vnFigure> figure = container->Figure();
   figure->SetLeft(2200);
   figure->SetTop(top);
-  figure->SetWidth(6600);
+  figure->SetWidth(4200);
   figure->SetHeight(height);
   for (const Ref<vnStep>& step : steps) step->SetContainerKey(container->Key());
 }
@@ -246,9 +246,9 @@ void BuildPurchaseApproval(vnDocument& document, const Text& supplier_file) {
   std::map<Text, Ref<vnStep>> steps;
   for (const StepPlan& plan : kSteps) steps[plan.name] = AddStep(document, plan);
   for (const LinkPlan& plan : kLinks) AddLink(document, plan, steps);
-  AddContainer(document, u"Decision", 1400, 5300,
+  AddContainer(document, u"Decision", 2250, 3600,
                {steps[u"complete"], steps[u"budget"], steps[u"large"], steps[u"board"]});
-  AddContainer(document, u"Réception", 9700, 3800, {steps[u"receive"], steps[u"match"]});
+  AddContainer(document, u"Réception", 9450, 2400, {steps[u"receive"], steps[u"match"]});
 
   steps[u"board"]->Figure()->Font()->SetBold(true);
   steps[u"board"]->Figure()->Font()->SetSize(Currency{115000});

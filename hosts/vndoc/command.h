@@ -61,6 +61,7 @@ void WriteBytes(Context& context, const std::string& file, std::string_view byte
 
 // Each adds one subcommand, whose callback works on the context and may throw Failure or an
 // automation error.
+void AddRender(CLI::App& app, Context& context);
 void AddShow(CLI::App& app, Context& context);
 
 // The whole program but for its process: parses, runs the command, gives the exit status.

@@ -4,6 +4,7 @@ namespace vndoc {
 
 void AddCommands(CLI::App& app, Context& context) {
   static constexpr void (*kCommands[])(CLI::App&, Context&) = {
+      &AddRender,
       &AddShow,
   };
   for (const auto add : kCommands) add(app, context);
