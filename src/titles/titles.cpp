@@ -93,8 +93,9 @@ automation::Ref<vnTitleRefs> vnTitles::TitleRefsObj() const {
 
 Text vnTitles::HandlerName() const {
   const automation::Ref<vnDocument> document = Document();
-  if (!document) return {};
-  const Variant name = document->GetProperties()->Value(kHandlerProperty, Variant(u""));
+  const automation::Ref<Properties> settings = document ? document->GetProperties() : nullptr;
+  if (!settings) return {};
+  const Variant name = settings->Value(kHandlerProperty, Variant(u""));
   const Text* const text = name.If<Text>();
   return text != nullptr ? *text : Text();
 }

@@ -81,6 +81,13 @@ TEST(Titles, WithoutAHandlerTheFirstReadEmptiesTheList) {
   EXPECT_EQ(titles->Count(), 0);
 }
 
+TEST(Titles, ADocumentWhoseHostTookThePropertiesAwayHasNoHandler) {
+  const auto document = Make<vnDocument>();
+  document->SetProperties(nullptr);
+  EXPECT_EQ(document->Titles()->HandlerName(), u"");
+  EXPECT_EQ(document->Titles()->Count(), 0);
+}
+
 TEST_F(TitleHandler, FillsTheListOnTheFirstRead) {
   titles_->AddTitle(1, u"early", u"Early");
   EXPECT_TRUE(titles_->UsingHandler());
