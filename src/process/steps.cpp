@@ -111,7 +111,7 @@ const automation::ClassInfo& vnSteps::classInfo() {
       {0x5C2E4B11, 0x7A6D, 0x4E55, {0xB1, 0x3C, 0x0E, 0x8B, 0x42, 0x9D, 0x61, 0x11}},
       {
           get<&vnSteps::Document>("Document"),
-          get<&vnSteps::Item>("Item", "pvIndexKey"),
+          get<&vnSteps::Item>("Item", by_reference{"pvIndexKey"}),
           get<&vnSteps::Count>("Count"),
           get<&vnSteps::NewEnum>("NewEnum"),
           method<&vnSteps::Add>("Add", "poStep"),
