@@ -37,8 +37,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   vnDocument();
   ~vnDocument() override;
 
-  // Tells the listeners LinkChange, unless ChangeEvents is off. Links report nothing themselves:
-  // their hosts do, with this.
+  // Tells the listeners LinkChange, unless ChangeEvents is off. A link's line reports its changes
+  // with this; a link reports nothing itself: its hosts do.
   void RaiseLinkChange(vnLink* poLink, int32_t plDetailID);
 
   // The document's parts. Each is one object for the document's life, except that a load gives it
