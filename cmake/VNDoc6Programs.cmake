@@ -61,11 +61,16 @@ function(vndoc6_benchmarks)
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/bench/*.cpp)
   find_package(benchmark QUIET)
   find_package(pugixml QUIET)
-  if(NOT sources OR NOT benchmark_FOUND OR NOT pugixml_FOUND)
+  find_package(RapidJSON QUIET)
+  find_package(SQLite3 QUIET)
+  if(NOT sources OR NOT benchmark_FOUND OR NOT pugixml_FOUND OR NOT RapidJSON_FOUND
+     OR NOT SQLite3_FOUND)
     return()
   endif()
   vndoc6_program(vndoc6_bench ${sources})
-  target_link_libraries(vndoc6_bench PRIVATE benchmark::benchmark pugixml::pugixml)
+  target_include_directories(vndoc6_bench PRIVATE ${PROJECT_SOURCE_DIR})
+  target_include_directories(vndoc6_bench SYSTEM PRIVATE ${RAPIDJSON_INCLUDE_DIRS})
+  target_link_libraries(vndoc6_bench PRIVATE benchmark::benchmark pugixml::pugixml SQLite::SQLite3)
 endfunction()
 
 # The command-line host: all but its process is a library, so that its tests can run it.
