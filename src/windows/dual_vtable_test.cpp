@@ -110,8 +110,7 @@ class DualVtableTest : public DoorTest {
       arguments.push_back(Sample(parameter.type));
     }
     Value result;
-    const HRESULT code =
-        CallSlot(early.get(), kDispatchSlots + row, member, arguments, &result);
+    const HRESULT code = CallSlot(early.get(), kDispatchSlots + row, member, arguments, &result);
     const bool put = Allows(CallKind::kPut | CallKind::kPutRef, member.kind);
     std::vector<std::pair<DISPID, Value>> named;
     if (put) {

@@ -1,0 +1,116 @@
+// Registering and unregistering the DLL, and loading it again and again.
+#include <set>
+
+#include "published/library.h"
+#include "tests/windows/server.h"
+
+namespace vndoc6::windows {
+namespace {
+
+// Every key and value below a key of HKEY_CURRENT_USER, as lines.
+void ReadTree(const std::wstring& path, std::set<std::wstring>& lines) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return;
+  wchar_t name[1024];
+  for (DWORD i = 0;; ++i) {
+    DWORD length = 1024, size = 4096, type = 0;
+    BYTE data[4096];
+    if (RegEnumValueW(key, i, name, &length, nullptr, &type, data, &size) != ERROR_SUCCESS) break;
+    const std::wstring value(reinterpret_cast<wchar_t*>(data), type == REG_SZ ? size / 2 - 1 : 0);
+    lines.insert(path + L"|" + name + L"=" + value);
+  }
+  for (DWORD i = 0;; ++i) {
+    DWORD length = 1024;
+    if (RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+      break;
+    }
+    lines.insert(path + L"\\" + name);
+    ReadTree(path + L"\\" + name, lines);
+  }
+  RegCloseKey(key);
+}
+
+std::set<std::wstring> UserClasses() {
+  std::set<std::wstring> lines;
+  ReadTree(L"Software\\Classes", lines);
+  return lines;
+}
+
+class RegistrationTest : public ServerTest {};
+
+TEST_F(RegistrationTest, LeavesNothingBehind) {
+  // Another library's entries must survive.
+  HKEY other = nullptr;
+  RegCreateKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\Interface\\{other}", &other);
+  RegCloseKey(other);
+  const auto before = UserClasses();
+  ASSERT_EQ(server_.Install(true, L"user"), S_OK);
+  const auto registered = UserClasses();
+  EXPECT_GT(registered.size(), before.size() + 300);
+  EXPECT_EQ(server_.Install(true, L"user"), S_OK);
+  EXPECT_EQ(UserClasses(), registered);
+  EXPECT_EQ(server_.Install(false, L"user"), S_OK);
+  EXPECT_EQ(UserClasses(), before);
+  EXPECT_EQ(server_.Install(false, L"user"), S_OK);
+  RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\Interface\\{other}");
+}
+
+TEST_F(RegistrationTest, MakesEveryClassCreatableByName) {
+  ASSERT_EQ(server_.Install(true, L"user"), S_OK);
+  for (const PublishedClass& published : PublishedClasses()) {
+    const automation::ClassInfo& info = published.info();
+    SCOPED_TRACE(info.name());
+    CLSID class_id;
+    ASSERT_EQ(CLSIDFromProgID(AsWide(automation::FromUtf8(ProgrammaticId(info))), &class_id), S_OK);
+    EXPECT_EQ(class_id, ToIid(info.class_id()));
+    void* object = nullptr;
+    ASSERT_EQ(CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER, ToIid(info.interface_id()),
+                               &object),
+              S_OK);
+    static_cast<IUnknown*>(object)->Release();
+  }
+  ComPtr<ITypeLib> library;
+  EXPECT_EQ(LoadRegTypeLib(ToIid(kLibraryId), 6, 0, 0, library.Receive()), S_OK);
+  library = {};
+  EXPECT_EQ(server_.Install(false, L"user"), S_OK);
+}
+
+TEST_F(RegistrationTest, RefusesWhatItDoesNotOffer) {
+  EXPECT_FALSE(server_.Factory(CLSID_StdFont));
+  const auto factory = server_.Factory(ToIid(PublishedClasses()[0].info().class_id()));
+  ASSERT_TRUE(factory);
+  void* object = &object;
+  EXPECT_EQ(factory->CreateInstance(factory.get(), IID_IUnknown, &object), CLASS_E_NOAGGREGATION);
+  EXPECT_EQ(object, nullptr);
+  EXPECT_EQ(factory->CreateInstance(nullptr, IID_IPersistFile, &object), E_NOINTERFACE);
+}
+
+TEST_F(RegistrationTest, StaysLoadedWhileAnythingIsHeld) {
+  EXPECT_EQ(server_.CanUnloadNow(), S_OK);
+  {
+    const auto factory = server_.Factory(ToIid(PublishedClasses()[0].info().class_id()));
+    EXPECT_EQ(server_.CanUnloadNow(), S_FALSE);
+    factory->LockServer(TRUE);
+    factory->LockServer(FALSE);
+  }
+  const auto document = server_.Create("vnDocument");
+  EXPECT_EQ(server_.CanUnloadNow(), S_FALSE);
+}
+
+TEST(ModuleTest, LoadsAndUnloadsAgainAndAgain) {
+  ASSERT_EQ(GetModuleHandleW(L"VNDoc6.dll"), nullptr);
+  DWORD before = 0, after = 0;
+  for (int i = 0; i < 20; ++i) {
+    const Server again;
+    ComPtr<ITypeInfo> type;
+    again.Create("vnDocument")->GetTypeInfo(0, 0, type.Receive());
+    type = {};
+    EXPECT_EQ(again.CanUnloadNow(), S_OK);
+    EXPECT_EQ(again.LiveObjects(), 0u);
+    GetProcessHandleCount(GetCurrentProcess(), i == 5 ? &before : &after);
+  }
+  EXPECT_EQ(after, before);
+}
+
+}  // namespace
+}  // namespace vndoc6::windows
