@@ -45,20 +45,29 @@ std::vector<size_t> AssignTracks(const std::vector<Interval>& intervals, size_t&
   return tracks;
 }
 
+// Where a cell would like to stand, and how much.
+struct Wish {
+  double x = 0;
+  double weight = 1;
+};
+
 // Places that keep their order and distances and are, squared, as near as can be to those desired:
 // neighbours that would collide move together as a block.
-std::vector<double> Spread(const std::vector<double>& desired, const std::vector<double>& offsets) {
+std::vector<double> Spread(const std::vector<Wish>& wishes, const std::vector<double>& offsets) {
   struct Block {
     double sum;
+    double weight;
     size_t count;
-    double Mean() const { return sum / static_cast<double>(count); }
+    double Mean() const { return sum / weight; }
   };
   std::vector<Block> blocks;
-  for (size_t i = 0; i < desired.size(); ++i) {
-    blocks.push_back({desired[i] - offsets[i], 1});
+  for (size_t i = 0; i < wishes.size(); ++i) {
+    blocks.push_back({(wishes[i].x - offsets[i]) * wishes[i].weight, wishes[i].weight, 1});
     while (blocks.size() > 1 && blocks[blocks.size() - 2].Mean() > blocks.back().Mean()) {
-      blocks[blocks.size() - 2].sum += blocks.back().sum;
-      blocks[blocks.size() - 2].count += blocks.back().count;
+      Block& left = blocks[blocks.size() - 2];
+      left.sum += blocks.back().sum;
+      left.weight += blocks.back().weight;
+      left.count += blocks.back().count;
       blocks.pop_back();
     }
   }
@@ -136,20 +145,22 @@ class Placer {
 
   void PlaceAcross() {
     for (const auto& layer : layers_.layers) {
-      Settle(layer, [](size_t) { return 0.0; });
+      Settle(layer, [](size_t) { return Wish{}; });
     }
     for (int sweep = 0; sweep < kSweeps; ++sweep) {
       const bool down = sweep % 2 == 0;
+      const bool both = sweep + 2 >= kSweeps;
       for (size_t i = 0; i < layers_.layers.size(); ++i) {
-        const auto& layer = layers_.layers[down ? i : layers_.layers.size() - 1 - i];
-        const bool both = sweep + 2 >= kSweeps;
-        Settle(layer, [&](size_t cell) { return Wish(cell, down || both, !down || both); });
+        Settle(layers_.layers[down ? i : layers_.layers.size() - 1 - i],
+               [&](size_t cell) { return BetweenNeighbours(cell, down || both, !down || both); });
       }
+    }
+    for (const auto& layer : layers_.layers) {
+      Settle(layer, [this](size_t cell) { return StraightBelow(cell); });
     }
   }
 
-  // Where a cell would stand right between its neighbours.
-  double Wish(size_t cell, bool look_up, bool look_down) const {
+  Wish BetweenNeighbours(size_t cell, bool look_up, bool look_down) const {
     double sum = 0;
     size_t count = 0;
     const auto look = [&](const std::vector<size_t>& others) {
@@ -158,17 +169,26 @@ class Placer {
     };
     if (look_up) look(layers_.cells[cell].above);
     if (look_down) look(layers_.cells[cell].below);
-    return count > 0 ? sum / static_cast<double>(count) : x_[cell];
+    return {count > 0 ? sum / static_cast<double>(count) : x_[cell]};
   }
 
-  template <class Wish>
-  void Settle(const std::vector<size_t>& layer, Wish&& wish) {
-    std::vector<double> desired, offsets;
+  // In a chain without branches each cell stands straight below the one before it.
+  Wish StraightBelow(size_t cell) const {
+    constexpr double kFirmly = 50;
+    const auto& above = layers_.cells[cell].above;
+    const bool chained = above.size() == 1 && layers_.cells[above[0]].below.size() == 1;
+    return chained ? Wish{x_[above[0]], kFirmly} : Wish{x_[cell]};
+  }
+
+  template <class GetWish>
+  void Settle(const std::vector<size_t>& layer, GetWish&& get_wish) {
+    std::vector<Wish> wishes;
+    std::vector<double> offsets;
     for (size_t i = 0; i < layer.size(); ++i) {
       offsets.push_back(i == 0 ? 0 : offsets.back() + Distance(layer[i - 1], layer[i]));
-      desired.push_back(wish(layer[i]));
+      wishes.push_back(get_wish(layer[i]));
     }
-    const std::vector<double> places = Spread(desired, offsets);
+    const std::vector<double> places = Spread(wishes, offsets);
     for (size_t i = 0; i < layer.size(); ++i) x_[layer[i]] = places[i];
   }
 

@@ -1,9 +1,9 @@
 // Finds ways of right angles for lines between figures that have their places.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <unordered_map>
-#include <cstddef>
 #include <vector>
 
 #include "geometry.h"

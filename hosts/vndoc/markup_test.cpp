@@ -1,0 +1,54 @@
+#include "markup.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace vndoc {
+namespace {
+
+TEST(Escaped, LeavesNothingThatMarkupReads) {
+  EXPECT_EQ(Escaped(u"<a href='x'>\"&"), "&lt;a href=&#39;x&#39;&gt;&quot;&amp;");
+  EXPECT_EQ(Escaped(u"größer\t取\U0001F600"), "größer\t取\U0001F600");
+}
+
+TEST(Escaped, ReplacesWhatMarkupCannotHold) {
+  const char16_t text[] = {u'a', 0, 0xD800, u'b', 0xDC00, 0xFFFE, 0x1B, 0x85};
+  EXPECT_EQ(Escaped({text, 8}), "a\uFFFD\uFFFDb\uFFFD\uFFFD\uFFFD\uFFFD");
+}
+
+TEST(Number, IsShort) {
+  EXPECT_EQ(Number(12), "12");
+  EXPECT_EQ(Number(0.125), "0.12");
+  EXPECT_EQ(Number(-0.001), "0");
+  EXPECT_EQ(Number(1.5), "1.5");
+  EXPECT_EQ(Number(100), "100");
+  EXPECT_EQ(Number(std::numeric_limits<double>::infinity()), "0");
+}
+
+TEST(Colour, HasRedInItsLowByte) {
+  EXPECT_EQ(Colour(0x0080FF), "#ff8000");
+  EXPECT_EQ(Colour(-1), "#ffffff");
+}
+
+TEST(SniffImage, TellsTypeAndSize) {
+  const std::vector<uint8_t> gif = {'G', 'I', 'F', '8', '9', 'a', 3, 0, 4, 1};
+  EXPECT_STREQ(SniffImage(gif).type, "image/gif");
+  EXPECT_EQ(SniffImage(gif).width, 3);
+  EXPECT_EQ(SniffImage(gif).height, 260);
+  const std::vector<uint8_t> jpeg = {0xFF, 0xD8, 0xFF, 0xE0, 0, 4, 0, 0, 0xFF,
+                                     0xC0, 0,    17,   8,    0, 9, 0, 7, 3};
+  EXPECT_STREQ(SniffImage(jpeg).type, "image/jpeg");
+  EXPECT_EQ(SniffImage(jpeg).width, 7);
+  EXPECT_EQ(SniffImage(jpeg).height, 9);
+}
+
+TEST(SniffImage, BytesThatEndTooEarlyOrAreNoneHaveNoType) {
+  EXPECT_EQ(SniffImage({}).type, nullptr);
+  EXPECT_EQ(SniffImage({'B', 'M'}).type, nullptr);
+  EXPECT_EQ(SniffImage({0xD7, 0xCD, 0xC6, 0x9A, 0, 0}).type, nullptr);
+  EXPECT_EQ(SniffImage({0xFF, 0xD8, 0xFF, 0xE0}).width, 0);
+}
+
+}  // namespace
+}  // namespace vndoc
