@@ -61,6 +61,9 @@ void WriteBytes(Context& context, const std::string& file, std::string_view byte
 
 // Each adds one subcommand, whose callback works on the context and may throw Failure or an
 // automation error.
+void AddEdit(CLI::App& app, Context& context);
+void AddMembers(CLI::App& app, Context& context);
+void AddNew(CLI::App& app, Context& context);
 void AddRender(CLI::App& app, Context& context);
 void AddShow(CLI::App& app, Context& context);
 

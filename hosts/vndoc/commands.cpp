@@ -4,8 +4,11 @@ namespace vndoc {
 
 void AddCommands(CLI::App& app, Context& context) {
   static constexpr void (*kCommands[])(CLI::App&, Context&) = {
+      &AddNew,
       &AddRender,
       &AddShow,
+      &AddEdit,
+      &AddMembers,
   };
   for (const auto add : kCommands) add(app, context);
 }

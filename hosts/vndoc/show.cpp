@@ -1,12 +1,229 @@
 // vndoc show: what is in a document, for people or as JSON.
-#include <iostream>
+#include <map>
 #include <memory>
+#include <ostream>
 
+#include "collections/file.h"
+#include "collections/jump.h"
 #include "command.h"
+#include "common/properties.h"
 #include "details/details.h"
+#include "details/revision.h"
+#include "document_json.h"
+#include "flow.h"
+#include "one_line.h"
+#include "process/condition.h"
+#include "process/container.h"
+#include "process/task.h"
 
 namespace vndoc {
+
+using vndoc6::vnCondition;
+using vndoc6::vnContainer;
+using vndoc6::vnDetails;
+using vndoc6::vnFile;
+using vndoc6::vnJump;
+using vndoc6::vnRevision;
+using vndoc6::vnTask;
+using vndoc6::vnTitleRef;
+
 namespace {
+
+// Calls for each member of a collection of that class.
+template <class T, class Use>
+void ForEach(Object& collection, Use use) {
+  ForEachIn(collection, [&](Object& member) { use(static_cast<T&>(member)); });
+}
+
+std::string NumberOf(const FlowStep& step) {
+  const int32_t number = step.step->StepIndex();
+  return number > 0 ? std::to_string(number) : "-";
+}
+
+class Account {
+ public:
+  Account(vnDocument& document, std::ostream& out)
+      : document_(document), out_(out), flow_(document) {}
+
+  void Write() {
+    WriteDetails();
+    WriteSteps();
+    WriteLinks();
+    WriteRoles();
+    WriteContainers();
+    WriteFilesAndJumps();
+    WriteRevisions();
+  }
+
+ private:
+  void Heading(const char* title) { out_ << '\n' << title << '\n'; }
+  // Says nothing where there is nothing.
+  void Line(const char* indent, const char* what, TextView text) {
+    const std::string line = OneLine(text);
+    if (!line.empty()) out_ << indent << what << line << '\n';
+  }
+
+  void WriteDetails() {
+    const Ref<vnDetails> details = document_.Details();
+    const std::string title = OneLine(details->Title());
+    out_ << (title.empty() ? "(no title)" : title) << '\n';
+    Line("  ", "Code         ", details->DocumentCode());
+    Line("  ", "Revision     ", Variant(details->Revision()).ToText());
+    Line("  ", "Status       ", Variant(details->DocumentStatus()).ToText());
+    Line("  ", "Scope        ", details->Scope());
+    Line("  ", "Purpose      ", details->Purpose());
+    Line("  ", "Description  ", details->Description());
+    Line("  ", "Authorised   ", details->AuthorisedBy()->DisplayName());
+    if (details->DateApproved().days != 0) {
+      Line("  ", "Approved     ", Variant(details->DateApproved()).ToText());
+    }
+    Line("  ", "Notes        ", details->Notes());
+  }
+
+  std::string NameOf(const FlowStep& step) {
+    return NumberOf(step) + ". " + OneLine(step.step->Label());
+  }
+
+  void WriteSteps() {
+    Heading("Steps");
+    for (const FlowStep& step : flow_.steps) {
+      out_ << "  " << NameOf(step) << '\n';
+      WriteParts(*step.step);
+    }
+  }
+
+  void WriteParts(vnStep& step) {
+    constexpr const char* kIndent = "       ";
+    Line(kIndent, "", step.Description());
+    ForEach<vnTitleRef>(*step.PerformedBy(),
+                        [&](vnTitleRef& role) { Line(kIndent, "by ", role.DisplayName()); });
+    ForEach<vnTask>(*step.Tasks(), [&](vnTask& task) { Line(kIndent, "task: ", task.Name()); });
+    ForEach<vnCondition>(*step.Conditions(), [&](vnCondition& condition) {
+      Line(kIndent, "if ", condition.DisplayName() + u": " + condition.ConditionTest());
+    });
+    ForEach<vndoc6::Property>(*step.Dependancies(), [&](vndoc6::Property& dependency) {
+      const auto found = flow_.by_key.find(dependency.Key());
+      if (found == flow_.by_key.end()) return;
+      out_ << kIndent << "after " << NameOf(flow_.steps[found->second]) << '\n';
+    });
+    ForEach<vnFile>(*step.Files(), [&](vnFile& file) { Line(kIndent, "file: ", NameOf(file)); });
+    ForEach<vnJump>(*step.Jumps(), [&](vnJump& jump) { Line(kIndent, "jump: ", NameOf(jump)); });
+  }
+
+  static Text NameOf(const vndoc6::Attachment& attachment) {
+    if (attachment.DisplayName().empty()) return attachment.FileName();
+    return attachment.DisplayName() + u" (" + attachment.FileName() + u")";
+  }
+
+  // The links as a tree: an arrow for the only way on, a star for each of several. What follows a
+  // step alone stands below it without an indent, so that long procedures stay readable. A step
+  // that was shown before is only named.
+  void WriteLinks() {
+    if (flow_.steps.empty()) return;
+    Heading("Flow");
+    shown_.assign(flow_.steps.size(), false);
+    for (const size_t beginning : flow_.Beginnings()) WriteBranch(beginning);
+    for (const size_t rest : flow_.Unreachable()) {
+      if (!shown_[rest]) WriteBranch(rest);
+    }
+    for (const Ref<vnLink>& link : flow_.dangling) {
+      out_ << "  a link that lacks a step";
+      Line(": ", "", link->Text().empty() ? link->Key() : link->Text());
+      if (link->Text().empty() && link->Key().empty()) out_ << '\n';
+    }
+  }
+
+  struct Visit {
+    size_t step;
+    size_t column;
+    vnLink* link;    // that led here; null at a beginning
+    bool is_branch;  // one of several ways on
+  };
+
+  void WriteBranch(size_t beginning) {
+    std::vector<Visit> waiting = {{beginning, 2, nullptr, false}};
+    while (!waiting.empty()) {
+      const Visit visit = waiting.back();
+      waiting.pop_back();
+      WriteVisit(visit);
+      if (shown_[visit.step]) continue;
+      shown_[visit.step] = true;
+      const auto& links = flow_.steps[visit.step].links;
+      const bool branches = links.size() > 1;
+      const size_t column = ColumnBelow(visit, branches);
+      for (auto link = links.rbegin(); link != links.rend(); ++link) {
+        waiting.push_back({link->target, column, link->link.get(), branches});
+      }
+    }
+  }
+
+  // Beyond the deepest column the tree grows no wider.
+  static size_t ColumnBelow(const Visit& visit, bool branches) {
+    constexpr size_t kDeepest = 60;
+    return std::min(visit.column + (visit.is_branch ? 2 : 0) + (branches ? 2 : 0), kDeepest);
+  }
+
+  void WriteVisit(const Visit& visit) {
+    out_ << std::string(visit.column, ' ');
+    if (visit.link != nullptr) {
+      const std::string text = OneLine(visit.link->Text());
+      out_ << (visit.is_branch ? "* " : "-> ") << (text.empty() ? "" : "[" + text + "] ");
+    }
+    out_ << NameOf(flow_.steps[visit.step]) << (shown_[visit.step] ? " (see above)\n" : "\n");
+  }
+
+  void WriteGrouped(const char* title, const std::map<std::string, std::string>& groups) {
+    if (groups.empty()) return;
+    Heading(title);
+    for (const auto& [name, members] : groups) {
+      out_ << "  " << name << ':' << (members.empty() ? " no step" : members) << '\n';
+    }
+  }
+
+  void WriteRoles() {
+    std::map<std::string, std::string> roles;
+    for (const FlowStep& step : flow_.steps) {
+      ForEach<vnTitleRef>(*step.step->PerformedBy(), [&](vnTitleRef& role) {
+        roles[OneLine(role.DisplayName())] += ' ' + NumberOf(step);
+      });
+    }
+    WriteGrouped("Roles", roles);
+  }
+
+  void WriteContainers() {
+    std::map<Text, std::string> members;
+    for (const FlowStep& step : flow_.steps) {
+      members[step.step->ContainerKey()] += ' ' + NumberOf(step);
+    }
+    std::map<std::string, std::string> containers;
+    ForEach<vnContainer>(*document_.Containers().ToObject(), [&](vnContainer& container) {
+      containers[OneLine(container.Label())] += members[container.Key()];
+    });
+    WriteGrouped("Containers", containers);
+  }
+
+  // What was added to a step stands there, and in the document's own lists as well.
+  void WriteFilesAndJumps() {
+    if (document_.Files()->Count() > 0) Heading("Files");
+    ForEach<vnFile>(*document_.Files(), [&](vnFile& file) { Line("  ", "", NameOf(file)); });
+    if (document_.Jumps()->Count() > 0) Heading("Jumps");
+    ForEach<vnJump>(*document_.Jumps(), [&](vnJump& jump) { Line("  ", "", NameOf(jump)); });
+  }
+
+  void WriteRevisions() {
+    if (document_.RevisionHistory()->Count() > 0) Heading("Revisions");
+    ForEach<vnRevision>(*document_.RevisionHistory(), [&](vnRevision& revision) {
+      Line("  ", "",
+           Variant(revision.RevisionDate()).ToText() + u"  " +
+               Variant(revision.Revision()).ToText() + u"  " + revision.Reason());
+    });
+  }
+
+  vnDocument& document_;
+  std::ostream& out_;
+  Flow flow_;
+  std::vector<bool> shown_;
+};
 
 struct ShowOptions {
   std::string file;
@@ -16,12 +233,17 @@ struct ShowOptions {
 }  // namespace
 
 void AddShow(CLI::App& app, Context& context) {
-  auto* command = app.add_subcommand("show", "Shows what is in a document");
+  auto* const command = app.add_subcommand("show", "Shows what is in a document");
   const auto options = std::make_shared<ShowOptions>();
   command->add_option("FILE", options->file, "The document")->required();
+  command->add_flag("--json", options->json, "All of it as JSON, which from-json reads back");
   command->callback([options, &context] {
     const auto document = Load(context, options->file);
-    context.out << vndoc6::automation::ToUtf8(document->Details()->Title()) << '\n';
+    if (options->json) {
+      WriteJson(*document, context.out);
+    } else {
+      Account(*document, context.out).Write();
+    }
   });
 }
 

@@ -1,0 +1,223 @@
+#include "json_values.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "automation/error.h"
+#include "automation/picture.h"
+#include "automation/services.h"
+#include "command.h"
+#include "common/base64.h"
+
+namespace vndoc {
+
+using vndoc6::automation::Currency;
+using vndoc6::automation::Date;
+using vndoc6::automation::ErrorValue;
+using vndoc6::automation::FromUtf8;
+using vndoc6::automation::Null;
+using vndoc6::automation::NumberText;
+using vndoc6::automation::Picture;
+using vndoc6::automation::ToUtf8;
+using vndoc6::automation::TypeKind;
+using vndoc6::automation::ValueKind;
+using vndoc6::automation::Variant;
+
+namespace {
+
+bool HasLoneSurrogates(TextView text) {
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] < 0xD800 || text[i] > 0xDFFF) continue;
+    const bool paired =
+        text[i] < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
+    if (!paired) return true;
+    ++i;
+  }
+  return false;
+}
+
+bool IsPlain(TextView text) {
+  return std::all_of(text.begin(), text.end(), [](char16_t unit) {
+    return unit >= 0x20 && unit < 0x7F && unit != u'"' && unit != u'\\';
+  });
+}
+
+void AppendUnits(TextView text, std::string& out) {
+  out += "{\"Utf16\": [";
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (i > 0) out += ", ";
+    out += std::to_string(static_cast<unsigned>(text[i]));
+  }
+  out += "]}";
+}
+
+// A real needs its point: without one it is a Long.
+template <class T>
+void AppendReal(T value, std::string& out) {
+  const std::string digits = ToUtf8(NumberText(value));
+  if (!std::isfinite(value)) {
+    out += std::isnan(value) ? "\"nan\"" : value < 0 ? "\"-inf\"" : "\"inf\"";
+  } else {
+    out += digits;
+    if (digits.find_first_of(".eE") == std::string::npos) out += ".0";
+  }
+}
+
+void AppendDate(Date value, std::string& out) {
+  try {
+    const Text text = Variant(value).ToText();
+    if (Variant(text).ToDate() == value) return AppendJsonText(text, out);
+  } catch (const vndoc6::automation::Error&) {
+    // A day that the calendar has not.
+  }
+  AppendReal(value.days, out);
+}
+
+void AppendPicture(const Picture& picture, std::string& out) {
+  out += "{\"Picture\": \"";
+  vndoc6::common::AppendBase64(picture.Bytes(), out);
+  out += "\"}";
+}
+
+void AppendBare(const Variant& value, std::string& out) {
+  switch (value.kind()) {
+    case ValueKind::kEmpty:
+    case ValueKind::kNull:
+      out += "null";
+      break;
+    case ValueKind::kBoolean:
+      out += value.ToBoolean() ? "true" : "false";
+      break;
+    case ValueKind::kShort:
+    case ValueKind::kLong:
+      out += std::to_string(value.ToLong());
+      break;
+    case ValueKind::kSingle:
+      AppendReal(*value.If<float>(), out);
+      break;
+    case ValueKind::kDouble:
+      AppendReal(*value.If<double>(), out);
+      break;
+    case ValueKind::kCurrency:
+    case ValueKind::kText:
+      AppendJsonText(value.ToText(), out);
+      break;
+    case ValueKind::kDate:
+      AppendDate(*value.If<Date>(), out);
+      break;
+    case ValueKind::kError:
+      out += std::to_string(value.If<ErrorValue>()->scode);
+      break;
+    case ValueKind::kObject:
+      const auto* const picture = dynamic_cast<const Picture*>(value.ToObject().get());
+      if (picture != nullptr && !picture->Bytes().empty()) {
+        AppendPicture(*picture, out);
+      } else {
+        out += "null";
+      }
+      break;
+  }
+}
+
+// What a value is wrapped in where its type is not known otherwise; null for nothing.
+const char* Wrapping(const Variant& value) {
+  switch (value.kind()) {
+    case ValueKind::kNull:
+      return "Null";
+    case ValueKind::kShort:
+      return "Short";
+    case ValueKind::kSingle:
+      return "Single";
+    case ValueKind::kDouble:
+      return std::isfinite(*value.If<double>()) ? nullptr : "Double";
+    case ValueKind::kCurrency:
+      return "Currency";
+    case ValueKind::kDate:
+      return "Date";
+    case ValueKind::kError:
+      return "Error";
+    default:
+      return nullptr;
+  }
+}
+
+[[noreturn]] void RefuseValue(const Json& json) {
+  throw Failure("not a value: " + json.dump(-1, ' ', true, Json::error_handler_t::replace));
+}
+
+double RealFrom(const Json& json) {
+  if (json.is_number()) return json.get<double>();
+  if (json == "nan") return std::nan("");
+  if (json == "inf") return HUGE_VAL;
+  if (json == "-inf") return -HUGE_VAL;
+  RefuseValue(json);
+}
+
+Text UnitsFrom(const Json& json) {
+  Text text;
+  for (const Json& unit : json) text += unit.get<char16_t>();
+  return text;
+}
+
+Variant FromWrapped(const std::string& type, const Json& json) {
+  if (type == "Utf16") return Variant(UnitsFrom(json));
+  if (type == "Null") return Variant(Null{});
+  if (type == "Short") return Variant(json.get<int16_t>());
+  if (type == "Single") return Variant(static_cast<float>(RealFrom(json)));
+  if (type == "Double") return Variant(RealFrom(json));
+  if (type == "Currency") return Variant(FromJson(json).ToCurrency());
+  if (type == "Date") return Variant(FromJson(json).ToDate());
+  if (type == "Error") return Variant(ErrorValue{json.get<int32_t>()});
+  if (type == "Picture") {
+    const auto bytes = vndoc6::common::FromBase64(json.get<std::string>());
+    if (bytes) return Variant(vndoc6::automation::services().make_picture(*bytes));
+  }
+  RefuseValue(json);
+}
+
+}  // namespace
+
+void AppendJsonText(TextView text, std::string& out) {
+  if (HasLoneSurrogates(text)) return AppendUnits(text, out);
+  if (!IsPlain(text)) {
+    out += Json(ToUtf8(text)).dump();
+    return;
+  }
+  out += '"';
+  vndoc6::automation::AppendUtf8(text, out);
+  out += '"';
+}
+
+void AppendJson(const Variant& value, TypeKind type, std::string& out) {
+  const char* const wrapping = type == TypeKind::kVariant ? Wrapping(value) : nullptr;
+  if (wrapping == nullptr) return AppendBare(value, out);
+  out.append("{\"").append(wrapping).append("\": ");
+  AppendBare(value, out);
+  out += '}';
+}
+
+Variant FromJson(const Json& json) {
+  switch (json.type()) {
+    case Json::value_t::null:
+      return {};
+    case Json::value_t::boolean:
+      return Variant(json.get<bool>());
+    case Json::value_t::number_integer:
+    case Json::value_t::number_unsigned: {
+      const auto number = json.get<int64_t>();
+      if (number == static_cast<int32_t>(number)) return Variant(static_cast<int32_t>(number));
+      return Variant(static_cast<double>(number));
+    }
+    case Json::value_t::number_float:
+      return Variant(json.get<double>());
+    case Json::value_t::string:
+      return Variant(FromUtf8(json.get<std::string>()));
+    case Json::value_t::object:
+      if (json.size() == 1) return FromWrapped(json.begin().key(), json.begin().value());
+      [[fallthrough]];
+    default:
+      RefuseValue(json);
+  }
+}
+
+}  // namespace vndoc
