@@ -198,4 +198,8 @@ std::string BagWriter::EscapedKey(TextView key) const {
   return spelled;
 }
 
+void BagWriter::Append(const KeptText& text) {
+  AppendRelevelled(text.raw(), text.depth(), depth_, out_);
+}
+
 }  // namespace vndoc6::common

@@ -65,6 +65,9 @@ class BagWriter {
     AddNested(EscapedKey(key), std::forward<Write>(write));
   }
 
+  // All entries of a kept text, as they are.
+  void Append(const KeptText& text);
+
   uint32_t depth() const { return depth_; }
   // Where the text goes, for a writer that copies a whole kept text at this depth.
   std::string& out() { return out_; }

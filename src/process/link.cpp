@@ -1,13 +1,12 @@
 #include "process/link.h"
 
-#include <array>
 #include <string_view>
 #include <utility>
 
 #include "automation/describe.h"
 #include "chart/line.h"
 #include "common/lazy.h"
-#include "common/levelled_text.h"
+#include "common/unchanged_text.h"
 #include "core/document.h"
 #include "process/condition.h"
 
@@ -28,9 +27,10 @@ struct vnLink::Content {
 
 namespace {
 
-// The entries of a link's text in the order in which they are written, all of them texts. In every
-// file: never change one.
-constexpr std::array<std::string_view, 8> kEntries = {"K", "TT", "T", "OSK", "DSK", "L", "C", "CE"};
+// The entries of a link's text in the order in which they are written. In every file: never change
+// one.
+constexpr common::EntryForm kEntries[] = {{"K", '"', true}, {"TT", '"'}, {"T", '"'}, {"OSK", '"'},
+                                          {"DSK", '"'},     {"L", '"'},  {"C", '"'}, {"CE", '"'}};
 
 // The key in a link's text, without reading on when it comes first, as it does in what is written
 // here.
@@ -164,15 +164,10 @@ void vnLink::InternalWrite(BagWriter& writer) {
 // Copies the text of a link that nobody read, if that is what writing it would give: every entry
 // in its place, the key as it was.
 bool vnLink::CopyUnread(BagWriter& writer) const {
-  common::BagScanner scanner(unread_);
-  common::BagEntry entry;
-  for (const std::string_view key : kEntries) {
-    if (!scanner.Next(entry) || entry.key != key || entry.tag != '"') return false;
-    if (key == "K" && scanner.TextOf(entry).ToText() != key_) return false;
-  }
-  if (scanner.Next(entry) || scanner.faulty()) return false;
-  common::AppendRelevelled(unread_.raw(), unread_.depth(), writer.depth(), writer.out());
-  return true;
+  const auto is_same = [this](std::string_view, const automation::Variant& key) {
+    return key == automation::Variant(key_);
+  };
+  return common::CopyIfUnchanged(unread_, kEntries, writer, is_same);
 }
 
 void vnLink::InternalLoad(const KeptText& text, const vndoc6::Text& key) {

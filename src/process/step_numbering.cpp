@@ -1,0 +1,75 @@
+// vnStep's number, and how it moves the others.
+#include "process/step.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "automation/error.h"
+#include "core/detail_id.h"
+#include "process/steps.h"
+
+namespace vndoc6 {
+
+using automation::Ref;
+
+void vnStep::StoreStepIndex(int32_t step_index) {
+  const int32_t previous = std::exchange(step_index_, step_index);
+  if (vnSteps* owner = owner_.get()) owner->InternalNumberChanged(*this, previous);
+}
+
+void vnStep::InternalSetStepIndexQuietly(int32_t step_index) {
+  if (step_index == step_index_) return;
+  StoreStepIndex(step_index);
+  ReportChange(vndStepIndex);
+}
+
+void vnStep::SetStepIndex(int32_t plStepIndex) {
+  const Ref<vnStep> self(this);
+  if (step_index_ == 0) {
+    InternalSetStepIndexQuietly(plStepIndex);
+  } else if (plStepIndex < 0) {
+    TakeOutOfNumbering();
+  } else if (plStepIndex > 0) {
+    MoveTo(plStepIndex);
+  }
+}
+
+void vnStep::TakeOutOfNumbering() {
+  vnSteps* const owner = owner_.get();
+  const int32_t current = step_index_;
+  if (owner != nullptr && current >= 1 && owner->LastIndex() > current) {
+    constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
+    for (const Ref<vnStep>& step : owner->InternalStepsNumbered(current + 1, kHighest)) {
+      if (step.get() != this) step->InternalSetStepIndexQuietly(step->StepIndex() - 1);
+    }
+  }
+  InternalSetStepIndexQuietly(-1);
+}
+
+void vnStep::MoveTo(int32_t step_index) {
+  vnSteps* const owner = owner_.get();
+  if (owner == nullptr) {
+    InternalSetStepIndexQuietly(step_index);
+    return;
+  }
+  constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
+  const int32_t current = step_index_;
+  const int32_t last = owner->LastIndex();
+  if (current < 1 && last == kHighest) throw automation::Error(automation::kOverflow);
+  const int32_t target = std::min(step_index, current < 1 ? last + 1 : last);
+  const int32_t other_end = current < 1 ? target : current;
+  // A step that comes back from -1 moves the holder of its number down, not up, and so shares the
+  // number below: hosts count on it.
+  const int32_t move = target <= current ? 1 : -1;
+  const auto [low, high] = std::minmax(target, other_end);
+  for (const Ref<vnStep>& step : owner->InternalStepsNumbered(low, high)) {
+    const int32_t number = step->StepIndex();
+    if (number == current) continue;
+    if (move > 0 && number == kHighest) throw automation::Error(automation::kOverflow);
+    step->InternalSetStepIndexQuietly(number + move);
+  }
+  InternalSetStepIndexQuietly(target);
+}
+
+}  // namespace vndoc6
