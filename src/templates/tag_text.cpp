@@ -23,9 +23,8 @@ enum class TokenKind { kOpen, kClose, kWord, kSymbol, kText, kLineEnd };
 
 struct Token {
   TokenKind kind;
-  TextView text;          // all of it, as it stands there
-  TextView word;          // of a control word: its letters
-  size_t number_end = 0;  // of a control word: where its number ends in `text`
+  TextView text;  // all of it, as it stands there
+  TextView word;  // of a control word: its letters
 };
 
 // Takes rich text apart. Every unit of the text is in exactly one token.
@@ -66,7 +65,6 @@ class TokenReader {
     while (IsLetter(At(position_))) ++position_;
     token.word = text_.substr(start + 1, position_ - start - 1);
     const size_t number = TakeNumber();
-    token.number_end = position_ - start;
     if (At(position_) == u' ') ++position_;
     // A binary run: that many units which mean nothing here, braces among them.
     if (token.word == u"bin") position_ += std::min(number, text_.size() - position_);
@@ -182,13 +180,11 @@ class FieldReplacer {
     return groups_.size() > 1 && groups_[groups_.size() - 2].role == Role::kField;
   }
 
-  // Formatting is no part of an instruction; characters are, as they stand there.
+  // Formatting is no part of an instruction; characters are, as they stand there. A character by
+  // its number keeps the blank behind it: a digit may follow.
   void AddToInstruction(const Token& token) {
+    if (token.kind == TokenKind::kWord && token.word != u"u") return;
     Text& instruction = instructions_.back();
-    if (token.kind == TokenKind::kWord) {
-      if (token.word == u"u") instruction += token.text.substr(0, token.number_end);
-      return;
-    }
     instruction += token.text;
     if (token.kind == TokenKind::kText) {
       std::replace(instruction.end() - static_cast<std::ptrdiff_t>(token.text.size()),

@@ -28,7 +28,9 @@ TEST(TagText, FieldsBecomeTags) {
       // Words go on over groups and line ends, which mean nothing.
       {u"{\\rtf1{\\field{\\fldinst Ti{\\b t\r\nle}}}}", u"{\\rtf1{<Title>}}"},
       // Escaped characters stay escaped.
-      {u"{\\rtf1{\\field{\\*\\fldinst A\\{\\'e4\\}\\u228 ?}}}", u"{\\rtf1{<A\\{\\'e4\\}\\u228?>}}"},
+      {u"{\\rtf1{\\field{\\*\\fldinst A\\{\\'e4\\}\\u228 ?}}}",
+       u"{\\rtf1{<A\\{\\'e4\\}\\u228 ?>}}"},
+      {u"{\\rtf1{\\field{\\*\\fldinst m\\u178 2}}}", u"{\\rtf1{<m\\u178 2>}}"},
       {u"{\\rtf1 \\{\\field\\} {\\field{\\*\\fldinst N}}}", u"{\\rtf1 \\{\\field\\} {<N>}}"},
       // Fields in the result go with it; those of an instruction have instructions of their own.
       {u"{\\rtf1{\\field{\\*\\fldinst Outer {\\field{\\*\\fldinst Inner}}}"
