@@ -275,7 +275,6 @@ class vnDocument : public automation::Object, public automation::EventSource {
   int32_t chart_type_ = 0;
   bool allow_write_ = true;
   bool assignment_unlocked_ = false;
-  bool loading_ = false;
   automation::Owned<automation::Object> database_;
 };
 

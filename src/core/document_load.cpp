@@ -64,7 +64,6 @@ void KeepOrLoad(Lazy<T>& part, KeptText text) {
 class vnDocument::LoadingScope {
  public:
   explicit LoadingScope(vnDocument& document) : document_(document) {
-    document_.loading_ = true;
     document_.change_events_ = document_.change_events_loading_;
   }
   ~LoadingScope() { End(); }
@@ -73,7 +72,6 @@ class vnDocument::LoadingScope {
   void End() {
     if (ended_) return;
     ended_ = true;
-    document_.loading_ = false;
     document_.assignment_unlocked_ = false;
     document_.change_events_ = true;
   }
