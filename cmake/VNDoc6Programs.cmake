@@ -28,7 +28,8 @@ endfunction()
 function(vndoc6_native_tests)
   vndoc6_model_files(class_tests "*_test.cpp")
   file(GLOB crossing_tests CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/*.cpp
-                                             ${PROJECT_SOURCE_DIR}/tests/support/*.cpp)
+                                             ${PROJECT_SOURCE_DIR}/tests/support/*.cpp
+                                             ${PROJECT_SOURCE_DIR}/tests/endurance/*.cpp)
   vndoc6_test_program(vndoc6_tests ${class_tests} ${crossing_tests})
   if(TARGET vndoc6_tests)
     add_test(NAME vndoc6_tests COMMAND vndoc6_tests)
