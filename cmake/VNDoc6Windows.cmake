@@ -1,10 +1,12 @@
 # The COM door: VNDoc6.dll with its type library, and the tests of the door.
 
-# widl turns the published contract into the type library that the DLL embeds as resource 1.
-# stdole2.tlb and the imported IDL files come from Wine's development files.
-function(vndoc6_type_library result)
+# widl turns the published contract into the type library that the DLL embeds as resource 1, and
+# into the header that C++ hosts include. stdole2.tlb and the imported IDL files come from Wine's
+# development files. Sets `VNDOC6_TLB` and `VNDOC6_HEADER`.
+function(vndoc6_contract)
   set(idl ${PROJECT_SOURCE_DIR}/idl/VNDoc6.idl)
   set(tlb ${PROJECT_BINARY_DIR}/VNDoc6.tlb)
+  set(header ${PROJECT_BINARY_DIR}/VNDoc6.h)
   file(GLOB wine_libraries /usr/lib/*/wine/x86_64-windows)
   find_program(VNDOC6_WIDL_PROGRAM NAMES ${VNDOC6_WIDL} widl REQUIRED)
   if(CMAKE_SIZEOF_VOID_P EQUAL 8)
@@ -13,23 +15,27 @@ function(vndoc6_type_library result)
     set(bits --win32)
   endif()
   list(TRANSFORM wine_libraries PREPEND -L)
+  set(widl ${VNDOC6_WIDL_PROGRAM} ${bits} -I/usr/include/wine/wine/windows ${wine_libraries})
   add_custom_command(
-    OUTPUT ${tlb} DEPENDS ${idl}
-    COMMAND ${VNDOC6_WIDL_PROGRAM} ${bits} -t -o ${tlb} -I/usr/include/wine/wine/windows ${wine_libraries} ${idl}
-    COMMENT "Type library ${tlb}" VERBATIM)
-  set(${result} ${tlb} PARENT_SCOPE)
+    OUTPUT ${tlb} ${header}
+    DEPENDS ${idl}
+    COMMAND ${widl} -t -o ${tlb} ${idl}
+    COMMAND ${widl} -h -o ${header} ${idl}
+    COMMENT "Type library and header of the published contract"
+    VERBATIM)
+  set(VNDOC6_TLB ${tlb} PARENT_SCOPE)
+  set(VNDOC6_HEADER ${header} PARENT_SCOPE)
 endfunction()
 
 # The resource script that embeds the type library, which lies in the build folder.
 function(vndoc6_resources target)
   set(script ${PROJECT_SOURCE_DIR}/src/registration/VNDoc6.rc)
   enable_language(RC)
-  vndoc6_type_library(tlb)
   target_sources(${target} PRIVATE ${script})
   string(REPLACE "." "," version_numbers ${PROJECT_VERSION},0)
   set_source_files_properties(
     ${script} PROPERTIES
-    OBJECT_DEPENDS ${tlb}
+    OBJECT_DEPENDS ${VNDOC6_TLB}
     INCLUDE_DIRECTORIES ${PROJECT_BINARY_DIR}
     COMPILE_DEFINITIONS
     "VNDOC6_VERSION=${version_numbers};VNDOC6_VERSION_TEXT=${PROJECT_VERSION}")
@@ -52,12 +58,7 @@ endfunction()
 function(vndoc6_dll)
   vndoc6_glob(sources "*.cpp" registration)
   list(FILTER sources EXCLUDE REGEX "_test\\.cpp$")
-  set(exports ${PROJECT_SOURCE_DIR}/src/registration/VNDoc6.def)
-  if(NOT sources OR NOT EXISTS ${exports})
-    message(STATUS "src/registration has no sources or no VNDoc6.def yet: no VNDoc6.dll")
-    return()
-  endif()
-  add_library(vndoc6_dll SHARED ${sources} ${exports})
+  add_library(vndoc6_dll SHARED ${sources} ${PROJECT_SOURCE_DIR}/src/registration/VNDoc6.def)
   vndoc6_configure(vndoc6_dll)
   set_target_properties(vndoc6_dll PROPERTIES OUTPUT_NAME VNDoc6 PREFIX "")
   target_link_libraries(vndoc6_dll PRIVATE vndoc6)
@@ -70,11 +71,13 @@ function(vndoc6_windows_tests)
   file(GLOB host_tests CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/windows/*.cpp)
   vndoc6_test_program(vndoc6_com_tests ${class_tests} ${host_tests})
   if(TARGET vndoc6_com_tests)
-    if(TARGET vndoc6_dll)
-      add_dependencies(vndoc6_com_tests vndoc6_dll)
-    endif()
+    add_dependencies(vndoc6_com_tests vndoc6_dll)
+    target_include_directories(vndoc6_com_tests SYSTEM PRIVATE ${PROJECT_BINARY_DIR})
+    set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/windows/early_bound_test.cpp
+                                PROPERTIES OBJECT_DEPENDS ${VNDOC6_HEADER})
   endif()
 endfunction()
 
 vndoc6_com_door()
+vndoc6_contract()
 vndoc6_dll()

@@ -22,6 +22,7 @@ check_format() {
 test_gcc() {
   check "GCC build" build release || return
   check_cases "native tests" limited build/native/vndoc6_tests
+  check "published contract" build/native/vndoc6_idl --check idl/VNDoc6.idl
   check "demo" demo_native
   check "consumer of the package" check_consumer_package
   check "consumer with the sources" check_consumer_sources
