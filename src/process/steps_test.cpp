@@ -8,6 +8,7 @@
 #include "automation/error.h"
 #include "automation/late_bound.h"
 #include "core/document.h"
+#include "tests/support/plain_document.h"
 #include "tests/support/recording_listener.h"
 
 namespace vndoc6 {
@@ -165,45 +166,6 @@ TEST(Steps, TextRoundTripsAndNumbersStayAsTheyAre) {
   EXPECT_EQ(text_of(*loaded), text_of(*document));
 }
 
-// The numbering by its rules, on a plain list.
-class PlainNumbering {
- public:
-  std::vector<int32_t> numbers;
-
-  int32_t Highest() const {
-    int32_t highest = 0;
-    for (const int32_t number : numbers) highest = std::max(highest, number);
-    return highest;
-  }
-  void Add() { numbers.push_back(Highest() + 1); }
-  void Remove(size_t at) {
-    Put(at, -1);
-    numbers.erase(numbers.begin() + static_cast<std::ptrdiff_t>(at));
-  }
-  void Put(size_t at, int32_t number) {
-    const int32_t current = numbers[at];
-    if (number == 0) return;
-    if (current == 0) {
-      numbers[at] = number;
-      return;
-    }
-    if (number < 0) {
-      for (int32_t& other : numbers) {
-        if (current >= 1 && other > current) --other;
-      }
-      numbers[at] = -1;
-      return;
-    }
-    number = std::min(number, current < 1 ? Highest() + 1 : Highest());
-    const int32_t low = std::min(number, current < 1 ? number : current);
-    const int32_t high = std::max(number, current < 1 ? number : current);
-    for (int32_t& other : numbers) {
-      if (other >= low && other <= high && other != current) other += number <= current ? 1 : -1;
-    }
-    numbers[at] = number;
-  }
-};
-
 TEST(Steps, NumberingFollowsThePlainRules) {
   std::mt19937 random(6);
   const auto pick = [&](int32_t below) {
@@ -211,7 +173,7 @@ TEST(Steps, NumberingFollowsThePlainRules) {
   };
   const auto document = Make<vnDocument>();
   const Ref<vnSteps> steps = document->Steps();
-  PlainNumbering plain;
+  testing::PlainNumbering plain;
   for (int operation = 0; operation < 6000; ++operation) {
     const int32_t count = steps->Count();
     const int32_t choice = pick(10);

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 #include <random>
 
 #include "core/document.h"
 #include "process/steps.h"
 #include "process/task_order.h"
+#include "tests/support/plain_document.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
 
@@ -153,51 +153,13 @@ TEST(TaskOrderIndex, ClosesTheGapForOrdersAboveIt) {
   EXPECT_TRUE(index.CloseGap(2).empty());
 }
 
-// The order of tasks by its rules: a list of tasks, and the orders that the step counts, which a
-// host that adds or removes tasks itself leaves as they are.
-class PlainOrder {
- public:
-  struct Task {
-    Text key;
-    int32_t order;
-  };
-  std::vector<Task> tasks;
-
-  void New(const Text& key) {
-    const int32_t order = static_cast<int32_t>(counted_.size()) + 1;
-    tasks.push_back({key, order});
-    counted_[key] = order;
-  }
-  // Tasks are found in any letter case, counted orders are not.
-  void Remove(const Text& key) {
-    const auto task = Find(key);
-    if (task == tasks.end()) return;
-    const int32_t removed = task->order;
-    counted_.erase(key);
-    tasks.erase(task);
-    for (auto& [moved_key, order] : counted_) {
-      if (order <= removed) continue;
-      --order;
-      const auto moved = Find(moved_key);
-      if (moved != tasks.end()) moved->order = order;
-    }
-  }
-
- private:
-  std::vector<Task>::iterator Find(const Text& key) {
-    return std::find_if(tasks.begin(), tasks.end(),
-                        [&](const Task& task) { return automation::EqualsFolded(task.key, key); });
-  }
-  std::map<Text, int32_t> counted_;
-};
-
 TEST(Tasks, OrderFollowsThePlainRules) {
   std::mt19937 random(34);
   const auto below = [&](size_t end) { return random() % end; };
   const auto document = Make<vnDocument>();
   const Ref<vnStep> step = document->NewStep();
   const Ref<vnTasks> tasks = step->Tasks();
-  PlainOrder plain;
+  testing::PlainOrder plain;
   for (int operation = 0; operation < 5000; ++operation) {
     const size_t count = plain.tasks.size();
     const size_t choice = count == 0 ? 0 : count > 30 ? 3 : below(8);
