@@ -63,10 +63,6 @@ Ref<T> LazyPart(Lazy<T>& part, vnDocument* document) {
   return part.Get(make, load);
 }
 
-Ref<Object> DefinitionFrom(Lazy<Object>& kept, Ref<Object> (*make)(const Text&)) {
-  return kept.Get([&] { return make(kept.text().ToText()); }, [](Object&, const KeptText&) {});
-}
-
 }  // namespace
 
 vnDocument::vnDocument() {
@@ -179,10 +175,10 @@ Ref<Object> vnDocument::FormSteps() { return Form(steps_definitions_); }
 Ref<Object> vnDocument::FormLinks() { return Form(links_definitions_); }
 
 Ref<Object> vnDocument::FieldDefs(Definitions& definitions) {
-  return DefinitionFrom(definitions.field_defs, &fields::MakeFieldDefs);
+  return fields::Read(*this, definitions.field_defs, &fields::MakeFieldDefs);
 }
 Ref<Object> vnDocument::Form(Definitions& definitions) {
-  return DefinitionFrom(definitions.form, &fields::MakeFormDef);
+  return fields::Read(*this, definitions.form, &fields::MakeFormDef);
 }
 
 void vnDocument::SetFieldDefsDetails(const Text& psFieldDefs, const Text& psForm) {

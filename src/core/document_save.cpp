@@ -19,10 +19,8 @@
 
 namespace vndoc6 {
 
-using automation::Object;
 using automation::Ref;
 using common::BagWriter;
-using common::Lazy;
 
 namespace {
 
@@ -32,15 +30,6 @@ constexpr int32_t kNotWritten = 2;
 template <class T>
 void WritePart(T& part, BagWriter& writer) {
   part.InternalWrite(writer);
-}
-
-// A foreign object's own text, or the kept one.
-void AddDefinition(BagWriter& writer, const char* key, const Lazy<Object>& definition) {
-  if (Object* built = definition.built()) {
-    writer.Add(key, fields::TextOf(*built));
-  } else {
-    writer.Add(key, definition.text());
-  }
 }
 
 }  // namespace
@@ -119,15 +108,15 @@ void vnDocument::WriteParts(BagWriter& writer, bool with_progress) {
     if (properties_) properties_->InternalWrite(nested);
   });
   progress(30);
-  AddDefinition(writer, "FDD", details_definitions_.field_defs);
+  fields::Write(writer, "FDD", details_definitions_.field_defs);
   progress(40);
-  AddDefinition(writer, "FoD", details_definitions_.form);
+  fields::Write(writer, "FoD", details_definitions_.form);
   progress(50);
-  AddDefinition(writer, "FDS", steps_definitions_.field_defs);
-  AddDefinition(writer, "FoS", steps_definitions_.form);
+  fields::Write(writer, "FDS", steps_definitions_.field_defs);
+  fields::Write(writer, "FoS", steps_definitions_.form);
   progress(60);
-  AddDefinition(writer, "FDL", links_definitions_.field_defs);
-  AddDefinition(writer, "FoL", links_definitions_.form);
+  fields::Write(writer, "FDL", links_definitions_.field_defs);
+  fields::Write(writer, "FoL", links_definitions_.form);
   progress(70);
   files_.Save(writer, "FL", WritePart<vnFiles>);
   progress(80);

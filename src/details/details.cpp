@@ -74,9 +74,7 @@ automation::Ref<vnTitleRef> vnDetails::AuthorisedBy() {
 }
 
 automation::Ref<automation::Object> vnDetails::Fields() {
-  const automation::Ref<vnDetails> self(this);
-  return fields_.Get([this] { return fields::MakeFieldValues(fields_.text().ToText()); },
-                     [](automation::Object&, const common::KeptText&) {});
+  return fields::Read(*this, fields_, &fields::MakeFieldValues);
 }
 
 void vnDetails::NewRevision(const Text& psReason) {
@@ -117,11 +115,7 @@ void vnDetails::InternalWrite(common::BagWriter& writer) const {
   writer.Add("Tbl", table_);
   writer.Add("Frm", form_);
   writer.Add("N", notes_);
-  if (automation::Object* values = fields_.built()) {
-    writer.Add("F", fields::TextOf(*values));
-  } else {
-    writer.Add("F", fields_.text());
-  }
+  fields::Write(writer, "F", fields_);
   if (!read_password_.empty()) writer.Add("RP", read_password_);
   if (!write_password_.empty()) writer.Add("WP", write_password_);
 }

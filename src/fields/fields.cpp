@@ -30,6 +30,21 @@ Ref<Object> MakeFieldValues(const Text& text) {
 }
 Ref<Object> MakeFormDef(const Text& text) { return MakeLoaded<FormDef>(u"Forms2.FormDef", text); }
 
+Ref<Object> Read(Object& owner, common::Lazy<Object>& kept, Ref<Object> (*make)(const Text& text)) {
+  // Making it may run a host's code, which may let go of the owner.
+  const Ref<Object> self(&owner);
+  return kept.Get([&] { return make(kept.text().ToText()); },
+                  [](Object&, const common::KeptText&) {});
+}
+
+void Write(common::BagWriter& writer, std::string_view key, const common::Lazy<Object>& kept) {
+  if (Object* object = kept.built()) {
+    writer.Add(key, TextOf(*object));
+  } else {
+    writer.Add(key, kept.text());
+  }
+}
+
 Text TextOf(Object& object) { return automation::Get(object, u"Text").ToText(); }
 
 void SetDatabase(Object& field_defs, Object* database) {

@@ -8,6 +8,7 @@
 #include "automation/error.h"
 #include "automation/late_bound.h"
 #include "automation/services.h"
+#include "core/document.h"
 #include "fields/stand_ins.h"
 
 namespace vndoc6::fields {
@@ -75,6 +76,18 @@ TEST(Fields, AHostsObjectTakesTheStandInsPlaceWhileItIsRegistered) {
     RegisterFactory(kind.programmatic_id, {});
     EXPECT_EQ(kind.make(u"x")->TypeName(), kind.stand_in);
   }
+}
+
+TEST(Fields, AHostMayLetGoOfTheOwnerWhileItsObjectIsMade) {
+  const size_t live = Object::LiveCount();
+  auto owner = Make<vnDocument>();
+  RegisterFactory(u"Fields.FieldDefs", [&owner] {
+    owner = nullptr;
+    return Ref<Object>(Make<FieldDefs>());
+  });
+  EXPECT_EQ(owner->FieldDefsSteps()->TypeName(), "FieldDefs");
+  RegisterFactory(u"Fields.FieldDefs", {});
+  EXPECT_EQ(Object::LiveCount(), live);
 }
 
 TEST(Fields, FieldDefinitionsTakeADatabase) {

@@ -164,9 +164,7 @@ void vnStep::SetAttachments(Properties* poAttachments) {
 Ref<Properties> vnStep::Dependancies() { return common::BagPart(content().dependancies, this); }
 
 Ref<Object> vnStep::Fields() {
-  Lazy<Object>& values = content().fields;
-  return values.Get([&values] { return fields::MakeFieldValues(values.text().ToText()); },
-                    [](Object&, const KeptText&) {});
+  return fields::Read(*this, content().fields, &fields::MakeFieldValues);
 }
 void vnStep::InternalSetFieldsObject(Object* fields) { content().fields.Set(fields); }
 

@@ -149,11 +149,7 @@ void vnStep::WriteContent(BagWriter& writer, Content& content) {
   content.figure.Save(writer, "Fig", WriteObject<vnFigure>);
   content.files.Save(writer, "FL", WriteObject<vnFiles>);
   content.jumps.Save(writer, "J", WriteObject<vnJumps>);
-  if (Object* values = content.fields.built()) {
-    writer.Add("Fd", fields::TextOf(*values));
-  } else {
-    writer.Add("Fd", content.fields.text());
-  }
+  fields::Write(writer, "Fd", content.fields);
   content.conditions.Save(writer, "C", WriteObject<vnConditions>);
   content.properties.Save(writer, "P", WriteBag);
   content.tasks.Save(writer, "T", WriteObject<vnTasks>);
