@@ -38,7 +38,7 @@ constexpr Irregularity kIrregularities[] = {
     {"vnDocument", u"DocumentVersion", "a save writes the version that saves"},
     {"vnDetails", u"Key", "made when details without one are saved"},
     {"vnFigure", u"Key", "lives as long as the figure"},
-    {"vnFigure", u"PictureIndex", "an index of one session"},
+    {"vnFigure", u"PictureIndex", "an index while a host runs"},
     {"vnChart", u"ShadowOffsetX", "every load gives 120"},
     {"vnChart", u"PageMarginsColour", "read from the flag that shows the margins"},
 };

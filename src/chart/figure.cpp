@@ -34,7 +34,7 @@ constexpr std::tuple kToPicture{
     row(&V::moveable_x, "MX", true, vndMoveableX), row(&V::moveable_y, "MY", true, vndMoveableY),
 };
 constexpr std::tuple kFromPicture{
-    // Hosts keep the index for one session only and rely on it not coming back.
+    // Hosts keep the index only while they run and rely on it not coming back.
     row(&V::picture_index, "PI", 0, vndPictureIndex).NeverLoaded(),
     row(&V::picture_position, "PP", 9, vndPicturePosition),
     row(&V::scrollable_x, "SX", true, vndScrollableX),

@@ -42,7 +42,7 @@ struct Difference {
 // find it. Values are different when their kinds are; pictures are compared by their bytes, fonts
 // by their values, property bags entry by entry, and a host's own objects by their Text. Members of
 // collections are paired by their keys, exactly; members that have no keys, or the same, in their
-// order. What the session adds to a document is no difference: content.h tells what that is.
+// order. What a running host adds to a document is no difference: content.h tells what that is.
 //
 // Two objects of a document, or of two documents, can be compared as well, of one class as a rule:
 // if their classes differ, that is the one difference.

@@ -49,14 +49,14 @@ constexpr LeftOut kLeftOut[] = {
     {"vnStep", "Links", "a working list of what stands in the document's links"},
     {"vnDocument", "Titles", "the title handler's list, not the document's"},
     {"vnJump", "JumpDocument", "another document; FileName tells which"},
-    {kEveryClass, "Database", "the session's connection"},
+    {kEveryClass, "Database", "the host's connection"},
     {"vnDocument", "FileVersion", "tells of the last load"},
-    {"vnDocument", "AllowWrite", "the session's access"},
-    {kEveryClass, "ChangeEvents", "a setting of the session"},
-    {kEveryClass, "ChangeEventsLoading", "a setting of the session"},
+    {"vnDocument", "AllowWrite", "the host's access"},
+    {kEveryClass, "ChangeEvents", "a setting of the host's"},
+    {kEveryClass, "ChangeEventsLoading", "a setting of the host's"},
     {"vnDocument", "FileName", "where the document lies"},
     {"vnTemplateLibrary", "FileName", "where the library lies"},
-    {"vnLine", "UpdateExtraPoints", "a setting of the session"},
+    {"vnLine", "UpdateExtraPoints", "a setting of the host's"},
 };
 
 // Properties that are rows of values, numbered from 1.

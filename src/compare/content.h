@@ -2,7 +2,7 @@
 // tables. No class has code here; a new member of a class is read as soon as its table has it.
 //
 // Content is what a host can read, without what is the same thing seen from elsewhere (the way
-// back to the owner) and without what belongs to the session and not to the object (the file's
+// back to the owner) and without what belongs to the running host and not to the object (the file's
 // name, the opened target of a jump). content.cpp lists each such member with its reason.
 #pragma once
 
