@@ -199,6 +199,10 @@ Ref<vnStep> AddStep(vnDocument& document, const StepPlan& plan) {
   figure->SetTop(300 + plan.row * kRow);
   if (plan.shape == vndoc6::vnsDecision) {
     figure->SetFillColour(0x00CCFFFF);
+    figure->SetLeft(figure->Left() - 240);
+    figure->SetTop(figure->Top() - 90);
+    figure->SetWidth(1680);
+    figure->SetHeight(780);
     figure->Font()->SetItalic(true);
   }
   for (const char16_t* name : plan.tasks) step->NewTask()->SetName(name);
@@ -225,9 +229,9 @@ void AddContainer(vnDocument& document, const char16_t* label, float top, float 
   document.InternalContainers().Add(container.get());
   container->SetLabel(label);
   const Ref<vndoc6::vnFigure> figure = container->Figure();
-  figure->SetLeft(2200);
+  figure->SetLeft(1650);
   figure->SetTop(top);
-  figure->SetWidth(4200);
+  figure->SetWidth(4800);
   figure->SetHeight(height);
   for (const Ref<vnStep>& step : steps) step->SetContainerKey(container->Key());
 }

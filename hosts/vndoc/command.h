@@ -65,6 +65,7 @@ void AddEdit(CLI::App& app, Context& context);
 void AddMembers(CLI::App& app, Context& context);
 void AddNew(CLI::App& app, Context& context);
 void AddRender(CLI::App& app, Context& context);
+void AddReport(CLI::App& app, Context& context);
 void AddShow(CLI::App& app, Context& context);
 
 // The whole program but for its process: parses, runs the command, gives the exit status.

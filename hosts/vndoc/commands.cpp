@@ -6,6 +6,7 @@ void AddCommands(CLI::App& app, Context& context) {
   static constexpr void (*kCommands[])(CLI::App&, Context&) = {
       &AddNew,
       &AddRender,
+      &AddReport,
       &AddShow,
       &AddEdit,
       &AddMembers,

@@ -130,6 +130,7 @@ class Reader {
     out_.back_colour = chart->BackColour();
     out_.shadow_colour = chart->ShadowColour();
     out_.shadow_offset = {Pixels(chart->ShadowOffsetX()), Pixels(chart->ShadowOffsetY())};
+    out_.ellipsis = chart->Ellipsis();
     out_.grid = {Pixels(chart->GridSizeX()), Pixels(chart->GridSizeY())};
     out_.grid_colour = chart->GridColour();
     out_.page = {Pixels(chart->PageWidth()), Pixels(chart->PageHeight())};

@@ -86,6 +86,7 @@ struct Drawing {
   int32_t back_colour = 0xFFFFFF;
   int32_t shadow_colour = 0;
   Point shadow_offset;
+  bool ellipsis = false;  // labels are cut where their shape ends, not where their box ends
   Point grid;
   int32_t grid_colour = 0;
   Point page;

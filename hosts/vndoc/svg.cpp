@@ -72,9 +72,8 @@ std::string StrokeAttributes(const Pen& pen) {
   return out + Dashes(pen);
 }
 
-// The words of a class attribute; none when there are none.
-std::string Classes(bool fill, bool pen, bool ink = false) {
-  std::string words;
+// The class attribute, from its first words on; none when there are no words.
+std::string Classes(bool fill, bool pen, bool ink = false, std::string words = {}) {
   const auto add = [&](bool wanted, const char* word) {
     if (!wanted) return;
     if (!words.empty()) words += ' ';
@@ -116,14 +115,15 @@ struct SetText {
   double Height() const { return static_cast<double>(lines.size()) * size * kLineHeight; }
 };
 
-SetText FitText(const Text& label, const TextFont& font, double width, double height) {
+// `most` is the height at which the smallest text is cut.
+SetText FitText(const Text& label, const TextFont& font, double width, double height, double most) {
   SetText set;
   for (double part = 1; part > kSmallest - 0.01; part -= 0.06) {
     set.size = font.size * part;
     set.lines = WrapText(label, width / set.size, font.bold);
     if (set.Height() <= height && WidestWord(label, font.bold) * set.size <= width) return set;
   }
-  const double room = std::floor(height / (set.size * kLineHeight));
+  const double room = std::floor(std::max(height, most) / (set.size * kLineHeight));
   CutLines(set.lines, static_cast<size_t>(std::clamp(room, 1.0, 1000.0)));
   return set;
 }
@@ -240,7 +240,8 @@ class SvgWriter {
       box.top += drawing_.shadow_offset.y;
       out_ += Shape(figure, box) + Attribute("fill", Colour(drawing_.shadow_colour)) + "/>\n";
     }
-    out_ += Shape(figure, figure.box) + Classes(figure.filled && figure.fill == kWhite, usual_pen) +
+    out_ += Shape(figure, figure.box) +
+            Classes(figure.filled && figure.fill == kWhite, usual_pen, false, "shape") +
             Attribute("fill", figure.filled ? Colour(figure.fill) : "none") +
             StrokeAttributes(figure.pen) + "/>\n";
     if (*figure.outline->detail == '\0') return;
@@ -264,7 +265,8 @@ class SvgWriter {
       alignment = {Across::kLeft, Down::kTop};
       room = {figure.box.left + 8, figure.box.top + 6, std::max(figure.box.width - 16, 8.0), 40};
     }
-    const SetText set = FitText(figure.label, figure.font, room.width, room.height);
+    const SetText set = FitText(figure.label, figure.font, room.width, room.height,
+                                drawing_.ellipsis ? 0 : figure.box.height);
     const bool usual = figure.text_colour == 0 && (!figure.filled || figure.fill == kWhite);
     WriteText(set, figure.font, figure.text_colour,
               Placed(room.width, set.Height(), room, alignment), alignment.across,
@@ -330,7 +332,12 @@ class SvgWriter {
     for (size_t i = 0; i < drawing_.lines.size(); ++i) {
       const Line& line = drawing_.lines[i];
       const std::string classes = Classes(false, line.pen.colour == 0);
-      out_ += "<g class=\"line\">";
+      out_ += "<g class=\"line\"";
+      if (options_.in_page) {
+        out_ += Attribute("data-from", std::to_string(line.from)) +
+                Attribute("data-to", std::to_string(line.to));
+      }
+      out_ += '>';
       if (!line.tooltip.empty()) out_ += "<title>" + Escaped(line.tooltip) + "</title>";
       out_ += "<path" +
               Attribute("d", line.curved ? CurvedPath(line) : StraightPath(line, hops[i])) +
@@ -432,7 +439,8 @@ class SvgWriter {
     const size_t part = chosen > 0 && chosen < line.points.size() ? chosen - 1 : LongestPart(line);
     const Point a = line.points[part];
     const Point b = line.points[part + 1];
-    const SetText set = FitText(line.label, line.font, kWidest, 4 * line.font.size * kLineHeight);
+    const SetText set =
+        FitText(line.label, line.font, kWidest, 4 * line.font.size * kLineHeight, 0);
     const Box around{(a.x + b.x) / 2 - kWidest / 2, (a.y + b.y) / 2, kWidest, 0};
     std::string halo = Classes(false, false, line.text_colour == 0);
     if (line.opaque) {

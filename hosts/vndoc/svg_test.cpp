@@ -62,8 +62,9 @@ TEST_F(SvgTest, AStepIsItsShapeItsLabelAndItsPen) {
   step->Figure()->SetDrawWidth(3);
   step->Figure()->SetDrawStyle(1);
   const std::string svg = Write();
-  EXPECT_THAT(svg, HasSubstr("<path d=\"M10 20 L90 20 L90 60 L10 60 Z\" fill=\"#ffcc00\" "
-                             "stroke=\"#ff0000\" stroke-width=\"3\" stroke-dasharray=\"6 3\"/>"));
+  EXPECT_THAT(
+      svg, HasSubstr("<path d=\"M10 20 L90 20 L90 60 L10 60 Z\" class=\"shape\" fill=\"#ffcc00\" "
+                     "stroke=\"#ff0000\" stroke-width=\"3\" stroke-dasharray=\"6 3\"/>"));
   EXPECT_THAT(svg, HasSubstr("Pay &lt;now&gt;</tspan>"));
   EXPECT_THAT(svg, HasSubstr("<title>Pay &lt;now&gt; (process)"));
 }

@@ -1,0 +1,359 @@
+#include "page.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <map>
+#include <unordered_map>
+#include <vector>
+
+#include "collections/file.h"
+#include "collections/jump.h"
+#include "common/properties.h"
+#include "details/details.h"
+#include "details/revision.h"
+#include "drawing.h"
+#include "markup.h"
+#include "process/condition.h"
+#include "process/container.h"
+#include "process/link.h"
+#include "process/steps.h"
+#include "process/task.h"
+#include "svg.h"
+#include "titles/title_ref.h"
+
+namespace vndoc {
+namespace {
+
+using vndoc6::Text;
+using vndoc6::vnDocument;
+using vndoc6::vnStep;
+using vndoc6::automation::Date;
+using vndoc6::automation::Ref;
+using vndoc6::automation::Variant;
+
+// Calls `visit` with each member of a collection, in order.
+template <class Collection, class Visit>
+void ForEach(const Ref<Collection>& collection, Visit&& visit) {
+  for (int32_t i = 1; i <= collection->Count(); ++i) visit(*collection->Item(Variant(i)));
+}
+
+std::string Element(const char* name, const std::string& content, const char* attributes = "") {
+  return std::string("<") + name + attributes + ">" + content + "</" + name + ">\n";
+}
+
+// A text of the document, in its own direction.
+std::string Shown(const Text& text) { return "<bdi>" + Escaped(text) + "</bdi>"; }
+std::string Paragraph(const Text& text) {
+  return text.empty() ? "" : Element("p", Escaped(text), " dir=\"auto\"");
+}
+
+// The day as year, month and day; empty for no date.
+std::string Day(Date date) {
+  constexpr double kFirst = -657434;  // 1 January 100, the first that automation has
+  constexpr double kLast = 2958465;   // 31 December 9999
+  if (date.days == 0 || !(date.days >= kFirst && date.days <= kLast)) return "";
+  using std::chrono::days, std::chrono::sys_days, std::chrono::year_month_day;
+  constexpr sys_days kZero{
+      year_month_day{std::chrono::year(1899), std::chrono::month(12), std::chrono::day(30)}};
+  const year_month_day day(kZero + days(static_cast<int>(std::floor(date.days))));
+  char text[32];
+  std::snprintf(text, sizeof text, "%04d-%02u-%02u", static_cast<int>(day.year()),
+                static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()));
+  return text;
+}
+
+// A table, or nothing when it has no rows.
+class Table {
+ public:
+  Table(const char* caption, std::initializer_list<const char*> headings) : caption_(caption) {
+    for (const char* heading : headings) head_ += Element("th", heading, " scope=\"col\"");
+  }
+  // The first cell is the row's heading.
+  void AddRow(const std::vector<std::string>& cells) {
+    std::string row = Element("th", cells[0], " scope=\"row\"");
+    for (size_t i = 1; i < cells.size(); ++i) row += Element("td", cells[i]);
+    body_ += Element("tr", row);
+  }
+  bool IsEmpty() const { return body_.empty(); }
+  std::string Html() const {
+    return Element(
+        "div",
+        Element("table", Element("caption", caption_) + Element("thead", Element("tr", head_)) +
+                             Element("tbody", body_)),
+        " class=\"table\" role=\"group\" tabindex=\"0\" aria-label=\"Table\"");
+  }
+
+ private:
+  const char* caption_;
+  std::string head_;
+  std::string body_;
+};
+
+class PageWriter {
+ public:
+  explicit PageWriter(vnDocument& document) : document_(document) {}
+
+  std::string Write() {
+    ReadSteps();
+    const Text title = document_.Details()->Title();
+    const std::string name = title.empty() ? "Untitled procedure" : Escaped(title);
+    AddSection("chart", "Chart", Chart());
+    AddSection("steps", "Steps", Steps());
+    AddTable("roles", "Roles", Roles());
+    AddTable("files", "Files", Files());
+    AddTable("jumps", "Jumps", Jumps());
+    AddTable("revisions", "Revision history", Revisions());
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+           "<meta name=\"color-scheme\" content=\"light dark\">\n"
+           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
+           "img-src data:; style-src 'unsafe-inline'; script-src 'unsafe-inline'\">\n" +
+           Element("title", name) + Element("style", kPageStyle) +
+           "</head>\n<body>\n<a class=\"skip\" href=\"#steps\">Skip to the steps</a>\n" +
+           Element("header", Element("h1", name, " dir=\"auto\"") + Details()) +
+           Element("nav", Element("ul", contents_), " aria-label=\"Contents\"") +
+           Element("main", sections_) + Element("script", kPageScript) + "</body>\n</html>\n";
+  }
+
+ private:
+  struct Outgoing {
+    Text text;
+    Text condition;
+    size_t to;
+  };
+
+  void ReadSteps() {
+    ForEach(document_.Steps(), [this](vnStep& step) {
+      steps_.emplace_back(&step);
+      place_of_.emplace(step.Key(), steps_.size());
+      container_of_.push_back(step.ContainerKey());
+    });
+    // By number; what has none comes last.
+    for (size_t i = 1; i <= steps_.size(); ++i) order_.push_back(i);
+    const auto number = [this](size_t place) {
+      const int32_t index = steps_[place - 1]->StepIndex();
+      return index > 0 ? index : std::numeric_limits<int32_t>::max();
+    };
+    std::stable_sort(order_.begin(), order_.end(),
+                     [&](size_t a, size_t b) { return number(a) < number(b); });
+    outgoing_.resize(steps_.size() + 1);
+    ForEach(document_.Links(), [this](vndoc6::vnLink& link) {
+      const auto from = place_of_.find(link.OriginStepKey());
+      const auto to = place_of_.find(link.DestinationStepKey());
+      if (from == place_of_.end() || to == place_of_.end()) return;
+      outgoing_[from->second].push_back({link.Text(), link.ConditionExpression(), to->second});
+    });
+    auto* containers = static_cast<vndoc6::vnContainers*>(document_.Containers().ToObject().get());
+    ForEach(Ref<vndoc6::vnContainers>(containers), [this](vndoc6::vnContainer& container) {
+      container_names_.emplace(container.Key(), container.Label());
+    });
+  }
+
+  void AddSection(const char* id, const char* heading, const std::string& content) {
+    const std::string name = std::string(id) + "-heading";
+    contents_ += Element("li", std::string("<a href=\"#") + id + "\">" + heading + "</a>");
+    sections_ += std::string("<section id=\"") + id + "\" aria-labelledby=\"" + name + "\">\n" +
+                 "<h2 id=\"" + name + "\">" + heading + "</h2>\n" + content + "</section>\n";
+  }
+  void AddTable(const char* id, const char* heading, const Table& table) {
+    if (!table.IsEmpty()) AddSection(id, heading, table.Html());
+  }
+
+  std::string Details() {
+    const auto details = document_.Details();
+    std::string list;
+    const auto add = [&list](const char* name, const std::string& value) {
+      if (!value.empty()) list += Element("div", Element("dt", name) + Element("dd", value));
+    };
+    const auto text = [](const Text& value) { return value.empty() ? "" : Shown(value); };
+    add("Code", text(details->DocumentCode()));
+    add("Revision", Escaped(vndoc6::automation::NumberText(details->Revision())));
+    add("Approved", Day(details->DateApproved()));
+    add("Authorised by", text(details->AuthorisedBy()->DisplayName()));
+    add("Purpose", text(details->Purpose()));
+    add("Scope", text(details->Scope()));
+    add("Notes", text(details->Notes()));
+    return Element("dl", list, " class=\"details\"") + Paragraph(details->Description());
+  }
+
+  std::string Chart() {
+    SvgOptions options;
+    options.in_page = true;
+    const std::string buttons =
+        "<button type=\"button\" data-zoom=\"out\" aria-label=\"Zoom out\">&#8722;</button>\n"
+        "<button type=\"button\" data-zoom=\"in\" aria-label=\"Zoom in\">+</button>\n"
+        "<button type=\"button\" data-zoom=\"full\">100 %</button>\n"
+        "<button type=\"button\" data-zoom=\"fit\">Fit</button>\n"
+        "<output id=\"zoom\" aria-live=\"polite\"></output>\n";
+    return Element("div", buttons, " class=\"tools\" role=\"toolbar\" aria-label=\"Zoom\"") +
+           Element("div", WriteSvg(ReadDrawing(document_), options),
+                   " id=\"chart-frame\" role=\"region\" tabindex=\"0\" aria-label=\"The chart\"");
+  }
+
+  std::string Steps() {
+    std::string list;
+    for (size_t place : order_) list += Step(place);
+    return list.empty() ? Element("p", "There are no steps.") : list;
+  }
+
+  static std::string Target(size_t place) { return "#step-" + std::to_string(place); }
+
+  std::string StepName(size_t place) {
+    vnStep& step = *steps_[place - 1];
+    const Text label = step.Label();
+    const std::string number =
+        step.StepIndex() > 0 ? std::to_string(step.StepIndex()) + ". " : std::string();
+    return number + (label.empty() ? "Step without a label" : Shown(label));
+  }
+  std::string StepLink(size_t place) {
+    return "<a href=\"" + Target(place) + "\">" + StepName(place) + "</a>";
+  }
+
+  std::string Step(size_t place) {
+    vnStep& step = *steps_[place - 1];
+    const std::string number = std::to_string(place);
+    std::string content = Element("h3", StepName(place));
+    content += Paragraph(step.Description()) + Paragraph(step.Instructions());
+    std::string list;
+    const auto add = [&list](const char* name, const std::string& values) {
+      if (!values.empty()) list += Element("dt", name) + values;
+    };
+    const auto container = container_names_.find(container_of_[place - 1]);
+    if (container != container_names_.end())
+      add("Part of", Element("dd", Shown(container->second)));
+    add("Performed by", Values(step.PerformedBy(), [](vndoc6::vnTitleRef& title) {
+          return Shown(title.DisplayName());
+        }));
+    add("Takes", step.Duration().empty() ? "" : Element("dd", Shown(step.Duration())));
+    add("Tasks", Tasks(step));
+    add("Conditions", Values(step.Conditions(), [](vndoc6::vnCondition& condition) {
+          return Shown(condition.DisplayName()) + " <code dir=\"auto\">" +
+                 Escaped(condition.ConditionTest()) + "</code>";
+        }));
+    add("Depends on", Dependencies(step));
+    add("Files", Values(step.Files(), [](vndoc6::vnFile& file) { return Attached(file); }));
+    add("Jumps to", Values(step.Jumps(), [](vndoc6::vnJump& jump) { return Attached(jump); }));
+    add("Leads to", LeadsTo(place));
+    if (!list.empty()) content += Element("dl", list);
+    content += "<p class=\"back\"><a href=\"#figure-" + number + "\">Show in the chart</a></p>\n";
+    return "<article class=\"card\" id=\"step-" + number + "\">\n" + content + "</article>\n";
+  }
+
+  template <class Collection, class Show>
+  static std::string Values(const Ref<Collection>& collection, Show&& show) {
+    std::string out;
+    ForEach(collection, [&](auto& member) { out += Element("dd", show(member)); });
+    return out;
+  }
+
+  static std::string Attached(const vndoc6::Attachment& attachment) {
+    const std::string name = "<code dir=\"auto\">" + Escaped(attachment.FileName()) + "</code>";
+    return attachment.DisplayName().empty() ? name : Shown(attachment.DisplayName()) + " " + name;
+  }
+
+  // In the order that the tasks are to be done.
+  static std::string Tasks(vnStep& step) {
+    std::vector<Ref<vndoc6::vnTask>> tasks;
+    ForEach(step.Tasks(), [&](vndoc6::vnTask& task) { tasks.emplace_back(&task); });
+    std::stable_sort(tasks.begin(), tasks.end(),
+                     [](const auto& a, const auto& b) { return a->TaskOrder() < b->TaskOrder(); });
+    std::string list;
+    for (const auto& task : tasks) {
+      list +=
+          Element("li", Shown(task->Name()) +
+                            (task->Description().empty() ? "" : ": " + Shown(task->Description())));
+    }
+    return list.empty() ? "" : Element("dd", Element("ol", list));
+  }
+
+  std::string Dependencies(vnStep& step) {
+    std::string out;
+    ForEach(step.Dependancies(), [&](vndoc6::Property& entry) {
+      const auto place = place_of_.find(entry.Key());
+      if (place != place_of_.end()) out += Element("dd", StepLink(place->second));
+    });
+    return out;
+  }
+
+  std::string LeadsTo(size_t place) {
+    std::string out;
+    for (const Outgoing& link : outgoing_[place]) {
+      std::string content = StepLink(link.to);
+      if (!link.text.empty()) content = Shown(link.text) + ": " + content;
+      if (!link.condition.empty()) {
+        content += " <code dir=\"auto\">" + Escaped(link.condition) + "</code>";
+      }
+      out += Element("dd", content);
+    }
+    return out;
+  }
+
+  Table Roles() {
+    std::vector<std::string> names;  // in the order in which they come up
+    std::map<std::string, std::string> steps_of;
+    for (size_t place : order_) {
+      ForEach(steps_[place - 1]->PerformedBy(), [&](vndoc6::vnTitleRef& title) {
+        const std::string name = Shown(title.DisplayName());
+        std::string& list = steps_of[name];
+        if (list.empty()) names.push_back(name);
+        list += Element("li", StepLink(place));
+      });
+    }
+    Table table("Who performs which steps", {"Role", "Steps"});
+    for (const std::string& name : names) {
+      table.AddRow({name, Element("ul", steps_of[name])});
+    }
+    return table;
+  }
+
+  // A row for each file or jump of each step.
+  template <class Get>
+  Table Attachments(const char* caption, const char* target, Get&& get) {
+    Table table(caption, {"Name", target, "Step"});
+    for (size_t place : order_) {
+      ForEach(get(*steps_[place - 1]), [&](const vndoc6::Attachment& member) {
+        table.AddRow({Shown(member.DisplayName()),
+                      "<code dir=\"auto\">" + Escaped(member.FileName()) + "</code>",
+                      StepLink(place)});
+      });
+    }
+    return table;
+  }
+  Table Files() {
+    return Attachments("Files attached to steps", "File",
+                       [](vnStep& step) { return step.Files(); });
+  }
+  Table Jumps() {
+    return Attachments("Other procedures that steps jump to", "Procedure",
+                       [](vnStep& step) { return step.Jumps(); });
+  }
+
+  Table Revisions() {
+    Table table("What changed, and when", {"Revision", "Date", "Number", "Reason"});
+    ForEach(document_.RevisionHistory(), [&](vndoc6::vnRevision& revision) {
+      table.AddRow({Escaped(vndoc6::automation::NumberText(revision.Revision())),
+                    Day(revision.RevisionDate()), std::to_string(revision.IR()),
+                    Shown(revision.Reason())});
+    });
+    return table;
+  }
+
+  vnDocument& document_;
+  std::vector<Ref<vnStep>> steps_;
+  std::vector<size_t> order_;  // places of steps, from 1 on
+  std::unordered_map<Text, size_t> place_of_;
+  std::vector<Text> container_of_;
+  std::unordered_map<Text, Text> container_names_;
+  std::vector<std::vector<Outgoing>> outgoing_;  // by place
+  std::string contents_;
+  std::string sections_;
+};
+
+}  // namespace
+
+std::string WritePage(vnDocument& document) { return PageWriter(document).Write(); }
+
+}  // namespace vndoc
