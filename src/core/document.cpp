@@ -227,18 +227,21 @@ Ref<vnStep> vnDocument::NewStep(const Text& psSourceKey, const Text& psLoadData)
 
 Ref<vnStep> vnDocument::CopyStep(vnStep* poStep) {
   if (poStep == nullptr) throw Error(automation::kObjectNotSet);
+  // What copying builds is reported: a host's handler may let go of the original.
+  const Ref<vnStep> original(poStep);
   auto copy = automation::Make<vnStep>();
   copy->InternalSetDocument(this);
-  copy->InternalCopyFrom(*poStep);
+  copy->InternalCopyFrom(*original);
   steps_->Add(copy.get());
   return copy;
 }
 
 Ref<vnContainer> vnDocument::CopyContainer(vnContainer* poContainer) {
   if (poContainer == nullptr) throw Error(automation::kObjectNotSet);
+  const Ref<vnContainer> original(poContainer);
   auto copy = automation::Make<vnContainer>();
-  copy->InternalSetDocument(this);
-  copy->InternalCopyFrom(*poContainer);
+  // The collection gives it the document: hosts hear of it when it is there, not of its figure.
+  copy->InternalCopyFrom(*original);
   InternalContainers().Add(copy.get());
   return copy;
 }

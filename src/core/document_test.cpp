@@ -125,7 +125,10 @@ TEST(Document, CopiesOfStepsAndContainersAreTheirOwn) {
   const auto container = Make<vnContainer>();
   container->SetLabel(u"group");
   container->Figure()->SetWidth(5);
+  testing::RecordingListener events(*document);
   const Ref<vnContainer> copied = document->CopyContainer(container.get());
+  EXPECT_EQ(events.Take(), (Lines{"ContainerAdded " + automation::ToUtf8(copied->Key())}));
+  EXPECT_EQ(copied->Figure()->Document(), document);
   EXPECT_EQ(copied->Label(), u"group");
   EXPECT_EQ(copied->Figure()->Width(), 5);
   EXPECT_EQ(document->InternalContainers().Count(), 1);

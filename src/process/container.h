@@ -43,7 +43,7 @@ class vnContainer : public Member {
   void InternalSetKey(const Text& key) { key_ = key; }
   void InternalWrite(common::BagWriter& writer) const;
   void InternalLoad(const common::KeptText& text, const Text& key);
-  // Everything but the key and the document, the figure's values included. Reports nothing.
+  // Everything but the key and the document, the figure's values included.
   void InternalCopyFrom(vnContainer& other);
 
  private:
