@@ -1,11 +1,11 @@
 #include "core/document.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "automation/describe.h"
 #include "automation/error.h"
 #include "automation/late_bound.h"
+#include "automation/sink_forwarders.h"
 #include "chart/chart.h"
 #include "chart/figure.h"
 #include "collections/file.h"
@@ -304,16 +304,11 @@ void vnDocument::InternalItemChange(vnItem& item, EnumVantrelChangeEvent type, i
 }
 
 void vnDocument::Connect(automation::EventSink* sink) {
-  forwarders_.push_back(std::make_unique<DocumentEventForwarder>(*sink));
-  listeners_.Add(forwarders_.back().get());
+  automation::ConnectSink(*sink, forwarders_, listeners_);
 }
 
 void vnDocument::Disconnect(automation::EventSink* sink) {
-  const auto found = std::find_if(forwarders_.begin(), forwarders_.end(),
-                                  [&](const auto& forwarder) { return forwarder->sink() == sink; });
-  if (found == forwarders_.end()) return;
-  listeners_.Remove(found->get());
-  forwarders_.erase(found);
+  automation::DisconnectSink(sink, forwarders_, listeners_);
 }
 
 }  // namespace vndoc6

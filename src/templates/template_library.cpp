@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "automation/describe.h"
+#include "automation/sink_forwarders.h"
 #include "common/bag_reader.h"
 #include "common/bag_writer.h"
 #include "common/file_system.h"
@@ -74,16 +75,11 @@ void vnTemplateLibrary::Raise(Event event, Args&&... args) {
 }
 
 void vnTemplateLibrary::Connect(automation::EventSink* sink) {
-  forwarders_.push_back(std::make_unique<TemplateLibraryEventForwarder>(*sink));
-  listeners_.Add(forwarders_.back().get());
+  automation::ConnectSink(*sink, forwarders_, listeners_);
 }
 
 void vnTemplateLibrary::Disconnect(automation::EventSink* sink) {
-  const auto found = std::find_if(forwarders_.begin(), forwarders_.end(),
-                                  [&](const auto& each) { return each->sink() == sink; });
-  if (found == forwarders_.end()) return;
-  listeners_.Remove(found->get());
-  forwarders_.erase(found);
+  automation::DisconnectSink(sink, forwarders_, listeners_);
 }
 
 bool vnTemplateLibrary::Load(const Text& psFileName) {

@@ -1,0 +1,34 @@
+// How an event source connects sinks: each gets a native listener that forwards to it.
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "automation/event_info.h"
+#include "automation/listeners.h"
+
+namespace vndoc6::automation {
+
+template <class Forwarder>
+using SinkForwarders = std::vector<std::unique_ptr<Forwarder>>;
+
+template <class Forwarder, class Listener>
+void ConnectSink(EventSink& sink, SinkForwarders<Forwarder>& forwarders,
+                 ListenerList<Listener>& listeners) {
+  forwarders.push_back(std::make_unique<Forwarder>(sink));
+  listeners.Add(forwarders.back().get());
+}
+
+// Nothing happens for a sink that is not connected.
+template <class Forwarder, class Listener>
+void DisconnectSink(const EventSink* sink, SinkForwarders<Forwarder>& forwarders,
+                    ListenerList<Listener>& listeners) {
+  const auto found = std::find_if(forwarders.begin(), forwarders.end(),
+                                  [&](const auto& forwarder) { return forwarder->sink() == sink; });
+  if (found == forwarders.end()) return;
+  listeners.Remove(found->get());
+  forwarders.erase(found);
+}
+
+}  // namespace vndoc6::automation
