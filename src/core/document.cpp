@@ -238,6 +238,7 @@ Ref<vnStep> vnDocument::CopyStep(vnStep* poStep) {
 
 Ref<vnContainer> vnDocument::CopyContainer(vnContainer* poContainer) {
   if (poContainer == nullptr) throw Error(automation::kObjectNotSet);
+  const Ref<vnDocument> self(this);
   const Ref<vnContainer> original(poContainer);
   auto copy = automation::Make<vnContainer>();
   // The collection gives it the document: hosts hear of it when it is there, not of its figure.

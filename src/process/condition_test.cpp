@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/document.h"
+#include "process/steps.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
 
@@ -92,6 +93,34 @@ TEST(Conditions, AreSavedByKeyInOrder) {
   conditions->Add(Keyed(u"a").get());
   EXPECT_EQ(SavedText(*conditions),
             R"(Cb=~64"K^ab^ADN^a^ACT^a^AFM^a^A":Ca=~64"K^aa^ADN^a^ACT^a^AFM^a^A":)");
+}
+
+// Takes a step out of its document and lets go of it at the first word of a condition.
+class StepRemover : public DocumentListener {
+ public:
+  explicit StepRemover(Ref<vnStep>& step) : step_(step) {}
+  void ConditionChange(vnCondition& eoCondition, int32_t) override {
+    if (!step_) return;
+    eoCondition.Document()->Steps()->Remove(Variant(step_->Key()));
+    step_ = nullptr;
+  }
+
+ private:
+  Ref<vnStep>& step_;
+};
+
+TEST(Conditions, AHandlerMayLetGoOfTheStepThatMakesOne) {
+  const size_t live = automation::Object::LiveCount();
+  {
+    const auto document = Make<vnDocument>();
+    Ref<vnStep> step = document->NewStep();
+    StepRemover remover(step);
+    document->AddListener(&remover);
+    EXPECT_EQ(step->NewCondition(u"n", u"t")->DisplayName(), u"n");
+    EXPECT_EQ(document->Steps()->Count(), 0);
+    document->RemoveListener(&remover);
+  }
+  EXPECT_EQ(automation::Object::LiveCount(), live);
 }
 
 TEST(Conditions, AnyKeySurvivesSavingAndLoading) {

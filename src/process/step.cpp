@@ -171,6 +171,8 @@ void vnStep::InternalSetFieldsObject(Object* fields) { content().fields.Set(fiel
 // --- Conditions, tasks, links ---
 
 Ref<vnCondition> vnStep::NewCondition(const Text& psDisplayName, const Text& psCondition) {
+  // The test is reported before the condition is in its place; a handler may let go of this step.
+  const Ref<vnStep> self(this);
   auto condition = automation::Make<vnCondition>();
   condition->InternalSetDocument(InternalDocument());
   condition->SetDisplayName(psDisplayName);
