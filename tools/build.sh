@@ -29,6 +29,16 @@ demo_native() {
   mkdir -p build/demo && build/native/vndoc6_demo build/demo
 }
 
+# The demo's procedure as a picture and as a page.
+demo_pictures() {
+  build release vndoc >build/demo-build.log 2>&1 || { cat build/demo-build.log; return 1; }
+  local document="build/demo/purchase approval.vn6"
+  build/native/vndoc render "$document" -o build/demo/chart.svg &&
+    build/native/vndoc report "$document" -o build/demo/report.html &&
+    echo "The procedure as a picture: $PWD/build/demo/chart.svg" &&
+    echo "and as a page for a browser: $PWD/build/demo/report.html"
+}
+
 # The same documents read by a script, through the registered DLL.
 demo_script() {
   require hosts/demo/demo.vbs "hosts/demo has no demo.vbs yet" || return 1

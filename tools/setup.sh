@@ -3,6 +3,7 @@
 declare -A packages=(
   [build]="g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev"
   [test]="libgtest-dev libgmock-dev googletest"
+  [browser]="chromium"
   [lint]="clang clang-format clang-tidy libclang-rt-14-dev"
   [bench]="libbenchmark-dev libpugixml-dev rapidjson-dev libsqlite3-dev"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools

@@ -1,7 +1,7 @@
 # `./dev test`: every test and every check of the sources.
 
 run_tests() {
-  setup build test lint bench || exit 1
+  setup build test lint bench browser || exit 1
   test_sources
   test_gcc
   test_clang
@@ -22,8 +22,11 @@ check_format() {
 test_gcc() {
   check "GCC build" build release || return
   check_cases "native tests" limited build/native/vndoc6_tests
+  check_cases "command-line host tests" limited build/native/vndoc_tests
   check "published contract" build/native/vndoc6_idl --check idl/VNDoc6.idl
   check "demo" demo_native
+  check "demo: picture and page" demo_pictures
+  check "report in a browser" tests/vndoc/browser_test.sh build/native/vndoc "build/demo/purchase approval.vn6"
   check "consumer of the package" check_consumer_package
   check "consumer with the sources" check_consumer_sources
   check "README: C++ example" check_readme_cpp
