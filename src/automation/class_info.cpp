@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <optional>
 
 #include "automation/error.h"
 
@@ -40,10 +41,12 @@ class BoundArguments {
       values_ = given.positional.data();
       return;
     }
-    Variant* values = inline_.data();
-    if (count > inline_.size()) {
+    Variant* values = nullptr;
+    if (count > kInlineArguments) {
       overflow_.resize(count);
       values = overflow_.data();
+    } else {
+      values = inline_.emplace().data();
     }
     values_ = values;
     Bind(given, positional_count, values);
@@ -93,7 +96,7 @@ class BoundArguments {
 
   const MemberInfo& member_;
   const Variant* values_ = nullptr;
-  std::array<Variant, kInlineArguments> inline_;
+  std::optional<std::array<Variant, kInlineArguments>> inline_;
   std::vector<Variant> overflow_;
 };
 

@@ -64,14 +64,14 @@ bool NamesNewValue(const DISPPARAMS& params, UINT index) {
 // Script engines send some calls with other flags than the member was declared with: `x.Prop()` as
 // a method, an object assigned without Set as a put, and one with Set as a putref even where the
 // property has only a put.
-CallKind AllowedKinds(WORD flags) {
+CallKind AllowedKinds(const Object& object, DISPID id, WORD flags) {
   auto allowed = static_cast<CallKind>(flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET |
                                                 DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF));
   if (Allows(allowed, CallKind::kCall)) allowed = allowed | CallKind::kGet;
-  if (Allows(allowed, CallKind::kPut | CallKind::kPutRef)) {
-    allowed = allowed | CallKind::kPut | CallKind::kPutRef;
-  }
-  return allowed;
+  if (!Allows(allowed, CallKind::kPut | CallKind::kPutRef)) return allowed;
+  const ClassInfo* info = object.GetClassInfo();
+  const bool as_declared = info != nullptr && info->Find(id, allowed) != nullptr;
+  return as_declared ? allowed : allowed | CallKind::kPut | CallKind::kPutRef;
 }
 
 // An argument that names its position when it can't be read.
@@ -166,12 +166,12 @@ HRESULT GetIdsOfNames(Object& object, LPOLESTR* names, UINT count, DISPID* ids) 
 
 HRESULT InvokeMember(Object& object, DISPID id, WORD flags, const DISPPARAMS& params,
                      VARIANT* result, EXCEPINFO* exception, UINT* argument_at_fault) noexcept {
-  if (result != nullptr) VariantInit(result);
+  if (result != nullptr) result->vt = VT_EMPTY;
   // The call may release the host's last reference.
   const Ref<Object> running(&object);
   return Guarded(
       [&] {
-        const Variant value = Call(object, id, AllowedKinds(flags), params);
+        const Variant value = Call(object, id, AllowedKinds(object, id, flags), params);
         if (result != nullptr) WriteVariant(value, *result);
         return S_OK;
       },

@@ -130,6 +130,15 @@ TEST_F(DispatchTest, TakesTheFlagsThatScriptEnginesSend) {
   EXPECT_FALSE(Get(gadget, L"Partner").value.Object());
 }
 
+// A property may have a put and a putref of its own.
+TEST_F(DispatchTest, AnObjectGoesToThePutrefOnlyWhenItIsSet) {
+  const auto gadget = MakeGadget();
+  Put(gadget, L"Slot", gadget);
+  EXPECT_EQ(GadgetOf(gadget).Label(), u"put");
+  Put(gadget, L"Slot", gadget, DISPATCH_PROPERTYPUTREF);
+  EXPECT_EQ(GadgetOf(gadget).Label(), u"putref");
+}
+
 TEST_F(DispatchTest, SurplusArgumentsGoToTheDefaultMember) {
   const auto gadget = MakeGadget();
   const auto part = MakeGadget();

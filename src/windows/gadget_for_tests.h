@@ -69,6 +69,8 @@ class Gadget final : public Object, public automation::EventSource {
   void SetFont(automation::Font* font) { font_ = Ref<automation::Font>(font); }
   Ref<automation::Picture> GetPicture() const { return picture_; }
   void SetPicture(automation::Picture* picture) { picture_ = Ref<automation::Picture>(picture); }
+  void PutSlot(const Variant&) { label_ = u"put"; }
+  void PutRefSlot(const Variant&) { label_ = u"putref"; }
   Ref<Gadgets> Parts() const { return parts_; }
 
   Text Join(const Text& first, const Text& second, const Text& third) {
@@ -180,6 +182,7 @@ inline const ClassInfo& Gadget::classInfo() {
        putref<&Gadget::SetFont>("Font", "poFont"),
        get<&Gadget::GetPicture>("Picture"),
        putref<&Gadget::SetPicture>("Picture", "poPicture"),
+       put<&Gadget::PutSlot>("Slot", "pvSlot"), putref<&Gadget::PutRefSlot>("Slot", "pvSlot"),
        get<&Gadget::Parts>("Parts"),
        method<&Gadget::Join>("Join", "psFirst", optional("psSecond", u"b"),
                              optional("psThird", u"c")),

@@ -97,7 +97,7 @@ Variant ReadVariant(const VARIANT& value) {
 }
 
 void WriteVariant(const Variant& value, VARIANT& out) {
-  VariantInit(&out);
+  out.vt = VT_EMPTY;
   switch (value.kind()) {
     case ValueKind::kEmpty:
       return;
