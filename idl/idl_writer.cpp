@@ -1,8 +1,7 @@
 #include "idl_writer.h"
 
-#include <cstdio>
-
 #include "automation/error.h"
+#include "guid_text.h"
 #include "published/library.h"
 #include "published/published.h"
 
@@ -14,15 +13,6 @@ using namespace automation;
 constexpr const char* kBanner =
     "// The published automation interface of VNDoc6.\n"
     "// Written by the program vndoc6_idl from the member tables of the classes; don't edit it.\n";
-
-std::string GuidText(const Guid& guid) {
-  char buffer[40];
-  const uint8_t* d = guid.data4;
-  std::snprintf(buffer, sizeof buffer, "%08x-%04x-%04x-%02x%02x-%02x%02x%02x%02x%02x%02x",
-                static_cast<unsigned>(guid.data1), guid.data2, guid.data3, d[0], d[1], d[2], d[3],
-                d[4], d[5], d[6], d[7]);
-  return buffer;
-}
 
 std::string Quoted(std::string_view text) {
   std::string quoted = "\"";

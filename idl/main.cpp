@@ -1,17 +1,24 @@
-// vndoc6_idl FILE writes the published contract to the file; vndoc6_idl --check FILE fails when
-// the file says anything else, so that nothing published changes by accident.
+// vndoc6_idl FILE writes the published contract, or for a .manifest what a program needs to use the
+// DLL without registration; vndoc6_idl --check FILE fails when the file says anything else, so that
+// nothing published changes by accident.
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <string_view>
 
 #include "idl_writer.h"
+#include "manifest_writer.h"
 
 namespace {
+
+std::string TextFor(std::string_view path) {
+  return path.ends_with(".manifest") ? vndoc6::WriteManifest() : vndoc6::WriteIdl();
+}
 
 int Check(const char* path) {
   std::ifstream file(path, std::ios::binary);
   const std::string committed{std::istreambuf_iterator<char>(file), {}};
-  if (committed == vndoc6::WriteIdl()) return 0;
+  if (committed == TextFor(path)) return 0;
   std::cerr << path
             << " differs from the member tables. If a change of the published interface is\n"
             << "intended, write it anew with: vndoc6_idl " << path << "\n";
@@ -20,7 +27,7 @@ int Check(const char* path) {
 
 int Write(const char* path) {
   std::ofstream file(path, std::ios::binary);
-  file << vndoc6::WriteIdl() << std::flush;
+  file << TextFor(path) << std::flush;
   if (file) return 0;
   std::cerr << "cannot write " << path << "\n";
   return 1;

@@ -15,6 +15,13 @@ inline constexpr automation::Guid kLibraryId = {
 inline constexpr int kLibraryMajorVersion = 6;
 inline constexpr int kLibraryMinorVersion = 0;
 
+// The platform's own marshallers for dual and for late-bound interfaces; they read the type
+// library.
+inline constexpr automation::Guid kDualMarshaller = {
+    0x00020424, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+inline constexpr automation::Guid kDispatchMarshaller = {
+    0x00020420, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+
 // What hosts create an object of the class by: "VNDoc6.vnDocument".
 inline std::string ProgrammaticId(const automation::ClassInfo& info) {
   return std::string(kLibraryName) + "." + std::string(info.name());

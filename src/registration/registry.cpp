@@ -25,10 +25,6 @@ constexpr TextView kVersion = u"6.0";
 static_assert(kLibraryMajorVersion == 6 && kLibraryMinorVersion == 0);
 constexpr TextView kPlatform = sizeof(void*) == 8 ? u"win64" : u"win32";
 
-// The platform's own marshallers, which read the type library.
-constexpr TextView kDualMarshaller = u"{00020424-0000-0000-C000-000000000046}";
-constexpr TextView kDispatchMarshaller = u"{00020420-0000-0000-C000-000000000046}";
-
 Text GuidText(const Guid& guid) {
   wchar_t buffer[40];
   const int length = StringFromGUID2(ToIid(guid), buffer, 40);
@@ -56,11 +52,11 @@ void AddClass(const ClassInfo& info, const Text& module, std::vector<Entry>& ent
   entries.push_back({prog_id + u"\\CLSID", u"", GuidText(info.class_id())});
 }
 
-void AddInterface(const Guid& id, const Text& name, TextView marshaller,
+void AddInterface(const Guid& id, const Text& name, const Guid& marshaller,
                   std::vector<Entry>& entries) {
   const Text key = InterfaceKey(id);
   entries.push_back({key, u"", name});
-  entries.push_back({key + u"\\ProxyStubClsid32", u"", Text(marshaller)});
+  entries.push_back({key + u"\\ProxyStubClsid32", u"", GuidText(marshaller)});
   entries.push_back({key + u"\\TypeLib", u"", GuidText(kLibraryId)});
   entries.push_back({key + u"\\TypeLib", u"Version", Text(kVersion)});
 }
