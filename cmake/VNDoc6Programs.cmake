@@ -118,14 +118,15 @@ endfunction()
 
 # The committed contract is what the member tables say.
 function(vndoc6_idl_test)
-  if(TARGET vndoc6_idl)
-    add_test(NAME vndoc6_idl COMMAND vndoc6_idl --check ${PROJECT_SOURCE_DIR}/idl/VNDoc6.idl)
-  endif()
+  foreach(file VNDoc6.idl VNDoc6.manifest)
+    add_test(NAME ${file} COMMAND vndoc6_idl --check ${PROJECT_SOURCE_DIR}/idl/${file})
+  endforeach()
 endfunction()
 
 vndoc6_find_googletest()
 if(WIN32)
   vndoc6_windows_tests()
+  vndoc6_windows_bench()
 else()
   vndoc6_native_tests()
   vndoc6_benchmarks()

@@ -63,6 +63,11 @@ function(vndoc6_dll)
   set_target_properties(vndoc6_dll PROPERTIES OUTPUT_NAME VNDoc6 PREFIX "")
   target_link_libraries(vndoc6_dll PRIVATE vndoc6)
   vndoc6_resources(vndoc6_dll)
+  add_custom_command(
+    TARGET vndoc6_dll POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different ${PROJECT_SOURCE_DIR}/idl/VNDoc6.manifest
+            $<TARGET_FILE_DIR:vndoc6_dll>
+    VERBATIM)
 endfunction()
 
 # Tests of the door, run under Wine where there is no Windows.
@@ -76,6 +81,13 @@ function(vndoc6_windows_tests)
     set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/windows/early_bound_test.cpp
                                 PROPERTIES OBJECT_DEPENDS ${VNDOC6_HEADER})
   endif()
+endfunction()
+
+# `./dev bench windows`: what a call through the door costs.
+function(vndoc6_windows_bench)
+  vndoc6_program(vndoc6_door_bench ${PROJECT_SOURCE_DIR}/bench/windows/door_bench.cpp ${VNDOC6_HEADER})
+  add_dependencies(vndoc6_door_bench vndoc6_dll)
+  target_include_directories(vndoc6_door_bench SYSTEM PRIVATE ${PROJECT_BINARY_DIR})
 endfunction()
 
 vndoc6_com_door()

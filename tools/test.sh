@@ -24,6 +24,7 @@ test_gcc() {
   check_cases "native tests" limited build/native/vndoc6_tests
   check_cases "command-line host tests" limited build/native/vndoc_tests
   check "published contract" build/native/vndoc6_idl --check idl/VNDoc6.idl
+  check "manifest" build/native/vndoc6_idl --check idl/VNDoc6.manifest
   check "demo" demo_native
   check "demo: picture and page" demo_pictures
   check "report in a browser" tests/vndoc/browser_test.sh build/native/vndoc "build/demo/purchase approval.vn6"
@@ -76,6 +77,13 @@ check_readme_cpp() {
     build_consumer -DCMAKE_PREFIX_PATH="$PWD/build/stage" -DMAIN="$PWD/build/readme/example.cpp"
 }
 
+# check_tour SCRIPT: runs it and compares what it says with its transcript.
+check_tour() {
+  mkdir -p build/tour
+  wine_register && wine_script "tests/windows/hosts/$1" "$(windows_path build/tour)" >build/tour/said &&
+    diff "tests/windows/hosts/$1.txt" <(tr -d '\r' <build/tour/said)
+}
+
 check_readme_script() {
   readme_example vbs build/readme/example.vbs && wine_start && wine_register &&
     wine_script build/readme/example.vbs
@@ -111,6 +119,8 @@ test_under_wine() {
   check "Wine prefix" wine_start || return 0
   check_cases "tests under Wine" wine_run build/win64/vndoc6_com_tests.exe
   check "demo: script" demo_script
+  check "tour: VBScript" check_tour tour.vbs
+  check "tour: JScript" check_tour tour.js
   check "README: script example" check_readme_script
   check "32-bit build" build win32 && test_32_bit
   wine_stop

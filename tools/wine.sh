@@ -61,7 +61,7 @@ wine_register() {
 wine_script() {
   local done=77 copy status=0
   copy=build/$(basename "$1")
-  { cat "$1" && printf '\r\nWScript.Quit %d\r\n' $done; } >"$copy" || return 1
+  { cat "$1" && printf '\r\nWScript.Quit(%d)\r\n' $done; } >"$copy" || return 1
   shift
   wine_run cscript //nologo "$(windows_path "$copy")" "$@" || status=$?
   if [[ $status -eq $done ]]; then return 0; fi
