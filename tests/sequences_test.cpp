@@ -534,6 +534,7 @@ void Sequence::RemoveEntry(Subject& subject) {
 
 void Sequence::Hold(Subject& subject) {
   if (held_.size() >= kMostHeld) return LetGo(subject);
+  const Occupied closed(subject, Busy::kClosed);  // as in MoveFigure
   const Ref<vnDocument>& document = subject.document;
   Ref<Object> object = document;
   switch (Pick(6)) {
@@ -581,7 +582,7 @@ void Sequence::LetGo(Subject& /*subject*/) {
 }
 
 TEST(Sequences, OfOperationsFollowThePlainRules) {
-  const size_t operations = FromEnvironment("VNDOC6_SEQUENCE_OPERATIONS", 50000);
+  const size_t operations = FromEnvironment("VNDOC6_SEQUENCE_OPERATIONS", 100000);
   const auto seed = static_cast<uint32_t>(FromEnvironment("VNDOC6_SEQUENCE_SEED", 6));
   const size_t before = Object::LiveCount();
   {

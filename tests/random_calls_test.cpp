@@ -1,0 +1,37 @@
+// Calls that no host makes on purpose, in any order: nothing but the errors that hosts know comes
+// of them, and nothing stays behind.
+#include "tests/support/random_calls.h"
+
+#include <gtest/gtest.h>
+
+#include "published/published.h"
+#include "tests/hostile_text.h"
+
+namespace vndoc6 {
+namespace {
+
+TEST(RandomCalls, ReachEveryMemberAndLeaveNothingBehind) {
+  const size_t before = automation::Object::LiveCount();
+  const testing::TemporaryFolder folder;
+  std::set<std::string> called;
+  for (uint32_t seed = 1; seed <= 200; ++seed) {
+    testing::Random random(seed);
+    std::vector<uint8_t> bytes(6000);
+    for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
+    {
+      testing::RandomCalls calls(bytes, folder);
+      calls.Run();
+      called.insert(calls.called().begin(), calls.called().end());
+    }
+    ASSERT_EQ(automation::Object::LiveCount(), before) << seed;
+  }
+  for (const PublishedClass& published : PublishedClasses()) {
+    for (const automation::MemberInfo& member : published.info().members()) {
+      const std::string name = std::string(published.info().name()) + "." + member.name;
+      EXPECT_EQ(called.count(name), 1U) << name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vndoc6
