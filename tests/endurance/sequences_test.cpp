@@ -1,11 +1,9 @@
 // Long random sequences of what hosts do with whole documents, from inside event handlers too, held
-// against the plain rules. VNDOC6_SEQUENCE_OPERATIONS and VNDOC6_SEQUENCE_SEED make the sequence
-// longer, and another one.
+// against the plain rules.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 
@@ -20,6 +18,7 @@
 #include "process/link.h"
 #include "process/steps.h"
 #include "process/task.h"
+#include "tests/endurance/soak.h"
 #include "tests/hostile_text.h"
 #include "tests/support/plain_document.h"
 #include "tests/support/temporary_folder.h"
@@ -36,11 +35,6 @@ using testing::PlainDocument;
 using testing::PlainLink;
 using testing::PlainStep;
 
-size_t FromEnvironment(const char* name, size_t otherwise) {
-  const char* text = std::getenv(name);
-  return text != nullptr ? std::strtoull(text, nullptr, 10) : otherwise;
-}
-
 // What a handler may do to a document while an operation on it runs.
 enum class Busy {
   kFree,     // anything
@@ -54,7 +48,7 @@ class Sequence {
       : random_(seed), folder_(folder) {}
 
   // Gives the first difference, in words; empty for none.
-  std::string Run(size_t operations);
+  std::string Run(int32_t operations);
   // Lets go of everything, in random order.
   void ReleaseAll();
 
@@ -175,8 +169,8 @@ class Sequence {
   std::string failure_;
 };
 
-std::string Sequence::Run(size_t operations) {
-  for (size_t i = 0; i < operations && failure_.empty(); ++i) {
+std::string Sequence::Run(int32_t operations) {
+  for (int32_t i = 0; i < operations && failure_.empty(); ++i) {
     OperateOnce();
     if (!OneIn(8) || subjects_.empty()) continue;
     Verify(*SubjectPtr(subjects_[Pick(subjects_.size())]));
@@ -582,13 +576,11 @@ void Sequence::LetGo(Subject& /*subject*/) {
 }
 
 TEST(Sequences, OfOperationsFollowThePlainRules) {
-  const size_t operations = FromEnvironment("VNDOC6_SEQUENCE_OPERATIONS", 100000);
-  const auto seed = static_cast<uint32_t>(FromEnvironment("VNDOC6_SEQUENCE_SEED", 6));
   const size_t before = Object::LiveCount();
   {
     const testing::TemporaryFolder folder;
-    Sequence sequence(seed, folder);
-    EXPECT_EQ(sequence.Run(operations), "");
+    Sequence sequence(testing::Seed(), folder);
+    EXPECT_EQ(sequence.Run(testing::Times(100000)), "");
     sequence.ReleaseAll();
   }
   EXPECT_EQ(Object::LiveCount(), before);

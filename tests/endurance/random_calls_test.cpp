@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "published/published.h"
+#include "tests/endurance/soak.h"
 #include "tests/hostile_text.h"
 
 namespace vndoc6 {
@@ -14,8 +15,8 @@ TEST(RandomCalls, ReachEveryMemberAndLeaveNothingBehind) {
   const size_t before = automation::Object::LiveCount();
   const testing::TemporaryFolder folder;
   std::set<std::string> called;
-  for (uint32_t seed = 1; seed <= 200; ++seed) {
-    testing::Random random(seed);
+  for (int32_t run = 0; run < testing::Times(100); ++run) {
+    testing::Random random(testing::Seed() + static_cast<uint32_t>(run));
     std::vector<uint8_t> bytes(6000);
     for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
     {
@@ -23,7 +24,7 @@ TEST(RandomCalls, ReachEveryMemberAndLeaveNothingBehind) {
       calls.Run();
       called.insert(calls.called().begin(), calls.called().end());
     }
-    ASSERT_EQ(automation::Object::LiveCount(), before) << seed;
+    ASSERT_EQ(automation::Object::LiveCount(), before) << run;
   }
   for (const PublishedClass& published : PublishedClasses()) {
     for (const automation::MemberInfo& member : published.info().members()) {

@@ -1,0 +1,13 @@
+// Any member, with any arguments, in any order: errors that hosts know, and nothing left behind.
+#include <cstdint>
+#include <cstdlib>
+
+#include "automation/object.h"
+#include "tests/support/random_calls.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static const vndoc6::testing::TemporaryFolder folder;
+  vndoc6::testing::RandomCalls({data, size}, folder).Run();
+  if (vndoc6::automation::Object::LiveCount() != 0) std::abort();
+  return 0;
+}
