@@ -14,6 +14,7 @@ namespace {
 
 constexpr double kGapX = 36;        // between neighbours in a layer
 constexpr double kPassingGap = 14;  // beside a line that passes through
+constexpr double kGapParts = 40;    // more, between what no line joins
 constexpr double kGapY = 44;        // between layers, without the tracks of their lines
 constexpr double kTrack = 12;       // between lines side by side
 constexpr double kSame = 0.5;       // closer than this is the same place
@@ -88,6 +89,7 @@ class Placer {
     out_.routes.resize(edges.size());
     x_.resize(layers_.cells.size());
     gaps_.resize(layers_.layers.size() + 1);
+    FindParts();
   }
 
   Layout Place() {
@@ -131,6 +133,21 @@ class Placer {
     bool to_side = false;    // enters it sideways, not from above
   };
 
+  // Numbers the parts of the graph: cells that lines join, whichever way, bear the same number.
+  void FindParts() {
+    std::vector<size_t> leader(layers_.cells.size());
+    for (size_t i = 0; i < leader.size(); ++i) leader[i] = i;
+    const auto find = [&](size_t cell) {
+      while (leader[cell] != cell) cell = leader[cell] = leader[leader[cell]];
+      return cell;
+    };
+    for (size_t i = 0; i < edges_.size(); ++i) {
+      leader[find(edges_[i].to)] = find(edges_[i].from);
+      for (size_t cell : layers_.paths[i]) leader[find(cell)] = find(edges_[i].from);
+    }
+    for (size_t i = 0; i < leader.size(); ++i) part_.push_back(find(i));
+  }
+
   double HalfWidth(size_t cell) const {
     const size_t box = layers_.cells[cell].box;
     return box == Cell::kPassing ? 0 : out_.boxes[box].width / 2;
@@ -140,7 +157,9 @@ class Placer {
   double Distance(size_t left, size_t right) const {
     const bool passing =
         layers_.cells[left].box == Cell::kPassing || layers_.cells[right].box == Cell::kPassing;
-    return HalfWidth(left) + HalfWidth(right) + (passing ? kPassingGap : kGapX);
+    const bool apart = part_[left] != part_[right];
+    return HalfWidth(left) + HalfWidth(right) + (passing ? kPassingGap : kGapX) +
+           (apart ? kGapParts : 0);
   }
 
   void PlaceAcross() {
@@ -345,7 +364,8 @@ class Placer {
   const std::vector<LayoutEdge>& edges_;
   Layering layers_;
   Layout out_;
-  std::vector<double> x_;  // the centres of the cells
+  std::vector<double> x_;     // the centres of the cells
+  std::vector<size_t> part_;  // of each cell
   std::vector<Gap> gaps_;
   std::vector<Lane> lanes_;
 };

@@ -82,6 +82,12 @@ TEST(Layout, TheSameStepsGiveTheSameLayout) {
               LayOutSteps(200, edges).routes.back().bends);
 }
 
+TEST(Layout, WhatNoLineJoinsStandsFartherApart) {
+  const Layout layout = LayOutSteps(5, {{0, 1}, {0, 2}, {3, 4}});
+  EXPECT_GT(layout.boxes[4].left - layout.boxes[2].Right(),
+            layout.boxes[2].left - layout.boxes[1].Right());
+}
+
 TEST(Layout, LooseStepsFillRows) {
   const Layout layout = LayOutSteps(9, {});
   std::set<double> tops;

@@ -281,8 +281,9 @@ class PageWriter {
   std::string LeadsTo(size_t place) {
     std::string out;
     for (const Outgoing& link : outgoing_[place]) {
-      std::string content = StepLink(link.to);
-      if (!link.text.empty()) content = Shown(link.text) + ": " + content;
+      std::string content;
+      if (!link.text.empty()) content += Shown(link.text) + ": ";
+      content += StepLink(link.to);
       if (!link.condition.empty()) {
         content += " <code dir=\"auto\">" + Escaped(link.condition) + "</code>";
       }

@@ -354,17 +354,19 @@ class SvgWriter {
   }
 
   static std::string StraightPath(const Line& line, const std::vector<std::vector<double>>& hops) {
+    const std::string arc = " A" + Number(kHopRadius) + " " + Number(kHopRadius);
+    const std::string over_right = arc + " 0 0 1 ";
+    const std::string over_left = arc + " 0 0 0 ";
     std::string path = "M" + At(line.points.front());
     for (size_t k = 1; k < line.points.size(); ++k) {
       const Point to = line.points[k];
       const bool right = to.x > line.points[k - 1].x;
       std::vector<double> places = hops[k - 1];
       if (!right) std::reverse(places.begin(), places.end());
-      const std::string radius = Number(kHopRadius);
       for (double x : places) {
         const double half = right ? kHopRadius : -kHopRadius;
-        path += " L" + At({x - half, to.y}) + " A" + radius + " " + radius + " 0 0 " +
-                (right ? "1 " : "0 ") + At({x + half, to.y});
+        path.append(" L").append(At({x - half, to.y}));
+        path.append(right ? over_right : over_left).append(At({x + half, to.y}));
       }
       path += " L" + At(to);
     }

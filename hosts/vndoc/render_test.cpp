@@ -1,0 +1,78 @@
+// The commands render and report, run as from a shell.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <vector>
+
+#include "command.h"
+#include "process/steps.h"
+
+namespace vndoc {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class RenderTest : public testing::Test {
+ protected:
+  RenderTest() {
+    std::filesystem::create_directories(folder_);
+    const auto document = vndoc6::automation::Make<vnDocument>();
+    document->NewStep()->SetLabel(u"Ask");
+    document->SaveAs(vndoc6::automation::FromUtf8(file_));
+  }
+  ~RenderTest() override { std::filesystem::remove_all(folder_); }
+
+  int RunWith(std::vector<const char*> arguments) {
+    arguments.insert(arguments.begin(), "vndoc");
+    out_.str("");
+    err_.str("");
+    Context context{in_, out_, err_, false, {}, {}};
+    return vndoc::Run(static_cast<int>(arguments.size()), arguments.data(), context);
+  }
+
+  static std::string Bytes(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+
+  std::string folder_ = testing::TempDir() + "vndoc render";
+  std::string file_ = folder_ + "/document.vn6";
+  std::string target_ = folder_ + "/target";
+  std::istringstream in_;
+  std::ostringstream out_, err_;
+};
+
+TEST_F(RenderTest, WritesAPictureAndAPage) {
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", target_.c_str()}), kDone);
+  EXPECT_THAT(Bytes(target_), StartsWith("<?xml"));
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", "-"}), kDone);
+  EXPECT_EQ(out_.str(), Bytes(target_)) << "the same each time";
+  EXPECT_EQ(RunWith({"report", file_.c_str(), "-o", target_.c_str()}), kDone);
+  EXPECT_THAT(Bytes(target_), StartsWith("<!DOCTYPE html>"));
+}
+
+TEST_F(RenderTest, AMissingConverterIsNamedAndNothingIsWritten) {
+  const char* const path = std::getenv("PATH");
+  const std::string kept = path != nullptr ? path : "";
+  setenv("PATH", folder_.c_str(), 1);
+  const int status = RunWith({"render", file_.c_str(), "--png", "-o", target_.c_str()});
+  setenv("PATH", kept.c_str(), 1);
+  EXPECT_EQ(status, kFailed);
+  EXPECT_THAT(err_.str(), HasSubstr("rsvg-convert is missing"));
+  EXPECT_FALSE(std::filesystem::exists(target_));
+}
+
+TEST_F(RenderTest, WhatCannotBeReadLeavesTheTargetAlone) {
+  std::ofstream(target_) << "as it was";
+  EXPECT_EQ(RunWith({"render", (folder_ + "/none").c_str(), "-o", target_.c_str()}), kFailed);
+  EXPECT_EQ(Bytes(target_), "as it was");
+}
+
+}  // namespace
+}  // namespace vndoc
