@@ -228,7 +228,7 @@ class Placer {
         const auto [from, to] = edges_[i];
         if ((x_[from] + x_[to] >= left + right) != on_right) continue;
         members.push_back(i);
-        const auto [low, high] = std::minmax(LayerOf(from), LayerOf(to));
+        const auto [low, high] = std::minmax({LayerOf(from), LayerOf(to)});
         spans.push_back({static_cast<double>(low), static_cast<double>(high) + 0.9});
       }
       size_t count = 0;

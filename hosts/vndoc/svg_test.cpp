@@ -150,10 +150,11 @@ TEST_F(SvgTest, LinesGoAroundFiguresInTheirWay) {
   const auto top = AddStep(u"a", 0, 0);
   AddStep(u"between", 0, 1500);
   AddLink(top, AddStep(u"b", 0, 3000));
-  for (const Point& point : Read().lines[0].points) {
+  const std::vector<Point> points = Read().lines[0].points;
+  for (const Point& point : points) {
     EXPECT_FALSE(point.x > 0 && point.x < 80 && point.y > 100 && point.y < 140);
   }
-  EXPECT_GE(Read().lines[0].points.size(), 4u);
+  EXPECT_GE(points.size(), 4u);
 }
 
 TEST(Hops, LevelPartsHopOverUprightOnes) {
