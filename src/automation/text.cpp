@@ -152,8 +152,12 @@ char32_t FoldCodePoint(char32_t code_point) {
 }
 
 Text FoldCase(TextView text) {
-  Text folded;
-  folded.reserve(text.size());
+  // Nearly all keys are ASCII throughout.
+  const size_t run = AsciiRun(text);
+  Text folded(run, u'\0');
+  std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(run), folded.begin(),
+                 AsciiLowerUnit);
+  text.remove_prefix(run);
   while (!text.empty()) AppendCodePoint(FoldCodePoint(TakeCodePoint(text)), folded);
   return folded;
 }

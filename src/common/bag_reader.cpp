@@ -1,6 +1,7 @@
 #include "common/bag_reader.h"
 
 #include <algorithm>
+#include <memory>
 #include <numeric>
 
 #include "automation/error.h"
@@ -12,16 +13,12 @@ namespace {
 using automation::Currency;
 using automation::Variant;
 
-// Bags of this many entries are searched one by one; fewer than the slots of DropRepeats.
-constexpr size_t kFew = 64;
-constexpr size_t kSlots = 256;
-
-size_t SlotOf(std::string_view key) {
+size_t HashOf(std::string_view key) {
   uint32_t mixed = static_cast<uint32_t>(key.size());
   for (const char c : key.substr(key.size() - std::min<size_t>(key.size(), 8))) {
     mixed = mixed * 37 + static_cast<unsigned char>(c);
   }
-  return mixed % kSlots;
+  return mixed;
 }
 
 template <class T>
@@ -35,37 +32,32 @@ T ConvertedOr(const Variant& value, T (Variant::*convert)() const, const T& miss
 
 }  // namespace
 
-BagReader::BagReader(KeptText text) : scanner_(std::move(text)) {
-  entries_.reserve(kFew);
+// Looks for the next entry with a key of its own. False when there is none, or when there are so
+// many that they are all in by_key_ now.
+bool BagReader::TakeNext() {
   BagEntry entry;
-  while (scanner_.Next(entry)) entries_.push_back(entry);
-  if (entries_.size() <= kFew) {
-    DropRepeats();
-  } else {
-    OrderByKey();
-  }
-}
-
-// Leaves the first entry of each key, so that a search may begin anywhere.
-void BagReader::DropRepeats() {
-  uint8_t slots[kSlots] = {};  // position + 1
-  size_t kept = 0;
-  for (const BagEntry& entry : entries_) {
-    size_t slot = SlotOf(entry.key);
-    while (slots[slot] != 0 && entries_[slots[slot] - 1U].key != entry.key) {
-      slot = (slot + 1) % kSlots;
+  while (scanner_.Next(entry)) {
+    const size_t hash = HashOf(entry.key);
+    if (keys_.MayHave(hash) && PositionOf(entry.key) != count_) continue;
+    if (count_ == kFew) {
+      TakeMany(entry);
+      return false;
     }
-    if (slots[slot] != 0) continue;
-    entries_[kept++] = entry;
-    slots[slot] = static_cast<uint8_t>(kept);
+    keys_.Add(hash);
+    std::construct_at(&few_.entries[count_++], entry);
+    return true;
   }
-  entries_.resize(kept);
+  return false;
 }
 
-void BagReader::OrderByKey() {
-  by_key_.resize(entries_.size());
+void BagReader::TakeMany(const BagEntry& next) {
+  many_.assign(few_.entries, few_.entries + count_);
+  many_.push_back(next);
+  BagEntry entry;
+  while (scanner_.Next(entry)) many_.push_back(entry);
+  by_key_.resize(many_.size());
   std::iota(by_key_.begin(), by_key_.end(), 0U);
-  const auto key = [this](uint32_t position) { return entries_[position].key; };
+  const auto key = [this](uint32_t position) { return many_[position].key; };
   std::stable_sort(by_key_.begin(), by_key_.end(),
                    [key](uint32_t left, uint32_t right) { return key(left) < key(right); });
   const auto same = [key](uint32_t left, uint32_t right) { return key(left) == key(right); };
@@ -74,37 +66,55 @@ void BagReader::OrderByKey() {
 
 const BagEntry* BagReader::Find(std::string_view key) {
   if (!by_key_.empty()) return FindByKey(key);
-  const size_t count = entries_.size();
-  for (size_t tried = 0; tried < count; ++tried) {
-    const size_t at = cursor_ < count ? cursor_ : 0;
-    cursor_ = at + 1;
-    if (entries_[at].key == key) return &entries_[at];
+  if ((cursor_ < count_ || TakeNext()) && few_.entries[cursor_].key == key) {
+    return &few_.entries[cursor_++];
   }
-  return nullptr;
+  return FindElsewhere(key);
+}
+
+// Leaves the cursor where it is when there is no such entry: the next one asked for may be there.
+const BagEntry* BagReader::FindElsewhere(std::string_view key) {
+  if (keys_.MayHave(HashOf(key))) {
+    const size_t at = PositionOf(key);
+    if (at != count_) {
+      cursor_ = at + 1;
+      return &few_.entries[at];
+    }
+  }
+  while (by_key_.empty() && TakeNext()) {
+    const BagEntry& last = few_.entries[count_ - 1];
+    if (last.key != key) continue;
+    cursor_ = count_;
+    return &last;
+  }
+  return by_key_.empty() ? nullptr : FindByKey(key);
+}
+
+size_t BagReader::PositionOf(std::string_view key) const {
+  size_t at = 0;
+  while (at < count_ && few_.entries[at].key != key) ++at;
+  return at;
 }
 
 const BagEntry* BagReader::FindByKey(std::string_view key) const {
   const auto found = std::lower_bound(
       by_key_.begin(), by_key_.end(), key,
-      [this](uint32_t at, std::string_view sought) { return entries_[at].key < sought; });
-  const bool is_there = found != by_key_.end() && entries_[*found].key == key;
-  return is_there ? &entries_[*found] : nullptr;
-}
-
-bool BagReader::Read(std::string_view key, Variant& value) {
-  const BagEntry* const entry = Find(key);
-  return entry != nullptr && scanner_.ValueOf(*entry, value);
+      [this](uint32_t at, std::string_view sought) { return many_[at].key < sought; });
+  const bool is_there = found != by_key_.end() && many_[*found].key == key;
+  return is_there ? &many_[*found] : nullptr;
 }
 
 std::optional<Variant> BagReader::Get(std::string_view key) {
+  const BagEntry* const entry = Find(key);
   Variant value;
-  if (!Read(key, value)) return std::nullopt;
+  if (entry == nullptr || !scanner_.ValueOf(*entry, value)) return std::nullopt;
   return value;
 }
 
 Text BagReader::GetText(std::string_view key, TextView missing) {
   const BagEntry* const entry = Find(key);
-  return entry != nullptr ? KeptOf(*entry).ToText() : Text(missing);
+  if (entry == nullptr) return Text(missing);
+  return entry->tag == '"' ? scanner_.PlainTextOf(*entry) : KeptOf(*entry).ToText();
 }
 
 KeptText BagReader::GetKept(std::string_view key) {
@@ -120,29 +130,45 @@ KeptText BagReader::KeptOf(const BagEntry& entry) const {
 }
 
 template <class T>
-T BagReader::ValueOr(std::string_view key, T (Variant::*convert)() const, T missing) {
+T BagReader::Converted(const BagEntry& entry, T (Variant::*convert)() const, T missing) const {
   Variant value;
-  return Read(key, value) ? ConvertedOr(value, convert, missing) : missing;
+  return scanner_.ValueOf(entry, value) ? ConvertedOr(value, convert, missing) : missing;
 }
 
+// The types that figures and lines consist of are read without a Variant.
+
 int32_t BagReader::GetLong(std::string_view key, int32_t missing) {
-  return ValueOr(key, &Variant::ToLong, missing);
+  const BagEntry* const entry = Find(key);
+  if (entry == nullptr) return missing;
+  if (entry->tag != '0') return Converted(*entry, &Variant::ToLong, missing);
+  int32_t value = 0;
+  return ReadNumber(entry->value, value) ? value : missing;
 }
 
 bool BagReader::GetBoolean(std::string_view key, bool missing) {
-  return ValueOr(key, &Variant::ToBoolean, missing);
+  const BagEntry* const entry = Find(key);
+  if (entry == nullptr) return missing;
+  const bool is_boolean = entry->tag == 'T' || entry->tag == 'F';
+  if (!is_boolean) return Converted(*entry, &Variant::ToBoolean, missing);
+  return entry->value.empty() ? entry->tag == 'T' : missing;
 }
 
 float BagReader::GetSingle(std::string_view key, float missing) {
-  return ValueOr(key, &Variant::ToSingle, missing);
+  const BagEntry* const entry = Find(key);
+  if (entry == nullptr) return missing;
+  if (entry->tag != 's') return Converted(*entry, &Variant::ToSingle, missing);
+  float value = 0;
+  return ReadNumber(entry->value, value) ? value : missing;
 }
 
 automation::Date BagReader::GetDate(std::string_view key, automation::Date missing) {
-  return ValueOr(key, &Variant::ToDate, missing);
+  const BagEntry* const entry = Find(key);
+  return entry != nullptr ? Converted(*entry, &Variant::ToDate, missing) : missing;
 }
 
 Currency BagReader::GetCurrency(std::string_view key, Currency missing) {
-  return ValueOr(key, &Variant::ToCurrency, missing);
+  const BagEntry* const entry = Find(key);
+  return entry != nullptr ? Converted(*entry, &Variant::ToCurrency, missing) : missing;
 }
 
 std::optional<std::vector<uint8_t>> BagReader::GetPicture(std::string_view key) {

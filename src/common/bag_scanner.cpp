@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <charconv>
 #include <cstring>
 #include <functional>
 
@@ -30,28 +29,26 @@ struct PlainTags {
 };
 constexpr PlainTags kPlainTags;
 
+constexpr uint64_t kOnes = 0x0101010101010101;
+constexpr uint64_t kTops = 0x8080808080808080;
+
+// The top bit of the lowest byte of `word` that is `sought`, or 0; higher bits mean nothing.
+uint64_t FirstMatch(uint64_t word, char sought) {
+  word ^= kOnes * static_cast<unsigned char>(sought);
+  return (word - kOnes) & ~word & kTops;
+}
+
 // As bytes.find, but quicker for what is usually close by: keys and numbers are short, and of so
 // many lengths that a loop over their bytes would often be mispredicted. Tests eight bytes at once.
 size_t FindNear(std::string_view bytes, char sought, size_t from) {
-  constexpr uint64_t kOnes = 0x0101010101010101;
-  constexpr uint64_t kTops = 0x8080808080808080;
   uint64_t word;
   if (std::endian::native == std::endian::little && bytes.size() >= from + sizeof word) {
     std::memcpy(&word, bytes.data() + from, sizeof word);
-    word ^= kOnes * static_cast<unsigned char>(sought);
-    // The lowest byte that is zero now has the lowest top bit set here.
-    const uint64_t zeros = (word - kOnes) & ~word & kTops;
-    if (zeros != 0) return from + static_cast<size_t>(std::countr_zero(zeros)) / 8;
+    const uint64_t found = FirstMatch(word, sought);
+    if (found != 0) return from + static_cast<size_t>(std::countr_zero(found)) / 8;
     from += sizeof word;
   }
   return bytes.find(sought, from);
-}
-
-template <class Number>
-bool ReadNumber(std::string_view digits, Number& number) {
-  const char* const end = digits.data() + digits.size();
-  const auto [stop, error] = std::from_chars(digits.data(), end, number);
-  return error == std::errc() && stop == end;
 }
 
 bool ReadCurrency(std::string_view digits, int64_t& scaled) {
@@ -127,6 +124,19 @@ bool IsWithin(std::string_view part, std::string_view whole) {
          not_after(part.data() + part.size(), whole.data() + whole.size());
 }
 
+// The next of two characters that is close by; bytes.size() when there is none.
+size_t FindEither(std::string_view bytes, char one, char other, size_t from) {
+  uint64_t word;
+  if (std::endian::native == std::endian::little && bytes.size() >= from + sizeof word) {
+    std::memcpy(&word, bytes.data() + from, sizeof word);
+    const uint64_t found = FirstMatch(word, one) | FirstMatch(word, other);
+    if (found != 0) return from + static_cast<size_t>(std::countr_zero(found)) / 8;
+    from += sizeof word;
+  }
+  while (from < bytes.size() && bytes[from] != one && bytes[from] != other) ++from;
+  return from;
+}
+
 }  // namespace
 
 BagScanner::BagScanner(KeptText text, std::string_view separator)
@@ -160,9 +170,8 @@ bool BagScanner::Scan(BagEntry& entry) {
 // A nested key ends at a "=" or at what unescaping makes an opening.
 size_t BagScanner::FindKeyEnd() const {
   if (depth_ == 0) return FindNear(bytes_, '=', position_);
-  for (size_t at = position_; at < bytes_.size(); ++at) {
+  for (size_t at = position_; (at = FindEither(bytes_, '=', '^', at)) < bytes_.size(); ++at) {
     if (bytes_[at] == '=') return at;
-    if (bytes_[at] != '^') continue;
     const Escape escape = ReadEscape(bytes_.substr(at));
     if (escape.size == 0) continue;
     if (escape.what == EscapeClass::kOpening && escape.level <= depth_) return at;
@@ -279,9 +288,15 @@ KeptText BagScanner::TextOf(const BagEntry& entry) const {
   return KeptText(home, entry.value, home.depth() + 1);
 }
 
+Text BagScanner::PlainTextOf(const BagEntry& entry) const {
+  // Most texts hold nothing that was escaped.
+  if (entry.value.find('^') == kNowhere) return automation::FromUtf8(entry.value);
+  return TextOf(entry).ToText();
+}
+
 bool BagScanner::ValueOf(const BagEntry& entry, Variant& value) const {
   if (entry.tag != '"') return ReadPlain(entry.tag, entry.value, value);
-  value = TextOf(entry).ToText();
+  value = PlainTextOf(entry);
   return true;
 }
 

@@ -1,10 +1,12 @@
 // BagScanner: finds the entries of a bag's text where it lies, without unescaping it first.
 #pragma once
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "automation/text.h"
 #include "automation/variant.h"
@@ -18,6 +20,14 @@ struct BagEntry {
   char tag;                // '"' for a text, else the type tag; '0' for a Long
   std::string_view value;  // without quotes and tag, still escaped
 };
+
+// The number that all of `digits` spell; false when they spell none.
+template <class Number>
+bool ReadNumber(std::string_view digits, Number& number) {
+  const char* const end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, number);
+  return error == std::errc() && stop == end;
+}
 
 // Walks the entries of a text once, in order. The text ends at the first fault: every entry before
 // it counts, the rest is dropped, and fault_offset() says where.
@@ -35,6 +45,8 @@ class BagScanner {
   // The entry's parts as they are meant. Only for entries of this scanner.
   Text KeyOf(const BagEntry& entry) const;
   KeptText TextOf(const BagEntry& entry) const;
+  // As TextOf(entry).ToText().
+  Text PlainTextOf(const BagEntry& entry) const;
   // False when the value does not follow its tag (an entry out of which nothing can be made).
   bool ValueOf(const BagEntry& entry, automation::Variant& value) const;
 
