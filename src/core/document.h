@@ -245,6 +245,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   std::vector<std::unique_ptr<DocumentEventForwarder>> forwarders_;
 
   bool ir_changed_ = false;
+  // Of the file, when it was last loaded or saved: about what the next save needs.
+  size_t file_size_ = 0;
   Text file_name_;
   automation::Owned<vnDetails> details_;
   automation::Owned<vnSteps> steps_;

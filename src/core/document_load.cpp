@@ -143,7 +143,9 @@ bool vnDocument::LoadAndReport(const Text& file_name, const Text& read_from, con
 
 int32_t vnDocument::LoadProcedure(const Text& password) {
   LoadingScope scope(*this);
-  BagReader file(ReadFile(file_name_));
+  KeptText text = ReadFile(file_name_);
+  file_size_ = text.raw().size();
+  BagReader file(std::move(text));
   file_version_ = file.GetLong("FV", 1);
   document_version_ = file.GetSingle("DV", 1.0f);
   document_type_ = file.GetLong("DT");

@@ -79,6 +79,7 @@ bool vnDocument::SaveProcedure() {
   std::string text;
   BagWriter writer(text);
   WriteParts(writer, true);
+  file_size_ = text.size();
   const bool written = common::ReplaceFileWith(file_name_, text);
   // After a failed write the temporary save is what a host can recover from.
   if (written) TempSaveClear();
@@ -91,6 +92,8 @@ void vnDocument::WriteParts(BagWriter& writer, bool with_progress) {
   const auto progress = [&](int16_t percent) {
     if (with_progress) Raise(&DocumentListener::Saving, percent);
   };
+  // A little more than the last time: a text that outgrows its place is copied whole.
+  writer.out().reserve(writer.out().size() + file_size_ + file_size_ / 8);
   writer.Add("GUID", guid_);
   writer.AddNested("D", [&](BagWriter& nested) { details_->InternalWrite(nested); });
   writer.Add("FV", kFileVersion);
