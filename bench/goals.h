@@ -11,8 +11,9 @@ namespace vndoc6::bench {
 // "<benchmark>#<counter>", seconds under the benchmark's own name.
 using Results = std::map<std::string, std::vector<double>>;
 
-// Prints a row for each goal whose measurements are there. Gives the number of those whose ratio
-// misses its goal by more than the factor `margin`. With `small`, of documents of the small size.
+// Prints a row for each goal whose measurements are there. Gives the number of those whose ratio is
+// worse than what was reached before by more than the factor `margin`. With `small`, of documents
+// of the small size.
 int PrintGoals(const Results& results, bool small, double margin);
 
 }  // namespace vndoc6::bench

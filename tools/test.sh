@@ -25,6 +25,7 @@ test_gcc() {
   check_cases "command-line host tests" limited build/native/vndoc_tests
   check "published contract" build/native/vndoc6_idl --check idl/VNDoc6.idl
   check "manifest" build/native/vndoc6_idl --check idl/VNDoc6.manifest
+  check "speed against what was reached" build/native/vndoc6_bench --guard
   check "demo" demo_native
   check "demo: picture and page" demo_pictures
   check "report in a browser" tests/vndoc/browser_test.sh build/native/vndoc "build/demo/purchase approval.vn6"
