@@ -43,6 +43,13 @@ function(vndoc6_native_tests)
     target_link_libraries(vndoc6_tests PRIVATE vndoc6_test_support)
     add_test(NAME vndoc6_tests COMMAND vndoc6_tests)
   endif()
+  # Alone, because it replaces operator new.
+  file(GLOB memory_tests CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/out_of_memory/*.cpp)
+  vndoc6_test_program(vndoc6_memory_tests ${memory_tests}
+                      ${PROJECT_SOURCE_DIR}/tests/endurance/numbered_document.cpp)
+  if(TARGET vndoc6_memory_tests)
+    add_test(NAME vndoc6_memory_tests COMMAND vndoc6_memory_tests)
+  endif()
 endfunction()
 
 # fuzz/<name>_fuzz.cpp with its seeds in fuzz/corpus/<name>/. The test runs the seeds, then some

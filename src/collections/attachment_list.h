@@ -1,6 +1,8 @@
 // AttachmentList: the files or jumps of a step, or all those of a document.
 #pragma once
 
+#include <new>
+
 #include "collections/attachment.h"
 #include "collections/collection.h"
 #include "core/document.h"
@@ -49,11 +51,20 @@ void AttachmentList<T>::Add(T* member) {
   // A host's handler may let go of the member, or of all of this, while it is told.
   const automation::Ref<T> added(member);
   const automation::Ref<AttachmentList> self(this);
+  vnDocument* const document = this->InternalDocument();
+  vnStep* const step = this->InternalStep();
+  AttachmentList* const all =
+      step != nullptr && document != nullptr ? &of_document_(*document) : nullptr;
   if (!this->AddUnderOwnKey(*added)) return;
-  added->InternalSetDocument(this->InternalDocument());
-  if (vnStep* step = this->InternalStep()) {
-    added->SetStep(step);
-    if (vnDocument* document = this->InternalDocument()) of_document_(*document).Add(member);
+  try {
+    added->InternalSetDocument(document);
+    if (step != nullptr) added->SetStep(step);
+    if (all != nullptr) all->Add(member);
+  } catch (const std::bad_alloc&) {
+    // It is in both lists or in none.
+    this->store_.RemoveMember(*added);
+    if (all != nullptr) all->store_.RemoveMember(*added);
+    throw;
   }
   Report(*added, vnceAdd);
 }

@@ -59,6 +59,11 @@ class KeyedStore {
     const size_t index = FindFolded(automation::FoldCase(key));
     return index != kNone ? RemoveAt(index) : nullptr;
   }
+  // Looks at every member.
+  bool Contains(const T& member) const {
+    return std::any_of(entries_.begin(), entries_.end(),
+                       [&](const Entry& entry) { return entry.member.get() == &member; });
+  }
   // False when it is not in here.
   bool RemoveMember(const T& member) {
     for (size_t i = entries_.size(); i-- > 0;) {
@@ -115,7 +120,7 @@ class KeyedStore {
     const bool last = index + 1 == entries_.size();
     if (last && !slots_.empty()) Unindex(SlotOf(index));
     entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
-    if (!last && !slots_.empty()) Reindex(slots_.size());
+    if (!last) ReindexInPlace();
     return removed;
   }
 
@@ -145,6 +150,12 @@ class KeyedStore {
   }
   void Reindex(size_t slot_count) {
     slots_ = std::vector<uint32_t>(slot_count, 0);
+    for (size_t i = 0; i < entries_.size(); ++i) Index(i);
+  }
+  // Needs no memory: a removal never fails half-way.
+  void ReindexInPlace() {
+    if (slots_.empty()) return;
+    std::fill(slots_.begin(), slots_.end(), 0);
     for (size_t i = 0; i < entries_.size(); ++i) Index(i);
   }
   // Frees a slot and moves up those that had stepped over it.

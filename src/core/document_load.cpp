@@ -1,4 +1,6 @@
 // vnDocument's file, the reading side.
+#include <new>
+
 #include "automation/error.h"
 #include "automation/late_bound.h"
 #include "automation/services.h"
@@ -116,7 +118,16 @@ bool vnDocument::LoadAndReport(const Text& file_name, const Text& read_from, con
   if (!common::FileExists(file_name) || !common::FileExists(read_from)) return refuse(kNoSuchFile);
 
   file_name_ = read_from;
-  const int32_t code = LoadProcedure(password);
+  const bool had_steps = steps_->Count() > 0;
+  int32_t code = 0;
+  try {
+    code = LoadProcedure(password);
+  } catch (const std::bad_alloc&) {
+    // The same load works when there is memory again: it replaces all but the steps.
+    file_name_.clear();
+    if (!had_steps) steps_->RemoveAll();
+    throw;
+  }
   const bool version_error =
       code == kUnknownFileVersion || code == kOlderDocumentVersion || code == kNewerDocumentVersion;
   if (version_error) {

@@ -1,6 +1,9 @@
 #include "process/step.h"
 
 #include <algorithm>
+#include <new>
+#include <utility>
+#include <vector>
 
 #include "automation/error.h"
 #include "common/bag_part.h"
@@ -196,8 +199,14 @@ Ref<vnTask> vnStep::NewTask() {
   task->SetTaskOrder(InternalNextTaskOrder());
   // The order index needs the key before the collection would make one.
   task->InternalSetKey(common::NewKey());
+  const Ref<vnTasks> tasks = Tasks();
   content().task_order.Add(task->Key(), task->TaskOrder());
-  Tasks()->Add(task.get());
+  try {
+    tasks->Add(task.get());
+  } catch (const std::bad_alloc&) {
+    if (!tasks->InternalStore().Contains(*task)) content().task_order.Remove(task->Key());
+    throw;
+  }
   return task;
 }
 
@@ -206,11 +215,17 @@ void vnStep::RemoveTask(const Text& psKey) {
   const Ref<vnTask> task = tasks->Item(automation::Variant(psKey));
   if (!task) return;
   const int32_t removed = task->TaskOrder();
-  content().task_order.Remove(psKey);
-  tasks->Remove(automation::Variant(psKey));
-  for (const auto& [key, order] : content().task_order.CloseGap(removed)) {
-    if (const Ref<vnTask> moved = tasks->Item(automation::Variant(key))) moved->SetTaskOrder(order);
+  // Whatever needs memory comes before the first change.
+  std::vector<std::pair<Ref<vnTask>, int32_t>> moved;
+  for (const auto& [key, order] : content().task_order.Above(removed)) {
+    if (vnTask* other = tasks->InternalStore().Find(TextView(key))) {
+      if (other != task.get()) moved.emplace_back(other, order - 1);
+    }
   }
+  content().task_order.Remove(psKey);
+  tasks->InternalRemove(*task);
+  content().task_order.CloseGap(removed);
+  for (const auto& [other, order] : moved) other->SetTaskOrder(order);
 }
 
 void vnStep::InternalReorderTask(const Text& key, int32_t order) {

@@ -1,6 +1,7 @@
 #include "process/steps.h"
 
 #include <limits>
+#include <new>
 
 #include "automation/describe.h"
 #include "core/document.h"
@@ -9,6 +10,17 @@ namespace vndoc6 {
 
 using automation::Ref;
 using automation::Variant;
+
+// The change itself needs no memory and must not fail half-way: without memory the numbers are
+// gathered anew when somebody asks for them.
+template <class Update>
+void vnSteps::UpdateNumbers(Update update) {
+  try {
+    update();
+  } catch (const std::bad_alloc&) {
+    numbers_.reset();
+  }
+}
 
 void vnSteps::Add(vnStep* poStep) {
   if (poStep == nullptr) return;
@@ -28,7 +40,7 @@ void vnSteps::Add(vnStep* poStep) {
   }
   if (!store_.Add(step->Key(), *step)) return;
   if (step->InternalStepsOwner() != this) untracked_ = true;
-  if (numbers_) numbers_->Add(step->StepIndex(), *step);
+  if (numbers_) UpdateNumbers([&] { numbers_->Add(step->StepIndex(), *step); });
   if (vnDocument* owner = InternalDocument()) owner->InternalStepAdded(*step);
 }
 
@@ -81,9 +93,12 @@ Ref<vnStep> vnSteps::ItemByStepKey(const Text& psKey) const {
 }
 
 void vnSteps::InternalNumberChanged(vnStep& step, int32_t previous) {
-  if (!numbers_ || store_.Find(TextView(step.Key())) != &step) return;
-  numbers_->Remove(previous, step);
-  numbers_->Add(step.StepIndex(), step);
+  if (!numbers_) return;
+  UpdateNumbers([&] {
+    if (store_.Find(TextView(step.Key())) != &step) return;
+    numbers_->Remove(previous, step);
+    numbers_->Add(step.StepIndex(), step);
+  });
 }
 
 void vnSteps::InternalKeyChanged() { untracked_ = true; }

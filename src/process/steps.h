@@ -42,6 +42,8 @@ class vnSteps : public Collection<vnStep> {
 
  private:
   const StepNumbers& Numbers() const;
+  template <class Update>
+  void UpdateNumbers(Update update);
 
   // Made from the steps when somebody first asks for a number: a load asks for none.
   mutable std::optional<StepNumbers> numbers_;

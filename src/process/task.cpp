@@ -120,12 +120,15 @@ void vnTasks::Add(vnTask* poTask) {
 }
 
 void vnTasks::Remove(const Variant& pvRef) {
-  const Ref<vnTask> task(store_.Find(pvRef));
-  if (!task) return;
+  if (vnTask* const task = store_.Find(pvRef)) InternalRemove(*task);
+}
+
+void vnTasks::InternalRemove(vnTask& task) {
   const Ref<vnTasks> self(this);
+  const Ref<vnTask> removed(&task);
   // Hosts that are told still find the task in its step.
-  if (vnDocument* document = InternalDocument()) document->InternalTaskChange(*task, kRemoved);
-  store_.RemoveMember(*task);
+  if (vnDocument* document = InternalDocument()) document->InternalTaskChange(task, kRemoved);
+  store_.RemoveMember(task);
 }
 
 void vnTasks::InternalWrite(BagWriter& writer) const { WriteByKey(writer, u'T'); }

@@ -69,6 +69,7 @@ class vnTasks : public Collection<vnTask, StepMember> {
   void Remove(const automation::Variant& pvRef);
 
   // --- Inside the library; hosts have no use for these. ---
+  void InternalRemove(vnTask& task);
   void InternalWrite(common::BagWriter& writer) const;
   void InternalLoad(const common::KeptText& text);
 };

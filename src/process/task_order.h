@@ -20,9 +20,10 @@ class TaskOrderIndex {
   void Remove(const Text& key) { orders_.erase(key); }
   void Clear() { orders_.clear(); }
 
-  // Moves every order above the removed one down by one. Gives the keys that moved, with their
-  // new orders.
-  std::vector<std::pair<Text, int32_t>> CloseGap(int32_t removed_order);
+  // The keys with an order above that one, with their orders.
+  std::vector<std::pair<Text, int32_t>> Above(int32_t order) const;
+  // Moves every order above the removed one down by one.
+  void CloseGap(int32_t removed_order);
 
  private:
   std::unordered_map<Text, int32_t> orders_;

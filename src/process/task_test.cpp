@@ -147,10 +147,16 @@ TEST(TaskOrderIndex, ClosesTheGapForOrdersAboveIt) {
   ASSERT_EQ(index.size(), 3U);
   index.Remove(u"a");
   index.Remove(u"unknown");
-  auto moved = index.CloseGap(1);
-  std::sort(moved.begin(), moved.end());
-  EXPECT_EQ(moved, (std::vector<std::pair<Text, int32_t>>{{u"A", 1}, {u"b", 2}}));
-  EXPECT_TRUE(index.CloseGap(2).empty());
+  const auto above = [&index](int32_t order) {
+    auto entries = index.Above(order);
+    std::sort(entries.begin(), entries.end());
+    return entries;
+  };
+  using Entries = std::vector<std::pair<Text, int32_t>>;
+  EXPECT_EQ(above(1), (Entries{{u"A", 2}, {u"b", 3}}));
+  index.CloseGap(1);
+  EXPECT_EQ(above(0), (Entries{{u"A", 1}, {u"b", 2}}));
+  EXPECT_EQ(above(2), Entries());
 }
 
 TEST(Tasks, OrderFollowsThePlainRules) {
