@@ -145,6 +145,17 @@ LSTATUS DeleteTypeLibrary(Scope scope) {
   return status;
 }
 
+// A user who has registered nothing else has no use for the keys around the entries.
+LSTATUS DeleteEmptyContainers(Scope scope) {
+  LSTATUS status = ERROR_SUCCESS;
+  for (const char16_t* container : {u"CLSID", u"Interface", u"TypeLib"}) {
+    if (HasSubkeys(scope, container)) continue;
+    const LSTATUS deleted = Delete(scope, container);
+    if (status == ERROR_SUCCESS) status = deleted;
+  }
+  return status;
+}
+
 }  // namespace
 
 HRESULT RegisterModule(Scope scope) {
@@ -170,6 +181,7 @@ HRESULT UnregisterModule(Scope scope) {
     remove(InterfaceKey(info.interface_id()));
     if (published.events != nullptr) remove(InterfaceKey(published.events().id));
   }
+  if (failed == ERROR_SUCCESS) failed = DeleteEmptyContainers(scope);
   return failed == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(static_cast<unsigned long>(failed));
 }
 
