@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 #include <optional>
 
 #include "bench/registration.h"
@@ -27,6 +28,9 @@ constexpr double kPerStep = double{kSmall} / double{kLarge};
 constexpr Bound kAtLeast = Bound::kAtLeast;
 constexpr Bound kAtMost = Bound::kAtMost;
 
+// For what waits for the disk: another program's writes can take any time.
+constexpr double kUnguarded = std::numeric_limits<double>::infinity();
+
 constexpr Goal kGoals[] = {
     {"load: pugixml's parse / ours", "load-pugixml/@", "load/@", kAtLeast, 3.5},
     {"  values as attributes", "load-attributes/@", "load/@"},
@@ -42,7 +46,7 @@ constexpr Goal kGoals[] = {
      kAtLeast, 1.2},
     {"  values as attributes", "save-changed-attributes/@", "save-changed/@"},
     {"durable save, new file: ours / write and flush", "save-new-file/@", "write-and-flush/@",
-     kAtMost, 1.3, 1, 4},
+     kAtMost, 1.3, 1, kUnguarded},
     {"durable save, over a file: ours / write and flush", "save-over-file/@", "write-and-flush/@"},
     {"file: size / own characters", "file-size/@#bytes", "own-characters/@#bytes", kAtMost, 1.5},
     {"file: size / XML's", "file-size/@#bytes", "file-size-pugixml/@#bytes"},
