@@ -5,6 +5,7 @@ declare -A packages=(
   [test]="libgtest-dev libgmock-dev googletest"
   [browser]="chromium"
   [lint]="clang clang-format clang-tidy libclang-rt-14-dev"
+  [analyse]="cppcheck"
   [bench]="libbenchmark-dev libpugixml-dev rapidjson-dev libsqlite3-dev"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools
              libwine-dev wine64 fonts-wine googletest"

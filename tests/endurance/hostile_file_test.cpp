@@ -1,0 +1,151 @@
+// Files made to harm whoever loads them: time and memory stay in proportion to their size, and the
+// stack stays where it is.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+
+#include "automation/error.h"
+#include "chart/chart.h"
+#include "chart/figure.h"
+#include "collections/file.h"
+#include "common/properties.h"
+#include "core/document.h"
+#include "details/revision.h"
+#include "process/link.h"
+#include "process/steps.h"
+#include "process/task.h"
+#include "templates/template_library.h"
+#include "tests/endurance/soak.h"
+#include "tests/support/saved_text.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vndoc6::testing {
+namespace {
+
+using automation::Make;
+using automation::Ref;
+
+// Which of the file's parts holds the hostile content.
+const char* const kParts[] = {"D", "S", "LK", "P", "C", "RH", "FL", "J", "CN", "Attach"};
+
+// A document file with `content` in one part, not escaped: files can hold anything.
+std::string FileWith(const char* part, const std::string& content) {
+  return "GUID=~64\"x\":FV=2:DV=s1.2:DT=0:IR=1:" + std::string(part) + "=~64\"" + content + "\":";
+}
+
+std::string Repeated(const std::string& piece, size_t count) {
+  std::string text;
+  text.reserve(piece.size() * count);
+  for (size_t i = 0; i < count; ++i) text += piece;
+  return text;
+}
+
+// Loads the file as both kinds of file, reads the parts and saves: any outcome but a crash will do.
+void LoadAndReadAll(const TemporaryFolder& folder, const std::string& bytes) {
+  folder.Write("hostile.vn6", bytes);
+  const Text name = folder.Name("hostile.vn6");
+  try {
+    const auto document = Make<vnDocument>();
+    document->Load(name, u"");
+    document->Links();
+    document->Files();
+    document->Containers();
+    document->RevisionHistory();
+    document->Chart();
+    document->Attachments();
+    for (int32_t i = 1; i <= std::min(document->Steps()->Count(), 10); ++i) {
+      const Ref<vnStep> step = document->Steps()->Item(automation::Variant(i));
+      step->Tasks();
+      step->Figure();
+      step->GetProperties();
+    }
+    SavedText(*document);
+  } catch (const automation::Error&) {
+  }
+  try {
+    Make<vnTemplateLibrary>()->Load(name);
+  } catch (const automation::Error&) {
+  }
+}
+
+double Seconds(const TemporaryFolder& folder, const std::string& bytes) {
+  const auto start = std::chrono::steady_clock::now();
+  LoadAndReadAll(folder, bytes);
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Four times the content may take four times as long, with room for noise, never sixteen times.
+void ExpectLinear(const std::function<std::string(size_t)>& content, size_t count) {
+  const TemporaryFolder folder;
+  for (const char* part : kParts) {
+    SCOPED_TRACE(part);
+    const double small = Seconds(folder, FileWith(part, content(count)));
+    const double large = Seconds(folder, FileWith(part, content(4 * count)));
+    EXPECT_LT(large, 9 * small + 0.3);
+  }
+}
+
+TEST(HostileFile, DeepNestingNeedsNoStack) {
+  constexpr size_t kDepth = 100'000;
+  const TemporaryFolder folder;
+  for (const char* part : kParts) {
+    // Unescaped quotes, escaped ones as a writer would nest them, and openings without ends.
+    LoadAndReadAll(folder, FileWith(part, Repeated("T=~64\"", kDepth) + Repeated("\":", kDepth)));
+    LoadAndReadAll(folder, FileWith(part, Repeated("T^a", kDepth) + Repeated("^A", kDepth)));
+    LoadAndReadAll(folder, FileWith(part, Repeated("T^z", kDepth)));
+    LoadAndReadAll(folder, FileWith(part, Repeated("^i", kDepth)));
+  }
+}
+
+TEST(HostileFile, ManyEntriesWithOneKeyTakeLinearTime) {
+  ExpectLinear([](size_t count) { return Repeated("Tk^aK^bk^B^A", count); },
+               static_cast<size_t>(Times(2000)));
+}
+
+TEST(HostileFile, ManyEntriesWithDifferentKeysTakeLinearTime) {
+  ExpectLinear(
+      [](size_t count) {
+        std::string text;
+        for (size_t i = 0; i < count; ++i) {
+          const std::string key = std::to_string(i);
+          text += "T" + key + "^aSI=" + key + ":K^b" + key + "^B^A";
+        }
+        return text;
+      },
+      static_cast<size_t>(Times(2000)));
+}
+
+TEST(HostileFile, OneLargeValueTakesLinearTimeAndASmallMultipleOfItsMemory) {
+  const size_t size = static_cast<size_t>(Times(4)) << 20;
+  ExpectLinear([](size_t count) { return std::string(count, 'x'); }, size / 4);
+  const TemporaryFolder folder;
+  struct rusage before {};
+  struct rusage after {};
+  ::getrusage(RUSAGE_SELF, &before);
+  LoadAndReadAll(folder, FileWith("S", std::string(size, 'x')));
+  ::getrusage(RUSAGE_SELF, &after);
+  // In kilobytes. The file, the text saved from it, and those of the test's own.
+  EXPECT_LT(static_cast<size_t>(after.ru_maxrss - before.ru_maxrss), 12 * (size >> 10) + 20'000);
+}
+
+TEST(HostileFile, CountsAndLengthsThatLie) {
+  const TemporaryFolder folder;
+  for (const char* number : {"2147483647", "-2147483648", "99999999999999999999", "-1", "1e308"}) {
+    for (const char* key : {"NextID", "SI", "PC", "IR", "FV", "DT", "PgX", "C", "N", "TO"}) {
+      const std::string entry = std::string(key) + "=" + number + ":";
+      for (const char* part : kParts) {
+        LoadAndReadAll(folder, FileWith(part, entry + "T1^a" + entry + "^A"));
+      }
+      LoadAndReadAll(folder, "FV=2:" + entry);
+    }
+    for (const std::string escape : {"^zo", "^zc", "^zq", "^zi"}) {
+      LoadAndReadAll(folder, FileWith("S", "T" + escape + number + ";x"));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vndoc6::testing

@@ -1,0 +1,53 @@
+# `./dev soak [minutes]`: the endurance tests with large counts and fresh seeds, and the fuzz
+# targets under sanitizers. Each round and each fuzz target is one check.
+
+soak() {
+  local minutes=${1:-10} end seed=${VNDOC6_SEED:-$(date +%s)}
+  if ! [[ $minutes =~ ^[0-9]+$ ]] || ((minutes < 1)); then
+    echo "dev: soak takes a number of minutes" >&2
+    exit 2
+  fi
+  setup build test lint || exit 1
+  check "GCC build" build release || exit 1
+  check "sanitizers build" build sanitizers || exit 1
+  echo "Soaking for $minutes minutes; the first seed is $seed"
+  # Half of the time for either: the tests, then the fuzz targets.
+  end=$((SECONDS + minutes * 30))
+  soak_round "$seed"
+  while ((SECONDS < end)); do
+    seed=$((seed + 1))
+    soak_round "$seed"
+  done
+  soak_fuzzers $((minutes * 30))
+  summary
+}
+
+# What a long form is named by: the tests that count on VNDOC6_SOAK.
+soak_tests='Crash.*:FileFaults.*:PowerLoss.*:HostileFile.*:*Sequence*'
+
+# soak_round SEED
+soak_round() {
+  VNDOC6_SEED=$1 VNDOC6_SOAK=${VNDOC6_SOAK:-10} check_cases "endurance, seed $1" \
+    build/native/vndoc6_tests --gtest_filter="$soak_tests"
+  VNDOC6_SEED=$1 VNDOC6_SOAK=${VNDOC6_SOAK:-10} check_cases "without memory, seed $1" \
+    build/native/vndoc6_memory_tests
+}
+
+# soak_fuzzers SECONDS: shares them among the fuzz targets, which go on from what they found before.
+soak_fuzzers() {
+  local targets=(fuzz/*_fuzz.cpp) source
+  for source in "${targets[@]}"; do
+    soak_fuzzer "$(basename "$source" _fuzz.cpp)" $(($1 / ${#targets[@]} + 1))
+  done
+}
+
+soak_fuzzer() {
+  local subject=$1 seconds=$2 corpus=("build/sanitizers/corpus/$1")
+  mkdir -p "${corpus[0]}" build/sanitizers/faults
+  if [[ -d fuzz/corpus/$subject ]]; then corpus+=("fuzz/corpus/$subject"); fi
+  check "fuzz $subject, $seconds s" "build/sanitizers/${subject}_fuzz" \
+    -max_total_time="$seconds" -timeout=20 -rss_limit_mb=4096 -max_len=65536 -print_final_stats=1 \
+    -artifact_prefix="build/sanitizers/faults/${subject}_fuzz-" "${corpus[@]}"
+  grep -aE 'stat::number_of_executed_units|cov: [0-9]+' \
+    "$(log_of "fuzz $subject, $seconds s")" | tail -n 2
+}
