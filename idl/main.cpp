@@ -1,6 +1,6 @@
-// vndoc6_idl FILE writes the published contract, or for a .manifest what a program needs to use the
-// DLL without registration; vndoc6_idl --check FILE fails when the file says anything else, so that
-// nothing published changes by accident.
+// vndoc6_idl FILE writes the published contract; for a .manifest what a program needs to use the
+// DLL without registration, for a .md the reference. vndoc6_idl --check FILE fails when the file
+// says anything else, so that nothing published changes by accident.
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -8,10 +8,12 @@
 
 #include "idl_writer.h"
 #include "manifest_writer.h"
+#include "reference_writer.h"
 
 namespace {
 
 std::string TextFor(std::string_view path) {
+  if (path.ends_with(".md")) return vndoc6::WriteReference();
   return path.ends_with(".manifest") ? vndoc6::WriteManifest() : vndoc6::WriteIdl();
 }
 

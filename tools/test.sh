@@ -26,6 +26,7 @@ test_gcc() {
   check_cases "tests without memory" limited build/native/vndoc6_memory_tests
   check "published contract" build/native/vndoc6_idl --check idl/VNDoc6.idl
   check "manifest" build/native/vndoc6_idl --check idl/VNDoc6.manifest
+  check "reference" build/native/vndoc6_idl --check docs/reference.md
   check "speed against what was reached" build/native/vndoc6_bench --guard
   check "demo" demo_native
   check "demo: picture and page" demo_pictures
