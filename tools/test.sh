@@ -107,6 +107,7 @@ test_sanitizers() {
   check "sanitizers build" build sanitizers || return
   check_cases "native tests under sanitizers" limited build/sanitizers/vndoc6_tests
   check_cases "tests without memory under sanitizers" limited build/sanitizers/vndoc6_memory_tests
+  check_cases "command-line host tests under sanitizers" limited build/sanitizers/vndoc_tests
   for program in fuzz/*_fuzz.cpp; do
     if [[ ! -e $program ]]; then break; fi
     program=$(basename "$program" .cpp)

@@ -61,9 +61,15 @@ void WriteBytes(Context& context, const std::string& file, std::string_view byte
 
 // Each adds one subcommand, whose callback works on the context and may throw Failure or an
 // automation error.
+void AddCheck(CLI::App& app, Context& context);
+void AddCompletion(CLI::App& app, Context& context);
+void AddDiff(CLI::App& app, Context& context);
 void AddEdit(CLI::App& app, Context& context);
+void AddFromJson(CLI::App& app, Context& context);
+void AddManualPage(CLI::App& app, Context& context);
 void AddMembers(CLI::App& app, Context& context);
 void AddNew(CLI::App& app, Context& context);
+void AddRecover(CLI::App& app, Context& context);
 void AddRender(CLI::App& app, Context& context);
 void AddReport(CLI::App& app, Context& context);
 void AddShow(CLI::App& app, Context& context);

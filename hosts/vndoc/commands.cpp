@@ -2,9 +2,11 @@
 
 namespace vndoc {
 
+// In the order of --help.
 void AddCommands(CLI::App& app, Context& context) {
   static constexpr void (*kCommands[])(CLI::App&, Context&) = {
-      &AddNew, &AddRender, &AddReport, &AddShow, &AddEdit, &AddMembers,
+      &AddNew,  &AddShow, &AddFromJson, &AddRender,  &AddReport,     &AddCheck,
+      &AddDiff, &AddEdit, &AddMembers,  &AddRecover, &AddCompletion, &AddManualPage,
   };
   for (const auto add : kCommands) add(app, context);
 }

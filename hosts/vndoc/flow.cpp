@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "walk.h"
+#include "objects.h"
 
 namespace vndoc {
 namespace {
@@ -39,9 +39,8 @@ Flow::Flow(vnDocument& document) {
 std::vector<size_t> Flow::Beginnings() const {
   std::vector<size_t> beginnings;
   for (size_t i = 0; i < steps.size(); ++i) {
-    if (steps[i].arriving == 0) beginnings.push_back(i);
+    if (i == 0 || steps[i].arriving == 0) beginnings.push_back(i);
   }
-  if (beginnings.empty() && !steps.empty()) beginnings.push_back(0);
   return beginnings;
 }
 

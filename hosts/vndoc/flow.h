@@ -30,8 +30,7 @@ struct Flow {
   std::unordered_map<Text, size_t> by_key;
 
   explicit Flow(vnDocument& document);
-  // Where the procedure begins: the steps that no other leads to, or the first one where there is
-  // no such step.
+  // Where the procedure begins: the first step, and those that no other leads to.
   std::vector<size_t> Beginnings() const;
   // The steps that can't be reached from any beginning.
   std::vector<size_t> Unreachable() const;

@@ -1,6 +1,7 @@
 #include "json_values.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 
 #include "automation/error.h"
@@ -153,6 +154,38 @@ double RealFrom(const Json& json) {
   RefuseValue(json);
 }
 
+// The digits of the highest Single stand for a Double that is a little higher.
+Variant SingleFrom(const Json& json) {
+  const double value = RealFrom(json);
+  constexpr double kHighest = 3.4028235677973366e38;  // what is below rounds to a Single
+  if (std::isfinite(value) && std::abs(value) >= kHighest) return Variant(value);
+  return Variant(static_cast<float>(value));
+}
+
+// A text says a day of the calendar, anything else is days.
+Variant DateFrom(const Json& json) {
+  const bool is_days = !json.is_string() || json == "nan" || json == "inf" || json == "-inf";
+  return Variant(is_days ? Date{RealFrom(json)} : FromJson(json).ToDate());
+}
+
+// Exactly: a Double has not all of its digits.
+Variant CurrencyFrom(const std::string& text) {
+  constexpr size_t kDecimals = 4;
+  const size_t point = std::min(text.find('.'), text.size());
+  std::string digits = text.substr(0, point);
+  std::string decimals = text.substr(std::min(point + 1, text.size()));
+  if (decimals.size() > kDecimals) throw Failure("not an amount: " + text);
+  decimals.resize(kDecimals, '0');
+  digits += decimals;
+  Currency value;
+  const auto [end, error] =
+      std::from_chars(digits.data(), digits.data() + digits.size(), value.scaled);
+  if (error != std::errc() || end != digits.data() + digits.size()) {
+    throw Failure("not an amount: " + text);
+  }
+  return Variant(value);
+}
+
 Text UnitsFrom(const Json& json) {
   Text text;
   for (const Json& unit : json) text += unit.get<char16_t>();
@@ -163,10 +196,10 @@ Variant FromWrapped(const std::string& type, const Json& json) {
   if (type == "Utf16") return Variant(UnitsFrom(json));
   if (type == "Null") return Variant(Null{});
   if (type == "Short") return Variant(json.get<int16_t>());
-  if (type == "Single") return Variant(static_cast<float>(RealFrom(json)));
+  if (type == "Single") return SingleFrom(json);
   if (type == "Double") return Variant(RealFrom(json));
-  if (type == "Currency") return Variant(FromJson(json).ToCurrency());
-  if (type == "Date") return Variant(FromJson(json).ToDate());
+  if (type == "Currency") return CurrencyFrom(json.get<std::string>());
+  if (type == "Date") return DateFrom(json);
   if (type == "Error") return Variant(ErrorValue{json.get<int32_t>()});
   if (type == "Picture") {
     const auto bytes = vndoc6::common::FromBase64(json.get<std::string>());
@@ -196,7 +229,11 @@ void AppendJson(const Variant& value, TypeKind type, std::string& out) {
   out += '}';
 }
 
-Variant FromJson(const Json& json) {
+Variant FromJson(const Json& json, TypeKind type) {
+  if (type == TypeKind::kSingle) return SingleFrom(json);
+  if (type == TypeKind::kDouble) return Variant(RealFrom(json));
+  if (type == TypeKind::kDate) return DateFrom(json);
+  if (type == TypeKind::kCurrency && json.is_string()) return CurrencyFrom(json.get<std::string>());
   switch (json.type()) {
     case Json::value_t::null:
       return {};

@@ -30,7 +30,8 @@ void AppendJson(const vndoc6::automation::Variant& value, vndoc6::automation::Ty
                 std::string& out);
 void AppendJsonText(vndoc6::TextView text, std::string& out);
 
-// The value back; Failure when JSON of that form stands for none.
-vndoc6::automation::Variant FromJson(const Json& json);
+// The value back, for a member of that type; Failure when JSON of that form stands for none.
+vndoc6::automation::Variant FromJson(
+    const Json& json, vndoc6::automation::TypeKind type = vndoc6::automation::TypeKind::kVariant);
 
 }  // namespace vndoc

@@ -8,6 +8,7 @@
 #include "automation/services.h"
 #include "command.h"
 #include "common/file_system.h"
+#include "compare/content.h"
 
 namespace vndoc {
 
@@ -176,9 +177,7 @@ Variant Invoke(const Ref<Object>& root, Object& object, const MemberInfo& member
   return object.InvokeMember(member.id, kind, {values, {}});
 }
 
-bool IsCollection(Object& object) {
-  return object.GetClassInfo() != nullptr && PlanOf(*object.GetClassInfo()).is_collection;
-}
+bool IsCollection(Object& object) { return vndoc6::ContentReader::IsCollection(object); }
 
 // On a collection that has no member of that name, the part is a position or a key.
 bool IsIndex(Object& object, const PathPart& part) {

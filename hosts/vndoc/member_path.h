@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "walk.h"
+#include "objects.h"
 
 namespace vndoc {
 

@@ -5,8 +5,8 @@
 
 #include "automation/font.h"
 #include "command.h"
+#include "objects.h"
 #include "published/published.h"
-#include "walk.h"
 
 namespace vndoc {
 

@@ -1,97 +1,101 @@
 #include <ostream>
+#include <unordered_map>
+#include <vector>
 
-#include "automation/picture.h"
+#include "compare/walk.h"
 #include "document_json.h"
 
 namespace vndoc {
 
+using vndoc6::Content;
+using vndoc6::ContentReader;
 using vndoc6::automation::CallKind;
-using vndoc6::automation::Picture;
+using vndoc6::automation::TypeKind;
+using vndoc6::automation::ValueKind;
 
 namespace {
 
 // Writes as it walks: a document's JSON is far larger than the document.
-class Writer {
+class Writer : public vndoc6::ContentVisitor {
  public:
   explicit Writer(std::ostream& out) : out_(out) {}
-  ~Writer() { Flush(); }
-  Writer(const Writer&) = delete;
-  Writer& operator=(const Writer&) = delete;
 
-  void WriteObject(Object& object) {
-    const ClassInfo* const info = object.GetClassInfo();
-    if (info == nullptr) {
-      text_ += "null";  // a host's own object: nothing is known about it
-      return;
-    }
-    const WalkPlan& plan = PlanOf(*info);
-    if (plan.is_collection) return WriteCollection(object);
-    Open('{');
-    for (const WalkedMember& member : plan.members) {
+  void OnObjectBegin(TextView name, Object& object) override {
+    if (!levels_.empty()) {
       NextLine();
-      text_.append("\"").append(member.get->name).append("\": ");
-      WriteMember(object, member);
+      if (!levels_.back().is_list) WriteName(vndoc6::automation::ToUtf8(name));
     }
-    Close('}');
+    const bool is_list = ContentReader::IsCollection(object);
+    text_ += is_list ? '[' : '{';
+    levels_.push_back({is_list, true, object.GetClassInfo()});
   }
 
-  void EndLine() { text_ += '\n'; }
+  void OnObjectEnd(Object&) override {
+    CloseRow();
+    const Level level = levels_.back();
+    levels_.pop_back();
+    if (!level.is_empty) StartLine();
+    text_ += level.is_list ? ']' : '}';
+  }
+
+  // The members are all there is to say of a collection.
+  void OnValue(const Content& content) override {
+    if (levels_.back().is_list) return;
+    if (content.index > 1) {
+      text_ += ", ";
+    } else {
+      NextLine();
+      WriteName(content.name);
+      if (content.index == 1) text_ += '[';
+    }
+    in_row_ = content.index > 0;
+    AppendJson(content.value, IsOfAnyType(content) ? TypeKind::kVariant : TypeKind::kVoid, text_);
+  }
+
+  void Finish() {
+    text_ += '\n';
+    Flush();
+  }
 
  private:
-  void WriteCollection(Object& collection) {
-    Open('[');
-    ForEachIn(collection, [this](Object& member) {
-      NextLine();
-      WriteObject(member);
-    });
-    Close(']');
-  }
+  struct Level {
+    bool is_list;
+    bool is_empty;
+    const ClassInfo* info;
+  };
 
-  void WriteMember(Object& object, const WalkedMember& member) {
-    if (member.count != nullptr) return WriteIndexed(object, member);
-    const Variant value = GetMember(object, *member.get);
-    Object* const part = value.IsObject() ? value.ToObject().get() : nullptr;
-    if (part != nullptr && dynamic_cast<Picture*>(part) == nullptr) {
-      WriteObject(*part);
-    } else {
-      AppendJson(value, member.get->result.kind, text_);
+  bool IsOfAnyType(const Content& content) {
+    const auto [known, is_new] = any_type_.try_emplace(content.name.data(), false);
+    if (is_new) {
+      const ClassInfo& info = *levels_.back().info;
+      const auto* const member =
+          info.Find(info.FindMember(vndoc6::automation::FromUtf8(content.name)), CallKind::kGet);
+      known->second = member->result.kind == TypeKind::kVariant;
     }
+    return known->second;
   }
 
-  void WriteIndexed(Object& object, const WalkedMember& member) {
-    const int32_t count = GetMember(object, *member.count).ToLong();
-    text_ += '[';
-    for (int32_t i = 1; i <= count; ++i) {
-      if (i > 1) text_ += ", ";
-      const Variant index(i);
-      AppendJson(object.InvokeMember(member.get->id, CallKind::kGet, {{&index, 1}, {}}),
-                 member.get->result.kind, text_);
-    }
-    text_ += ']';
-  }
+  void WriteName(std::string_view name) { text_.append("\"").append(name).append("\": "); }
 
-  void Open(char bracket) {
-    text_ += bracket;
-    ++depth_;
-    first_ = true;
-  }
   void NextLine() {
-    if (!first_) text_ += ',';
-    first_ = false;
+    CloseRow();
+    if (!levels_.back().is_empty) text_ += ',';
+    levels_.back().is_empty = false;
     StartLine();
   }
-  void Close(char bracket) {
-    --depth_;
-    if (!first_) StartLine();
-    first_ = false;
-    text_ += bracket;
+
+  void CloseRow() {
+    if (in_row_) text_ += ']';
+    in_row_ = false;
   }
+
   void StartLine() {
     text_ += '\n';
-    text_.append(2 * depth_, ' ');
+    text_.append(2 * levels_.size(), ' ');
     constexpr size_t kEnough = 65536;
     if (text_.size() > kEnough) Flush();
   }
+
   void Flush() {
     out_ << text_;
     text_.clear();
@@ -99,16 +103,18 @@ class Writer {
 
   std::ostream& out_;
   std::string text_;
-  size_t depth_ = 0;
-  bool first_ = true;
+  std::vector<Level> levels_;
+  bool in_row_ = false;
+  // By the place of the name in its member table: each table has names of its own.
+  std::unordered_map<const char*, bool> any_type_;
 };
 
 }  // namespace
 
 void WriteJson(Object& object, std::ostream& out) {
   Writer writer(out);
-  writer.WriteObject(object);
-  writer.EndLine();
+  vndoc6::Walk(object, writer);
+  writer.Finish();
 }
 
 }  // namespace vndoc

@@ -1,0 +1,145 @@
+// vndoc recover: what can be had from a save that did not complete, or from a damaged file.
+#include <memory>
+#include <ostream>
+
+#include "automation/error.h"
+#include "command.h"
+#include "common/file_system.h"
+#include "common/utility.h"
+#include "file_text.h"
+#include "process/link.h"
+#include "process/steps.h"
+
+#include <filesystem>
+
+namespace vndoc {
+
+using vndoc6::automation::FromUtf8;
+using vndoc6::automation::Make;
+
+namespace {
+
+struct RecoverOptions {
+  std::string file;
+  std::string output;
+  bool temp_save = false;
+};
+
+constexpr int32_t kTempSaveIsNewer = 2;
+
+void TakeTempSave(Context& context, const RecoverOptions& options) {
+  const auto document = Make<vnDocument>();
+  if (!document->LoadTempSave(FromUtf8(options.file), FromUtf8(context.password.value_or("")))) {
+    throw Failure(options.file + ": its temporary save can't be loaded");
+  }
+  context.out << options.file << ": is now what its temporary save was\n";
+}
+
+class ScratchFile {
+ public:
+  explicit ScratchFile(std::string_view bytes)
+      : path_(std::filesystem::temp_directory_path() /
+              ("vndoc " + vndoc6::automation::ToUtf8(vndoc6::common::NewKey()))) {
+    if (!vndoc6::common::ReplaceFileWith(path_.u16string(), bytes)) {
+      throw Failure(path_.string() + ": can't be written");
+    }
+  }
+  ~ScratchFile() {
+    std::error_code gone_already;
+    std::filesystem::remove(path_, gone_already);
+  }
+  ScratchFile(const ScratchFile&) = delete;
+  ScratchFile& operator=(const ScratchFile&) = delete;
+  std::string name() const { return path_.string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// The file's text, closed where it breaks off inside of `depth` texts.
+std::string Closed(const std::string& bytes, int depth) {
+  std::string closed = bytes;
+  for (int level = depth - 1; level >= 1; --level) {
+    closed += '^';
+    closed += static_cast<char>('A' + level - 1);
+  }
+  return depth > 0 ? closed + "\":" : closed;
+}
+
+struct Salvaged {
+  std::string text;   // of the document, written again
+  std::string bytes;  // that it was loaded from
+};
+
+// What a document makes of those bytes; no text when nothing.
+Salvaged Try(Context& context, std::string bytes) {
+  const ScratchFile file(bytes);
+  try {
+    return {WriteAgain(*Load(context, file.name(), true)), std::move(bytes)};
+  } catch (const Failure&) {
+    // These bytes are no document: others may be.
+    return {};
+  }
+}
+
+// A file that breaks off does so at some depth of texts in texts. The right one gives most.
+Salvaged Salvage(Context& context, const std::string& bytes) {
+  constexpr int kDeepest = 6;
+  Salvaged best = Try(context, bytes);
+  if (!best.text.empty() && FindLostTexts(bytes, best.text).empty()) return best;
+  for (int depth = 1; depth <= kDeepest; ++depth) {
+    Salvaged other = Try(context, Closed(bytes, depth));
+    if (other.text.size() > best.text.size()) best = std::move(other);
+  }
+  return best;
+}
+
+void SalvageTo(Context& context, const RecoverOptions& options) {
+  const std::string bytes = ReadBytes(context, options.file);
+  const Salvaged salvaged = Salvage(context, bytes);
+  if (salvaged.text.empty()) throw Failure(options.file + ": nothing in it can be read");
+  WriteBytes(context, options.output, salvaged.text);
+  const auto document = Load(context, options.output);
+  context.err << "vndoc: " << options.output << ": has " << document->Steps()->Count()
+              << " steps and " << document->Links()->Count() << " links\n";
+  std::vector<LostText> lost = FindLostTexts(salvaged.bytes, salvaged.text);
+  if (salvaged.bytes != bytes) {
+    lost.push_back({LostText::Kind::kDoesNotParse, "", bytes.size()});
+  }
+  for (const LostText& part : lost) {
+    const std::string where = part.place.empty() ? "the file" : part.place;
+    context.err << "vndoc: lost: " << where;
+    if (part.kind == LostText::Kind::kDoesNotParse)
+      context.err << " from byte " << part.offset << " on";
+    context.err << '\n';
+  }
+  if (!lost.empty()) context.status = kFindings;
+}
+
+void Recover(Context& context, const RecoverOptions& options) {
+  if (options.temp_save) return TakeTempSave(context, options);
+  if (!options.output.empty()) return SalvageTo(context, options);
+  if (Make<vnDocument>()->TempSaveTest(FromUtf8(options.file)) == kTempSaveIsNewer) {
+    context.out << options.file
+                << ": a save did not complete; --temp-save takes what was saved before it\n";
+  } else {
+    context.out << options.file << ": no newer temporary save; -o FILE salvages what can be read\n";
+  }
+}
+
+}  // namespace
+
+void AddRecover(CLI::App& app, Context& context) {
+  auto* const command =
+      app.add_subcommand("recover", "Recovers a document from a broken save or a damaged file");
+  const auto options = std::make_shared<RecoverOptions>();
+  command->add_option("FILE", options->file, "The document")->required();
+  command->add_flag("--temp-save", options->temp_save,
+                    "Put the temporary save in the place of the document");
+  command->add_option("-o,--output", options->output,
+                      "Salvage what can be read into this new document, and list what was lost");
+  command->footer("Exit status: 0 all is there, 1 something was lost, 2 nothing can be read.");
+  command->callback([options, &context] { Recover(context, *options); });
+}
+
+}  // namespace vndoc

@@ -1,0 +1,291 @@
+// The program as its users run it: a command line in, output, errors and an exit status back.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+#include "command.h"
+#include "tests/support/random_document.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vndoc {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+class VndocTest : public ::testing::Test {
+ protected:
+  Outcome Vndoc(std::vector<std::string> arguments, const std::string& input = "") {
+    std::istringstream in(input);
+    std::ostringstream out;
+    std::ostringstream err;
+    Context context{in, out, err, false, {}, {}};
+    arguments.insert(arguments.begin(), "vndoc");
+    std::vector<const char*> argv;
+    for (const std::string& argument : arguments) argv.push_back(argument.c_str());
+    const int status = vndoc::Run(static_cast<int>(argv.size()), argv.data(), context);
+    return {status, out.str(), err.str()};
+  }
+  std::string File(const char* name) const { return (folder_.path() / name).string(); }
+  // A document made from an outline.
+  std::string Document(const std::string& outline, const char* name = "plan.vn6") {
+    const Outcome made = Vndoc({"new", File(name), "--from", "-", "--force"}, outline);
+    EXPECT_EQ(made.err, "");
+    return File(name);
+  }
+  std::string Get(const std::string& file, const std::string& path) {
+    const Outcome outcome = Vndoc({"edit", file, "get", path});
+    return outcome.out + outcome.err;
+  }
+
+  vndoc6::testing::TemporaryFolder folder_;
+};
+
+TEST_F(VndocTest, JsonGivesAnEqualDocumentWhateverItHolds) {
+  for (uint32_t seed = 1; seed <= 4; ++seed) {
+    const std::string original = File("original.vn6");
+    vndoc6::testing::RandomContent content(seed);
+    ASSERT_TRUE(vndoc6::testing::RandomDocument(content)->SaveAs(folder_.Name("original.vn6")));
+    const std::string json = Vndoc({"show", "--json", original}).out;
+    const Outcome outcome = Vndoc({"from-json", "-", File("copy.vn6")}, json);
+    EXPECT_EQ(outcome.err, "") << "seed " << seed;
+    EXPECT_EQ(Vndoc({"show", "--json", File("copy.vn6")}).out, json) << "seed " << seed;
+    const Outcome diff = Vndoc({"diff", original, File("copy.vn6")});
+    EXPECT_EQ(diff.out, "") << "seed " << seed;
+    std::filesystem::remove(original);
+  }
+}
+
+constexpr const char* kOutline =
+    "# Buying\n"
+    "Ask @Employee\n"
+    "Complete? [Decision]\n"
+    "  no -> Ask\n"
+    "  yes -> Order\n"
+    "Order @Purchasing\n"
+    "  - Write it\n"
+    "  > To the cheapest\n"
+    "  -> Archive\n"
+    "Archive\n";
+
+TEST_F(VndocTest, OutlineBecomesADocumentThatShowTellsOf) {
+  const Outcome shown = Vndoc({"show", Document(kOutline)});
+  EXPECT_EQ(shown.status, kDone);
+  EXPECT_EQ(shown.out,
+            "Buying\n"
+            "  Revision     0\n"
+            "  Status       0\n"
+            "\nSteps\n"
+            "  1. Ask\n"
+            "       by Employee\n"
+            "  2. Complete?\n"
+            "  3. Order\n"
+            "       To the cheapest\n"
+            "       by Purchasing\n"
+            "       task: Write it\n"
+            "  4. Archive\n"
+            "\nFlow\n"
+            "  1. Ask\n"
+            "  -> 2. Complete?\n"
+            "    * [no] 1. Ask (see above)\n"
+            "    * [yes] 3. Order\n"
+            "      -> 4. Archive\n"
+            "\nRoles\n"
+            "  Employee: 1\n"
+            "  Purchasing: 3\n"
+            "\nContainers\n"
+            "  Decision: 2\n");
+}
+
+TEST_F(VndocTest, OutlineAtFaultIsRefusedByLineAndMakesNoFile) {
+  for (const auto& [outline, why] : std::vector<std::pair<std::string, std::string>>{
+           {"A\n\n  yes ->\n", "line 3: the link leads nowhere"},
+           {"  - task\n", "line 1: this belongs below a step"},
+           {"A [B\n", "line 1: the [ is not closed"},
+           {"@Role\n", "line 1: a step needs a name"}}) {
+    const Outcome made = Vndoc({"new", File("plan.vn6"), "--from", "-"}, outline);
+    EXPECT_EQ(made.status, kFailed);
+    EXPECT_THAT(made.err, HasSubstr(why));
+    EXPECT_FALSE(std::filesystem::exists(File("plan.vn6")));
+  }
+  EXPECT_EQ(Get(Document("C\\@D \\[x\\]\n"), "Steps/1/Label"), "C@D [x]\n");
+}
+
+TEST_F(VndocTest, TerminalGetsNothingItWouldObey) {
+  const std::string file = Document("A\n");
+  Vndoc({"edit", file, "set", "Details/Title", "a\x1b[31m\nb\xe2\x80\xae"});
+  EXPECT_THAT(Vndoc({"show", file}).out, HasSubstr("a [31m b \n"));
+}
+
+TEST_F(VndocTest, EditReachesMembersByPath) {
+  const std::string file = Document(kOutline);
+  EXPECT_EQ(Vndoc({"edit", file, "set", "steps/1/LABEL", "Ask / \"nicely\""}).err, "");
+  EXPECT_EQ(Get(file, "Steps/ItemByStepIndex(1)/Label"), "Ask / \"nicely\"\n");
+  Vndoc({"edit", file, "set", "Steps/1/Figure/Shape", "vnsTermination"});
+  EXPECT_EQ(Get(file, "Steps/1/Figure/Shape"), "58\n");
+  Vndoc({"edit", file, "call", "Properties/Add", "a/\"b", "5"});
+  EXPECT_EQ(Get(file, "Properties/\"a/\"\"b\"/TypeName"), "Long\n");
+  Vndoc({"edit", file, "call", "Properties/Add", "x", "\"5\""});
+  EXPECT_EQ(Get(file, "Properties/x/TypeName"), "String\n");
+  EXPECT_EQ(Get(file, "Properties/Item(\"x\")/Value"), "5\n");
+  EXPECT_THAT(Vndoc({"edit", file, "call", "CopyStep", "@Steps/3"}).out, HasSubstr("\"Order\""));
+  EXPECT_EQ(Get(file, "Steps/Count"), "5\n");
+}
+
+TEST_F(VndocTest, EditRefusesInOneLineAndLeavesTheFileAlone) {
+  const std::string file = Document(kOutline);
+  const std::string before = Get(file, "IR");
+  for (const auto& [arguments, why] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+           {{"get", "Steps/99/Label"}, "there is no \"99\""},
+           {{"get", "Nope"}, "vnDocument has no member Nope"},
+           {{"set", "Steps/1/Key", "k"}, "vnStep.Key can only be read"},
+           {{"set", "Steps/1/StepIndex", "x"}, "Type mismatch."},
+           {{"set", "Steps/1/Label"}, "set takes one value"},
+           {{"call", "CopyStep", "Steps/1"}, "poStep takes an object"},
+           {{"get", "Steps/\"x"}, "a quote that is not closed"},
+           {{"get", "Steps/Item(1"}, "a bracket that is not closed"},
+           {{"get", "Details/Title/x"}, "\"Title\" is no object"}}) {
+    std::vector<std::string> all = {"edit", file};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    const Outcome outcome = Vndoc(all);
+    EXPECT_EQ(outcome.status, kFailed);
+    EXPECT_THAT(outcome.err, HasSubstr(why));
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+  }
+  EXPECT_EQ(Get(file, "IR"), before);
+}
+
+TEST_F(VndocTest, PasswordsOpenReadingAndWriting) {
+  const std::string file = Document(kOutline);
+  Vndoc({"edit", file, "call", "SetWritePassword", "w"});
+  EXPECT_THAT(Vndoc({"edit", file, "set", "Details/Title", "x"}).err, HasSubstr("write password"));
+  EXPECT_EQ(Vndoc({"edit", file, "set", "Details/Title", "x", "--write-password", "w"}).err, "");
+  EXPECT_EQ(Vndoc({"--write-password", "w", "edit", file, "call", "SetReadPassword", "r"}).err, "");
+  EXPECT_THAT(Vndoc({"show", file}).err, HasSubstr("needs its password"));
+  EXPECT_THAT(Vndoc({"show", file, "--password", "no"}).err, HasSubstr("wrong password"));
+  EXPECT_THAT(Vndoc({"show", file, "--password", "r"}).out, HasSubstr("x\n"));
+}
+
+TEST_F(VndocTest, CheckFindsFixesAndTellsByItsStatus) {
+  const std::string file = Document(kOutline);
+  EXPECT_EQ(Vndoc({"check", file}).status, kDone);
+  EXPECT_EQ(Vndoc({"check", file}).out, "");
+  Vndoc({"edit", file, "call", "Steps/Remove", "4"});
+  Vndoc({"edit", file, "call", "Steps/2/Dependancies/Add", Get(file, "Steps/3/Key").substr(0, 38),
+         "x"});
+  Vndoc({"edit", file, "call", "Steps/3/Dependancies/Add", Get(file, "Steps/2/Key").substr(0, 38),
+         "x"});
+  const Outcome found = Vndoc({"check", file});
+  EXPECT_EQ(found.status, kFindings);
+  EXPECT_THAT(found.out, HasSubstr("dangling link"));
+  EXPECT_THAT(found.out, HasSubstr("circular dependency"));
+  const Outcome fixed = Vndoc({"check", "--fix", "--json", file});
+  EXPECT_EQ(fixed.status, kFindings);
+  EXPECT_THAT(fixed.out, HasSubstr("\"fixed\":true"));
+  EXPECT_THAT(Vndoc({"check", file}).out, Not(HasSubstr("dangling")));
+  EXPECT_EQ(Vndoc({"check", file, File("none.vn6")}).status, kFailed);
+}
+
+TEST_F(VndocTest, CheckTellsOfUnknownKeysAndDamagedTexts) {
+  Document(kOutline);
+  const auto bytes = [&] {
+    std::ifstream stream(File("plan.vn6"), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  }();
+  folder_.Write("plan.vn6", bytes + "Future=5:");
+  EXPECT_THAT(Vndoc({"check", File("plan.vn6")}).out, HasSubstr("unknown key: Future"));
+  folder_.Write("plan.vn6", bytes + "=damaged");
+  EXPECT_THAT(Vndoc({"check", File("plan.vn6")}).out,
+              HasSubstr("does not parse from byte " + std::to_string(bytes.size())));
+}
+
+TEST_F(VndocTest, RecoverSalvagesAFileThatBreaksOff) {
+  const std::string file = Document(kOutline);
+  std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
+  const Outcome recovered = Vndoc({"recover", file, "-o", File("new.vn6")});
+  EXPECT_EQ(recovered.status, kFindings);
+  EXPECT_THAT(recovered.err, HasSubstr("lost: the file from byte"));
+  EXPECT_EQ(Get(File("new.vn6"), "Steps/1/Label"), "Ask\n");
+  folder_.Write("plan.vn6", "no document");
+  EXPECT_EQ(Vndoc({"recover", file, "-o", File("none.vn6")}).status, kFailed);
+  EXPECT_FALSE(std::filesystem::exists(File("none.vn6")));
+}
+
+TEST_F(VndocTest, DiffEndsAsDiffDoes) {
+  const std::string left = Document(kOutline, "left.vn6");
+  std::filesystem::copy_file(left, File("right.vn6"));
+  EXPECT_EQ(Vndoc({"diff", left, File("right.vn6")}).status, kDone);
+  Vndoc({"edit", File("right.vn6"), "set", "Details/Title", "Selling"});
+  const Outcome diff = Vndoc({"diff", "--ignore-identity", left, File("right.vn6")});
+  EXPECT_EQ(diff.status, kFindings);
+  EXPECT_THAT(diff.out, HasSubstr("Details/Title: "));
+  EXPECT_EQ(Vndoc({"diff", left, File("none.vn6")}).status, kFailed);
+}
+
+TEST_F(VndocTest, FromJsonRefusesWhatIsNoDocument) {
+  for (const auto& [json, why] : std::vector<std::pair<std::string, std::string>>{
+           {"{", "not JSON, at byte 2"},
+           {"[]", "an object is expected"},
+           {R"({"Stebs": []})", "vnDocument has no Stebs"},
+           {R"({"Steps": [{"Label": {"Nope": 1}}]})", "Steps/1/Label/not a value"},
+           {R"({"Steps": [{"StepIndex": "x"}]})", "Steps/1/StepIndex: Type mismatch."}}) {
+    const Outcome outcome = Vndoc({"from-json", "-", File("made.vn6")}, json);
+    EXPECT_EQ(outcome.status, kFailed);
+    EXPECT_THAT(outcome.err, HasSubstr(why));
+    EXPECT_FALSE(std::filesystem::exists(File("made.vn6")));
+  }
+}
+
+TEST_F(VndocTest, OutputThatCannotBeWrittenIsAnError) {
+  std::istringstream in;
+  std::ostringstream err;
+  std::ofstream full("/dev/full");
+  Context context{in, full, err, false, {}, {}};
+  const std::string file = Document(kOutline);
+  const char* const argv[] = {"vndoc", "show", file.c_str()};
+  EXPECT_EQ(vndoc::Run(3, argv, context), kFailed);
+  EXPECT_EQ(err.str(), "vndoc: the output can't be written\n");
+}
+
+TEST_F(VndocTest, HelpCompletionAndManualKnowEveryCommand) {
+  Outcome help = Vndoc({"--help"});
+  EXPECT_EQ(help.status, kDone);
+  const std::string pages = Vndoc({"completion", "bash"}).out;
+  const std::string manual = Vndoc({"man"}).out;
+  for (const char* const command : {"new", "show", "from-json", "check", "diff", "edit", "members",
+                                    "recover", "completion", "man"}) {
+    EXPECT_THAT(help.out, HasSubstr(std::string("\n  ") + command + " "));
+    EXPECT_THAT(pages, HasSubstr(std::string("    ") + command + ") options="));
+    EXPECT_THAT(manual, HasSubstr(std::string(".SS ") +
+                                  (command == std::string("from-json") ? "from\\-json" : command)));
+    EXPECT_EQ(Vndoc({command, "--help"}).status, kDone);
+  }
+  EXPECT_THAT(Vndoc({"members", "vnstep"}).out, HasSubstr("set  Label(psLabel As String)"));
+}
+
+// The outline that --help shows is one.
+TEST_F(VndocTest, OutlineInTheHelpIsTrue) {
+  const std::string help = Vndoc({"new", "--help"}).out;
+  const size_t start = help.find("  # Purchase approval");
+  std::istringstream lines(help.substr(start, help.find("\n\n", start) - start));
+  std::string outline;
+  for (std::string line; std::getline(lines, line);) {
+    constexpr size_t kRemarks = 34;
+    outline += line.substr(0, line.size() > kRemarks ? kRemarks : line.size()) + '\n';
+  }
+  const std::string file = Document(outline);
+  EXPECT_EQ(Get(file, "Steps/Count"), "4\n");
+  EXPECT_EQ(Get(file, "Links/Count"), "4\n");
+}
+
+}  // namespace
+}  // namespace vndoc
