@@ -23,7 +23,7 @@ soak() {
 }
 
 # What a long form is named by: the tests that count on VNDOC6_SOAK.
-soak_tests='Crash.*:FileFaults.*:PowerLoss.*:HostileFile.*:*Sequence*'
+soak_tests='Crash*:FileFaults.*:PowerLoss.*:HostileFile.*:Sequences.*:RandomCalls.*'
 
 # soak_round SEED
 soak_round() {
