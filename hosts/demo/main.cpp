@@ -9,6 +9,7 @@
 #include "chart/figure.h"
 #include "collections/file.h"
 #include "collections/jump.h"
+#include "core/detail_id.h"
 #include "core/document.h"
 #include "details/details.h"
 #include "details/revision.h"
@@ -100,6 +101,21 @@ void Report(vnDocument& document) {
   }
 }
 
+// Removing a step leaves its links to the host. Here those that led to it lead on to the next.
+void RemoveAndRelink(vnDocument& document, const Ref<vnStep>& step, const Ref<vnStep>& next) {
+  const Ref<vndoc6::vnLinks> links = document.Links();
+  for (int32_t i = links->Count(); i >= 1; --i) {
+    const auto link = links->Item(Variant(i));
+    if (link->OriginStepKey() == step->Key()) {
+      links->Remove(Variant(i));
+    } else if (link->DestinationStepKey() == step->Key()) {
+      link->SetDestinationStepKey(next->Key());
+      document.RaiseLinkChange(link.get(), vndoc6::vndDestinationStepKey);
+    }
+  }
+  document.Steps()->Remove(Variant(step->Key()));
+}
+
 void Check(bool succeeded, const char* what) {
   if (!succeeded) throw std::runtime_error(std::string(what) + " failed");
 }
@@ -132,7 +148,7 @@ void Run(const std::string& folder) {
   std::cout << "Editing: paying moves before the goods arrive, the supplier's step goes\n";
   const Ref<vndoc6::vnSteps> steps = document->Steps();
   steps->ItemByStepIndex(15)->SetStepIndex(12);
-  steps->Remove(Variant(steps->ItemByStepIndex(10)->Key()));
+  RemoveAndRelink(*document, steps->ItemByStepIndex(10), steps->ItemByStepIndex(11));
   document->Details()->NewRevision(u"Paid in advance");
   Check(document->Save(), "saving again");
   events.Report("editing and saving");
