@@ -134,10 +134,12 @@ class Checker {
   std::vector<Finding> findings_;
 };
 
-void AddLostTexts(const std::string& file, vnDocument& document, std::vector<Finding>& findings) {
-  const auto bytes = vndoc6::common::ReadWholeFile(vndoc6::automation::FromUtf8(file));
-  if (!bytes) throw Failure(file + ": can't be read");
-  for (const LostText& lost : FindLostTexts(*bytes, WriteAgain(document))) {
+// Takes the document, to let go of it before the texts are compared: both may be large.
+void AddLostTexts(Context& context, const std::string& file, Ref<vnDocument> document,
+                  std::vector<Finding>& findings) {
+  std::string again = WriteAgain(*document);
+  document = nullptr;
+  for (const LostText& lost : FindLostTexts(ReadBytes(context, file), std::move(again))) {
     const std::string where = lost.place.empty() ? "the file" : lost.place;
     if (lost.kind == LostText::Kind::kUnknownKey) {
       findings.push_back({"unknown key", where + " is not known; the next save drops it"});
@@ -185,12 +187,16 @@ class Report {
   Report(Context& context, const CheckOptions& options) : context_(context), options_(options) {}
 
   void Check(const std::string& file) {
-    const auto document = Load(context_, file);
+    auto document = Load(context_, file);
     std::vector<Finding> findings = Checker(*document).Check();
+    UseWritePassword(context_, *document);
     if (document->AllowWrite()) {
-      AddLostTexts(file, *document, findings);
+      AddLostTexts(context_, file, std::move(document), findings);
     } else {
-      context_.err << "vndoc: " << file << ": its texts need the write password to be checked\n";
+      context_.err << "vndoc: " << file
+                   << (context_.write_password
+                           ? ": wrong write password; its texts are not checked\n"
+                           : ": its texts need the write password to be checked\n");
     }
     const bool fixable = std::any_of(findings.begin(), findings.end(),
                                      [](const Finding& finding) { return finding.fixable; });
@@ -250,7 +256,7 @@ void AddCheck(CLI::App& app, Context& context) {
       "Finds links, dependencies and jumps that lead nowhere, steps that can't be reached, "
       "numbers\n"
       "that are missing or there twice, dependencies in circles, texts that don't parse and keys\n"
-      "that are not known.\n"
+      "that are not known. Texts and keys need the write password of a document that has one.\n"
       "Exit status: 0 nothing is wrong, or all of it was fixed; 1 findings; 2 a file can't be "
       "read.");
   command->callback([options, &context] { CheckAll(context, *options); });

@@ -49,6 +49,8 @@ struct Context {
 // The document of a file, with the passwords of the context or of a prompt. Throws Failure when it
 // can't be loaded. Write access is asked for when `to_write` is set.
 Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write = false);
+// Gives write access when the context's write password is the document's.
+void UseWritePassword(const Context& context, vnDocument& document);
 // Saves under the document's own name, or under another. Throws Failure when that is not possible;
 // the file is then as it was.
 void Save(Context& context, vnDocument& document);

@@ -63,10 +63,10 @@ class Search {
 
 }  // namespace
 
-std::vector<LostText> FindLostTexts(std::string_view file, std::string_view written_again) {
+std::vector<LostText> FindLostTexts(std::string file, std::string written_again) {
   Search search;
-  search.Compare(KeptText(SharedBytes(std::string(file))),
-                 KeptText(SharedBytes(std::string(written_again))), "");
+  search.Compare(KeptText(SharedBytes(std::move(file))),
+                 KeptText(SharedBytes(std::move(written_again))), "");
   return std::move(search.lost);
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "command.h"
@@ -18,7 +17,7 @@ struct LostText {
 
 // Compares the file's text with that of the same document when all of it was read and written
 // again. What is missing there was not understood.
-std::vector<LostText> FindLostTexts(std::string_view file, std::string_view written_again);
+std::vector<LostText> FindLostTexts(std::string file, std::string written_again);
 
 // The text that the document writes when all of it was read. The document is bound to another file
 // from then on, and must not be saved. Throws Failure when it may not be written.

@@ -87,11 +87,9 @@ std::optional<std::string> Ask(const Context& context, const std::string& questi
   return context.on_terminal ? AskPassword(question) : std::nullopt;
 }
 
-// The password that opened a document may be the write password as well: the load has tried it.
 void RequireWriteAccess(Context& context, vnDocument& document, const std::string& file) {
-  if (!document.AllowWrite() && context.write_password) {
-    document.EnableWrite(FromUtf8(*context.write_password));
-  } else if (!document.AllowWrite()) {
+  UseWritePassword(context, document);
+  if (!document.AllowWrite() && !context.write_password) {
     if (const auto answer = Ask(context, "Write password for " + file + ": ")) {
       document.EnableWrite(FromUtf8(*answer));
     }
@@ -122,6 +120,12 @@ Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write) {
   }
   if (to_write) RequireWriteAccess(context, *document, file);
   return document;
+}
+
+// The load has tried the password that opened it, which may be the write password as well.
+void UseWritePassword(const Context& context, vnDocument& document) {
+  if (document.AllowWrite() || !context.write_password) return;
+  document.EnableWrite(FromUtf8(*context.write_password));
 }
 
 void Save(Context& context, vnDocument& document) {

@@ -7,6 +7,7 @@
 #include "common/file_system.h"
 #include "common/utility.h"
 #include "file_text.h"
+#include "mended_text.h"
 #include "process/link.h"
 #include "process/steps.h"
 
@@ -69,13 +70,15 @@ std::string Closed(const std::string& bytes, int depth) {
 struct Salvaged {
   std::string text;   // of the document, written again
   std::string bytes;  // that it was loaded from
+  bool broken_off = false;
+  std::vector<Mended::Place> mended;
 };
 
 // What a document makes of those bytes; no text when nothing.
 Salvaged Try(Context& context, std::string bytes) {
   const ScratchFile file(bytes);
   try {
-    return {WriteAgain(*Load(context, file.name(), true)), std::move(bytes)};
+    return {WriteAgain(*Load(context, file.name(), true)), std::move(bytes), false, {}};
   } catch (const Failure&) {
     // These bytes are no document: others may be.
     return {};
@@ -83,15 +86,36 @@ Salvaged Try(Context& context, std::string bytes) {
 }
 
 // A file that breaks off does so at some depth of texts in texts. The right one gives most.
-Salvaged Salvage(Context& context, const std::string& bytes) {
+Salvaged TryAllDepths(Context& context, const std::string& bytes) {
   constexpr int kDeepest = 6;
   Salvaged best = Try(context, bytes);
   if (!best.text.empty() && FindLostTexts(bytes, best.text).empty()) return best;
   for (int depth = 1; depth <= kDeepest; ++depth) {
     Salvaged other = Try(context, Closed(bytes, depth));
-    if (other.text.size() > best.text.size()) best = std::move(other);
+    if (other.text.size() <= best.text.size()) continue;
+    best = std::move(other);
+    best.broken_off = true;
   }
   return best;
+}
+
+// The text as it is, or mended when that gives more.
+Salvaged Salvage(Context& context, const std::string& bytes) {
+  Salvaged best = TryAllDepths(context, bytes);
+  Mended mended = Mend(bytes);
+  if (mended.text == bytes) return best;
+  Salvaged other = TryAllDepths(context, mended.text);
+  if (other.text.size() <= best.text.size()) return best;
+  other.mended = std::move(mended.places);
+  return other;
+}
+
+void ListMended(Context& context, const std::vector<Mended::Place>& places) {
+  for (const Mended::Place& place : places) {
+    context.err << "vndoc: lost: what was damaged before byte " << place.offset << " of the file";
+    if (!place.key.empty()) context.err << ", in " << place.key;
+    context.err << '\n';
+  }
 }
 
 void SalvageTo(Context& context, const RecoverOptions& options) {
@@ -103,7 +127,8 @@ void SalvageTo(Context& context, const RecoverOptions& options) {
   context.err << "vndoc: " << options.output << ": has " << document->Steps()->Count()
               << " steps and " << document->Links()->Count() << " links\n";
   std::vector<LostText> lost = FindLostTexts(salvaged.bytes, salvaged.text);
-  if (salvaged.bytes != bytes) {
+  ListMended(context, salvaged.mended);
+  if (salvaged.broken_off) {
     lost.push_back({LostText::Kind::kDoesNotParse, "", bytes.size()});
   }
   for (const LostText& part : lost) {
@@ -113,7 +138,7 @@ void SalvageTo(Context& context, const RecoverOptions& options) {
       context.err << " from byte " << part.offset << " on";
     context.err << '\n';
   }
-  if (!lost.empty()) context.status = kFindings;
+  if (!lost.empty() || !salvaged.mended.empty()) context.status = kFindings;
 }
 
 void Recover(Context& context, const RecoverOptions& options) {
@@ -138,7 +163,10 @@ void AddRecover(CLI::App& app, Context& context) {
                     "Put the temporary save in the place of the document");
   command->add_option("-o,--output", options->output,
                       "Salvage what can be read into this new document, and list what was lost");
-  command->footer("Exit status: 0 all is there, 1 something was lost, 2 nothing can be read.");
+  command->footer(
+      "A file that breaks off is closed; a damaged step, link or other entry is lost from the\n"
+      "damage on, or whole, and those behind it are kept.\n"
+      "Exit status: 0 all is there, 1 something was lost, 2 nothing can be read.");
   command->callback([options, &context] { Recover(context, *options); });
 }
 

@@ -13,7 +13,7 @@ namespace {
 constexpr const char* kAbout =
     "Looks at, checks, converts and changes process documents (.vn6, .vn6t).";
 constexpr const char* kExitStatus =
-    "Exit status: 0 done, 1 something was found (check) or differs (diff),\n"
+    "Exit status: 0 done, 1 something was found (check), differs (diff) or was lost (recover),\n"
     "2 the document can't be read or written, or the command line is wrong.";
 
 void AddCommonOptions(CLI::App& app, Context& context) {

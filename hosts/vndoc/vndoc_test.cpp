@@ -42,6 +42,10 @@ class VndocTest : public ::testing::Test {
     EXPECT_EQ(made.err, "");
     return File(name);
   }
+  std::string Bytes(const char* name) const {
+    std::ifstream stream(File(name), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  }
   std::string Get(const std::string& file, const std::string& path) {
     const Outcome outcome = Vndoc({"edit", file, "get", path});
     return outcome.out + outcome.err;
@@ -197,15 +201,45 @@ TEST_F(VndocTest, CheckFindsFixesAndTellsByItsStatus) {
 
 TEST_F(VndocTest, CheckTellsOfUnknownKeysAndDamagedTexts) {
   Document(kOutline);
-  const auto bytes = [&] {
-    std::ifstream stream(File("plan.vn6"), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-  }();
+  const std::string bytes = Bytes("plan.vn6");
   folder_.Write("plan.vn6", bytes + "Future=5:");
   EXPECT_THAT(Vndoc({"check", File("plan.vn6")}).out, HasSubstr("unknown key: Future"));
   folder_.Write("plan.vn6", bytes + "=damaged");
   EXPECT_THAT(Vndoc({"check", File("plan.vn6")}).out,
               HasSubstr("does not parse from byte " + std::to_string(bytes.size())));
+}
+
+TEST_F(VndocTest, CheckReadsTextsWithTheWritePassword) {
+  const std::string file = Document(kOutline);
+  Vndoc({"edit", file, "call", "SetWritePassword", "w"});
+  folder_.Write("plan.vn6", Bytes("plan.vn6") + "Future=5:");
+  EXPECT_THAT(Vndoc({"check", file}).err, HasSubstr("need the write password"));
+  EXPECT_THAT(Vndoc({"check", file, "--write-password", "no"}).err,
+              HasSubstr("wrong write password"));
+  const Outcome checked = Vndoc({"check", file, "--write-password", "w"});
+  EXPECT_EQ(checked.err, "");
+  EXPECT_EQ(checked.status, kFindings);
+  EXPECT_THAT(checked.out, HasSubstr("unknown key: Future"));
+}
+
+TEST_F(VndocTest, FixNumbersTheStepsAnewInTheirOrder) {
+  const std::string file = Document("A\nB\nC\nD\n");
+  std::string bytes = Bytes("plan.vn6");
+  for (const auto& [from, to] : {std::pair("SI=2:", "SI=1:"), std::pair("SI=4:", "SI=9:")}) {
+    const size_t at = bytes.find(from);
+    ASSERT_NE(at, bytes.npos);
+    bytes.replace(at, 5, to);
+  }
+  folder_.Write("plan.vn6", bytes);
+  const Outcome found = Vndoc({"check", file});
+  EXPECT_THAT(found.out, HasSubstr("duplicate number"));
+  EXPECT_THAT(found.out, HasSubstr("missing number"));
+  Vndoc({"check", "--fix", file});
+  EXPECT_THAT(Vndoc({"check", file}).out, Not(HasSubstr("number")));
+  for (int i = 1; i <= 4; ++i) {
+    EXPECT_EQ(Get(file, "Steps/ItemByStepIndex(" + std::to_string(i) + ")/Label"),
+              std::string(1, static_cast<char>('A' + i - 1)) + '\n');
+  }
 }
 
 TEST_F(VndocTest, RecoverSalvagesAFileThatBreaksOff) {
@@ -218,6 +252,41 @@ TEST_F(VndocTest, RecoverSalvagesAFileThatBreaksOff) {
   folder_.Write("plan.vn6", "no document");
   EXPECT_EQ(Vndoc({"recover", file, "-o", File("none.vn6")}).status, kFailed);
   EXPECT_FALSE(std::filesystem::exists(File("none.vn6")));
+}
+
+// Step 5 of 20 with one byte damaged: the others stay, whatever the byte meant.
+TEST_F(VndocTest, RecoverKeepsWhatStandsBehindTheDamage) {
+  std::string outline;
+  for (int i = 1; i <= 20; ++i) outline += "Step no " + std::to_string(i) + "\n";
+  Document(outline);
+  const std::string bytes = Bytes("plan.vn6");
+  const size_t label = bytes.find("Step no 5^");
+  const size_t start = bytes.rfind("^a", label);
+  const size_t end = bytes.find("^A", label);
+  const size_t parts_end = bytes.find("\":", label);
+  for (const auto& [at, damage] : std::vector<std::pair<size_t, char>>{{start, 'x'},
+                                                                       {start + 1, 'x'},
+                                                                       {label, '"'},
+                                                                       {label + 9, 'x'},
+                                                                       {label + 10, 'A'},
+                                                                       {end - 2, '"'},
+                                                                       {end, 'x'},
+                                                                       {end + 1, 'x'},
+                                                                       {end + 1, 'B'},
+                                                                       {parts_end, 'x'},
+                                                                       {parts_end + 1, 'x'}}) {
+    std::string damaged = bytes;
+    damaged[at] = damage;
+    folder_.Write("plan.vn6", damaged);
+    const Outcome recovered = Vndoc({"recover", File("plan.vn6"), "-o", File("new.vn6")});
+    const std::string where = recovered.err + damaged.substr(at - 20, 60);
+    EXPECT_EQ(recovered.status, at == parts_end + 1 ? kDone : kFindings) << where;
+    const std::string shown = Vndoc({"show", File("new.vn6")}).out;
+    for (int i = 1; i <= 20; ++i) {
+      if (i == 5) continue;
+      EXPECT_THAT(shown, HasSubstr(". Step no " + std::to_string(i) + "\n")) << where;
+    }
+  }
 }
 
 TEST_F(VndocTest, DiffEndsAsDiffDoes) {
