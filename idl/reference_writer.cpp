@@ -2,6 +2,7 @@
 
 #include "automation/error.h"
 #include "published/published.h"
+#include "published/type_names.h"
 
 namespace vndoc6 {
 namespace {
@@ -20,46 +21,8 @@ constexpr const char* kHead =
     "browsers; the\n"
     "default member has the identifier 0.\n";
 
-std::string TypeName(const TypeInfo& type) {
-  switch (type.kind) {
-    case TypeKind::kVoid:
-      return "";
-    case TypeKind::kBoolean:
-      return "Boolean";
-    case TypeKind::kShort:
-      return "Integer";
-    case TypeKind::kLong:
-      return "Long";
-    case TypeKind::kSingle:
-      return "Single";
-    case TypeKind::kDouble:
-      return "Double";
-    case TypeKind::kCurrency:
-      return "Currency";
-    case TypeKind::kDate:
-      return "Date";
-    case TypeKind::kText:
-      return "String";
-    case TypeKind::kVariant:
-      return "Variant";
-    case TypeKind::kEnum:
-      return type.enumeration().name;
-    case TypeKind::kClass:
-      return std::string(type.class_info().name());
-    case TypeKind::kDispatch:
-      return "Object";
-    case TypeKind::kFont:
-      return "StdFont";
-    case TypeKind::kPicture:
-      return "StdPicture";
-    case TypeKind::kEnumerator:
-      return "enumerator";
-  }
-  throw Error(kInvalidCall);
-}
-
 std::string ParameterText(const ParameterInfo& parameter) {
-  const std::string text = std::string(parameter.name) + " As " + TypeName(parameter.type);
+  const std::string text = std::string(parameter.name) + " As " + ScriptTypeName(parameter.type);
   if (!parameter.optional) return text;
   const Variant& value = parameter.default_value;
   const std::string shown = ToUtf8(value.ToText());
@@ -78,7 +41,7 @@ std::string MemberText(const MemberInfo& member) {
   }
   if (shown > 0) text += ")";
   const TypeInfo& type = put ? member.parameters.back().type : member.result;
-  if (type.kind != TypeKind::kVoid) text += " As " + TypeName(type);
+  if (type.kind != TypeKind::kVoid) text += " As " + ScriptTypeName(type);
   return member.hidden ? "(`" + text + "`)" : "`" + text + "`";
 }
 
@@ -114,7 +77,7 @@ std::string EventsText(const EventInterfaceInfo& events) {
     const char* separator = "(";
     for (const EventParameter& parameter : event.parameters) {
       text += std::string(separator) + (parameter.by_reference ? "" : "ByVal ") + parameter.name +
-              " As " + TypeName(parameter.type);
+              " As " + ScriptTypeName(parameter.type);
       separator = ", ";
     }
     text += std::string(event.parameters.empty() ? "`" : ")`") + " | " + std::to_string(event.id) +

@@ -37,7 +37,9 @@ void CollectLost(const Json& wanted, const Json& made, const std::string& path,
     return;
   }
   for (const auto& [name, value] : wanted.items()) {
-    const std::string place = path.empty() ? name : path + '/' + name;
+    std::string place = path;
+    if (!place.empty()) place += '/';
+    place += name;
     if (wanted.is_array()) {
       CollectLost(value, made[std::stoul(name)], place, lost);
     } else if (made.contains(name)) {

@@ -7,6 +7,7 @@
 #include "command.h"
 #include "objects.h"
 #include "published/published.h"
+#include "published/type_names.h"
 
 namespace vndoc {
 
@@ -14,48 +15,8 @@ using vndoc6::automation::CallKind;
 using vndoc6::automation::EnumInfo;
 using vndoc6::automation::FromUtf8;
 using vndoc6::automation::ParameterInfo;
-using vndoc6::automation::TypeInfo;
-using vndoc6::automation::TypeKind;
 
 namespace {
-
-std::string TypeName(const TypeInfo& type) {
-  switch (type.kind) {
-    case TypeKind::kVoid:
-      return "";
-    case TypeKind::kBoolean:
-      return "Boolean";
-    case TypeKind::kShort:
-      return "Integer";
-    case TypeKind::kLong:
-      return "Long";
-    case TypeKind::kSingle:
-      return "Single";
-    case TypeKind::kDouble:
-      return "Double";
-    case TypeKind::kCurrency:
-      return "Currency";
-    case TypeKind::kDate:
-      return "Date";
-    case TypeKind::kText:
-      return "String";
-    case TypeKind::kVariant:
-      return "Variant";
-    case TypeKind::kEnum:
-      return type.enumeration().name;
-    case TypeKind::kClass:
-      return std::string(type.class_info().name());
-    case TypeKind::kDispatch:
-      return "Object";
-    case TypeKind::kFont:
-      return "Font";
-    case TypeKind::kPicture:
-      return "Picture";
-    case TypeKind::kEnumerator:
-      return "Enumerator";
-  }
-  return "?";
-}
 
 const char* KindName(CallKind kind) {
   switch (kind) {
@@ -64,7 +25,6 @@ const char* KindName(CallKind kind) {
     case CallKind::kGet:
       return "get ";
     case CallKind::kPut:
-      return "set ";
     case CallKind::kPutRef:
       return "set ";
   }
@@ -76,7 +36,7 @@ std::string ParameterList(const MemberInfo& member) {
   for (const ParameterInfo& parameter : member.parameters) {
     list += list.empty() ? "" : ", ";
     list += std::string(parameter.optional ? "[" : "") + parameter.name + " As " +
-            TypeName(parameter.type) + (parameter.optional ? "]" : "");
+            vndoc6::ScriptTypeName(parameter.type) + (parameter.optional ? "]" : "");
   }
   return list.empty() ? "" : '(' + list + ')';
 }
@@ -86,7 +46,7 @@ void WriteClass(const ClassInfo& info, std::ostream& out) {
   for (const MemberInfo& member : info.members()) {
     if (member.hidden || member.id == vndoc6::automation::kNewEnumMember) continue;
     out << "  " << KindName(member.kind) << ' ' << member.name << ParameterList(member);
-    const std::string result = TypeName(member.result);
+    const std::string result = vndoc6::ScriptTypeName(member.result);
     if (!result.empty()) out << " As " << result;
     if (*member.help != '\0') out << "\n         " << member.help;
     out << '\n';

@@ -22,7 +22,6 @@
 namespace vndoc {
 
 using vndoc6::ContentMember;
-using vndoc6::vnDetails;
 using vndoc6::automation::CallKind;
 using vndoc6::automation::Error;
 using vndoc6::automation::FromUtf8;

@@ -11,7 +11,6 @@ using vndoc6::Content;
 using vndoc6::ContentReader;
 using vndoc6::automation::CallKind;
 using vndoc6::automation::TypeKind;
-using vndoc6::automation::ValueKind;
 
 namespace {
 
