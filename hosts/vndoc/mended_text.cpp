@@ -19,8 +19,8 @@ constexpr std::string_view kClosing = kEscapeLiterals[1];
 // Openings and closings of the document's parts, and of the entries in a part.
 constexpr size_t kPart = 0;
 constexpr size_t kEntry = 1;
-// What stands for a quote that means nothing.
-constexpr char kNoQuote = '?';
+// What stands for a quote or a "=" that means nothing.
+constexpr char kMeaningless = '?';
 
 class Mender {
  public:
@@ -31,6 +31,7 @@ class Mender {
       at += file_[at] == '"' ? Quote(at) : Caret(at);
     }
     mended_.text += file_.substr(taken_);
+    mended_.breaks_off = open_ > 0;
     return std::move(mended_);
   }
 
@@ -51,7 +52,7 @@ class Mender {
     if (open_ > kPart && !PartFollows(at + 1)) {
       TakeTo(at);
       Note(at);
-      mended_.text += kNoQuote;
+      mended_.text += kMeaningless;
       taken_ = at + 1;
       return 1;
     }
@@ -82,9 +83,19 @@ class Mender {
       CloseDownTo(level, at);
     }
     keys_[level] = std::string(file_.substr(key, at - key));
+    if (keys_[level].find('=') != std::string::npos) TakeKey(level, key, at);
     if (level == kPart) keys_[kEntry].clear();
     open_ = level + 1;
     End(at + size);
+  }
+
+  // A key's own "=" is written otherwise: this one is damage, and would end the key.
+  void TakeKey(size_t level, size_t key, size_t at) {
+    TakeTo(key);
+    Note(at);
+    std::replace(keys_[level].begin(), keys_[level].end(), '=', kMeaningless);
+    mended_.text += keys_[level];
+    taken_ = at;
   }
 
   void Close(size_t level, size_t at, size_t size) {

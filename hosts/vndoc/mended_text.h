@@ -14,6 +14,7 @@ struct Mended {
   };
   std::string text;
   std::vector<Place> places;  // where it was mended
+  bool breaks_off = false;    // within a part
 };
 
 // Looks at the document's parts and at their entries (its steps, its links) only: a fault further

@@ -86,10 +86,10 @@ Salvaged Try(Context& context, std::string bytes) {
 }
 
 // A file that breaks off does so at some depth of texts in texts. The right one gives most.
-Salvaged TryAllDepths(Context& context, const std::string& bytes) {
+Salvaged TryAllDepths(Context& context, const std::string& bytes, bool breaks_off) {
   constexpr int kDeepest = 6;
   Salvaged best = Try(context, bytes);
-  if (!best.text.empty() && FindLostTexts(bytes, best.text).empty()) return best;
+  if (!breaks_off) return best;
   for (int depth = 1; depth <= kDeepest; ++depth) {
     Salvaged other = Try(context, Closed(bytes, depth));
     if (other.text.size() <= best.text.size()) continue;
@@ -101,10 +101,10 @@ Salvaged TryAllDepths(Context& context, const std::string& bytes) {
 
 // The text as it is, or mended when that gives more.
 Salvaged Salvage(Context& context, const std::string& bytes) {
-  Salvaged best = TryAllDepths(context, bytes);
   Mended mended = Mend(bytes);
+  Salvaged best = TryAllDepths(context, bytes, mended.breaks_off);
   if (mended.text == bytes) return best;
-  Salvaged other = TryAllDepths(context, mended.text);
+  Salvaged other = TryAllDepths(context, mended.text, mended.breaks_off);
   if (other.text.size() <= best.text.size()) return best;
   other.mended = std::move(mended.places);
   return other;

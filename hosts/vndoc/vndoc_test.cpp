@@ -264,7 +264,8 @@ TEST_F(VndocTest, RecoverKeepsWhatStandsBehindTheDamage) {
   const size_t start = bytes.rfind("^a", label);
   const size_t end = bytes.find("^A", label);
   const size_t parts_end = bytes.find("\":", label);
-  for (const auto& [at, damage] : std::vector<std::pair<size_t, char>>{{start, 'x'},
+  for (const auto& [at, damage] : std::vector<std::pair<size_t, char>>{{start - 5, '='},
+                                                                       {start, 'x'},
                                                                        {start + 1, 'x'},
                                                                        {label, '"'},
                                                                        {label + 9, 'x'},
