@@ -43,6 +43,9 @@ class Mender {
       Open(kPart, at + 1 - kOpening.size(), kOpening.size());
       return 1;
     }
+    if (open_ == kPart && OpenDamaged(at - std::min(at, kOpening.size() - 1), at)) {
+      return last_end_ - at;
+    }
     const size_t size = std::min(kClosing.size(), file_.size() - at);
     if (open_ == 1 && file_.substr(at).starts_with(kClosing)) {
       Close(kPart, at, size);
@@ -76,7 +79,8 @@ class Mender {
   }
 
   void Open(size_t level, size_t at, size_t size) {
-    if (open_ < level) return;  // belongs to what the next closing removes
+    // An entry without a part belongs to what the next closing removes.
+    if (open_ < level && !OpenDamaged(last_end_, at)) return;
     const size_t key = KeyStart(level, at);
     if (open_ > level) {
       TakeTo(key);
@@ -87,6 +91,23 @@ class Mender {
     if (level == kPart) keys_[kEntry].clear();
     open_ = level + 1;
     End(at + size);
+  }
+
+  // Opens the part whose opening begins in [from, to] with one byte damaged; false without one.
+  bool OpenDamaged(size_t from, size_t to) {
+    for (size_t at = std::max(from, last_end_); at <= to; ++at) {
+      const std::string_view there = file_.substr(at, kOpening.size());
+      size_t alike = 0;
+      for (size_t i = 0; i < there.size(); ++i) alike += there[i] == kOpening[i] ? 1 : 0;
+      if (alike + 1 != kOpening.size() || there.size() != kOpening.size()) continue;
+      TakeTo(at);
+      mended_.text += kOpening;
+      taken_ = at + kOpening.size();
+      Open(kPart, at, kOpening.size());
+      Note(at);
+      return true;
+    }
+    return false;
   }
 
   // A key's own "=" is written otherwise: this one is damage, and would end the key.

@@ -264,18 +264,22 @@ TEST_F(VndocTest, RecoverKeepsWhatStandsBehindTheDamage) {
   const size_t start = bytes.rfind("^a", label);
   const size_t end = bytes.find("^A", label);
   const size_t parts_end = bytes.find("\":", label);
-  for (const auto& [at, damage] : std::vector<std::pair<size_t, char>>{{start - 5, '='},
-                                                                       {start, 'x'},
-                                                                       {start + 1, 'x'},
-                                                                       {label, '"'},
-                                                                       {label + 9, 'x'},
-                                                                       {label + 10, 'A'},
-                                                                       {end - 2, '"'},
-                                                                       {end, 'x'},
-                                                                       {end + 1, 'x'},
-                                                                       {end + 1, 'B'},
-                                                                       {parts_end, 'x'},
-                                                                       {parts_end + 1, 'x'}}) {
+  for (const auto& [at, damage] :
+       std::vector<std::pair<size_t, char>>{{bytes.find("S=~64") + 1, 'x'},
+                                            {bytes.find("S=~64") + 2, '"'},
+                                            {bytes.find("S=~64") + 5, 'x'},
+                                            {start - 5, '='},
+                                            {start, 'x'},
+                                            {start + 1, 'x'},
+                                            {label, '"'},
+                                            {label + 9, 'x'},
+                                            {label + 10, 'A'},
+                                            {end - 2, '"'},
+                                            {end, 'x'},
+                                            {end + 1, 'x'},
+                                            {end + 1, 'B'},
+                                            {parts_end, 'x'},
+                                            {parts_end + 1, 'x'}}) {
     std::string damaged = bytes;
     damaged[at] = damage;
     folder_.Write("plan.vn6", damaged);
