@@ -48,13 +48,14 @@ class HostObject final : public ComObject<IDispatch> {
 
  private:
   static HRESULT Fail(EXCEPINFO* exception) {
-    exception->pfnDeferredFillIn = [](EXCEPINFO* info) -> HRESULT {
-      info->scode = static_cast<SCODE>(0x800A0035);
-      info->bstrDescription = SysAllocString(L"File not found");
-      info->bstrSource = SysAllocString(L"Host");
-      return S_OK;
-    };
+    exception->pfnDeferredFillIn = &FillIn;
     return DISP_E_EXCEPTION;
+  }
+  static HRESULT STDMETHODCALLTYPE FillIn(EXCEPINFO* info) {
+    info->scode = static_cast<SCODE>(0x800A0035);
+    info->bstrDescription = SysAllocString(L"File not found");
+    info->bstrSource = SysAllocString(L"Host");
+    return S_OK;
   }
 };
 

@@ -55,8 +55,10 @@ TEST_F(RegistrationTest, LeavesNothingBehind) {
   RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\Interface\\{other}");
 }
 
+// For the whole machine: Wine looks up programmatic identifiers nowhere else.
 TEST_F(RegistrationTest, MakesEveryClassCreatableByName) {
-  ASSERT_EQ(server_.Install(true, L"user"), S_OK);
+  using Entry = HRESULT STDMETHODCALLTYPE();
+  ASSERT_EQ(server_.Find<Entry>("DllRegisterServer")(), S_OK);
   for (const PublishedClass& published : PublishedClasses()) {
     const automation::ClassInfo& info = published.info();
     SCOPED_TRACE(info.name());
@@ -72,7 +74,7 @@ TEST_F(RegistrationTest, MakesEveryClassCreatableByName) {
   ComPtr<ITypeLib> library;
   EXPECT_EQ(LoadRegTypeLib(ToIid(kLibraryId), 6, 0, 0, library.Receive()), S_OK);
   library = {};
-  EXPECT_EQ(server_.Install(false, L"user"), S_OK);
+  EXPECT_EQ(server_.Find<Entry>("DllUnregisterServer")(), S_OK);
 }
 
 TEST_F(RegistrationTest, RefusesWhatItDoesNotOffer) {
