@@ -3,6 +3,8 @@
 #include <CLI/Formatter.hpp>
 #include <iostream>
 #include <new>
+#include <string>
+#include <vector>
 
 #include "automation/error.h"
 #include "command.h"
@@ -45,6 +47,13 @@ int ParseAndRun(int argc, const char* const* argv, Context& context) {
   } catch (const CLI::Success& wanted) {
     return app.exit(wanted, context.out, context.err);
   } catch (const CLI::ParseError& error) {
+    const std::vector<std::string> not_understood = app.remaining();
+    if (app.get_subcommands().empty() && !not_understood.empty()) {
+      const std::string& first = not_understood.front();
+      const char* const kind = first.starts_with('-') ? "option" : "command";
+      return Report(context,
+                    std::string("there is no ") + kind + " '" + first + "'; see vndoc --help");
+    }
     return Report(context, std::string(error.what()) + "; see vndoc --help");
   }
   return context.status;
