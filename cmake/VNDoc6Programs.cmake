@@ -37,8 +37,10 @@ endfunction()
 function(vndoc6_native_tests)
   vndoc6_model_files(class_tests "*_test.cpp")
   file(GLOB crossing_tests CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/*.cpp
-                                             ${PROJECT_SOURCE_DIR}/tests/endurance/*.cpp)
-  vndoc6_test_program(vndoc6_tests ${class_tests} ${crossing_tests})
+                                             ${PROJECT_SOURCE_DIR}/tests/endurance/*.cpp
+                                             ${PROJECT_SOURCE_DIR}/idl/*_test.cpp)
+  vndoc6_test_program(vndoc6_tests ${class_tests} ${crossing_tests}
+                      ${PROJECT_SOURCE_DIR}/idl/doc_comments.cpp)
   if(TARGET vndoc6_tests)
     target_link_libraries(vndoc6_tests PRIVATE vndoc6_test_support)
     add_test(NAME vndoc6_tests COMMAND vndoc6_tests)
@@ -106,6 +108,8 @@ function(vndoc6_command_line_host)
   add_library(vndoc_commands STATIC ${sources})
   vndoc6_configure(vndoc_commands)
   vndoc6_lint(vndoc_commands)
+  target_sources(vndoc_commands PRIVATE ${PROJECT_BINARY_DIR}/help_texts.cpp)
+  target_include_directories(vndoc_commands PRIVATE ${PROJECT_SOURCE_DIR}/hosts/vndoc)
   target_link_libraries(vndoc_commands PUBLIC vndoc6 CLI11::CLI11 nlohmann_json::nlohmann_json)
   target_compile_definitions(vndoc_commands PRIVATE VNDOC6_VERSION="${PROJECT_VERSION}")
   vndoc6_program(vndoc ${PROJECT_SOURCE_DIR}/hosts/vndoc/main.cpp)
@@ -118,12 +122,11 @@ function(vndoc6_command_line_host)
   endif()
 endfunction()
 
-# Any other folder of C++ sources is an example: hosts/demo gives vndoc6_demo. idl/ holds the
-# program that writes the published contract.
+# Any other folder of C++ sources is an example: hosts/demo gives vndoc6_demo.
 function(vndoc6_hosts)
   file(GLOB folders CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/hosts/*)
   list(REMOVE_ITEM folders ${PROJECT_SOURCE_DIR}/hosts/vndoc)
-  foreach(folder IN LISTS folders ITEMS ${PROJECT_SOURCE_DIR}/idl)
+  foreach(folder IN LISTS folders)
     file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
     list(FILTER sources EXCLUDE REGEX "_test\\.cpp$")
     cmake_path(GET folder FILENAME name)
@@ -132,6 +135,23 @@ function(vndoc6_hosts)
       vndoc6_lint(vndoc6_${name})
     endif()
   endforeach()
+endfunction()
+
+# idl/ holds the program that writes the published contract, out of the member tables and the
+# comments in the headers. The help strings of `vndoc` are written by every build.
+function(vndoc6_idl)
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/idl/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "_test\\.cpp$")
+  vndoc6_program(vndoc6_idl ${sources})
+  vndoc6_lint(vndoc6_idl)
+  target_compile_definitions(vndoc6_idl PRIVATE VNDOC6_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  vndoc6_model_files(headers "*.h")
+  set(help ${PROJECT_BINARY_DIR}/help_texts.cpp)
+  add_custom_command(
+    OUTPUT ${help}
+    DEPENDS vndoc6_idl ${headers}
+    COMMAND vndoc6_idl ${help}
+    VERBATIM)
 endfunction()
 
 # The committed contract is what the member tables say.
@@ -150,6 +170,7 @@ else()
   vndoc6_native_tests()
   vndoc6_benchmarks()
   vndoc6_hosts()
+  vndoc6_idl()
   vndoc6_command_line_host()
   vndoc6_idl_test()
   if(VNDOC6_FUZZ)

@@ -14,15 +14,6 @@ constexpr const char* kBanner =
     "// The published automation interface of VNDoc6.\n"
     "// Written by the program vndoc6_idl from the member tables of the classes; don't edit it.\n";
 
-std::string Quoted(std::string_view text) {
-  std::string quoted = "\"";
-  for (const char unit : text) {
-    if (unit == '"' || unit == '\\') quoted += '\\';
-    quoted += unit;
-  }
-  return quoted + '"';
-}
-
 std::string HelpAttribute(std::string_view help) {
   return help.empty() ? std::string() : ", helpstring(" + Quoted(help) + ")";
 }
@@ -79,13 +70,13 @@ std::string ParameterText(const ParameterInfo& parameter) {
   return text + parameter.name;
 }
 
-std::string MemberText(const MemberInfo& member) {
+std::string MemberText(const MemberInfo& member, const std::string& help) {
   std::string text = "    [id(" + std::to_string(member.id) + ")";
   if (member.kind == CallKind::kGet) text += ", propget";
   if (member.kind == CallKind::kPut) text += ", propput";
   if (member.kind == CallKind::kPutRef) text += ", propputref";
   if (member.hidden) text += ", hidden";
-  text += HelpAttribute(member.help) + "]\n    HRESULT " + member.name + "(";
+  text += HelpAttribute(help) + "]\n    HRESULT " + member.name + "(";
   const char* separator = "";
   for (const ParameterInfo& parameter : member.parameters) {
     text += separator + ParameterText(parameter);
@@ -97,17 +88,20 @@ std::string MemberText(const MemberInfo& member) {
   return text + ");\n";
 }
 
-std::string InterfaceText(const ClassInfo& info) {
+std::string InterfaceText(const ClassInfo& info, const DocComments& comments) {
   std::string text = "\n  [object, uuid(" + GuidText(info.interface_id()) +
                      "), dual, oleautomation, nonextensible, pointer_default(unique)" +
                      HelpAttribute(info.help()) + "]\n  interface " + DefaultInterfaceName(info) +
                      " : IDispatch {\n";
-  for (const MemberInfo& member : info.members()) text += MemberText(member);
+  for (const MemberInfo& member : info.members()) {
+    text += MemberText(member, FirstSentence(comments.OfMember(info.name(), member.name)));
+  }
   return text + "  };\n";
 }
 
-std::string EventText(const EventInfo& event) {
-  std::string text = "    [id(" + std::to_string(event.id) + ")] void " + event.name + "(";
+std::string EventText(const EventInfo& event, const std::string& help) {
+  std::string text = "    [id(" + std::to_string(event.id) + ")" + HelpAttribute(help) + "] void " +
+                     event.name + "(";
   const char* separator = "";
   for (const EventParameter& parameter : event.parameters) {
     text += separator + std::string(parameter.by_reference ? "[in, out] " : "[in] ") +
@@ -117,10 +111,12 @@ std::string EventText(const EventInfo& event) {
   return text + ");\n";
 }
 
-std::string EventsText(const EventInterfaceInfo& info) {
+std::string EventsText(const EventInterfaceInfo& info, const DocComments& comments) {
   std::string text = "\n  [uuid(" + GuidText(info.id) + ")" + HelpAttribute(info.help) +
                      "]\n  dispinterface " + info.name + " {\n  properties:\n  methods:\n";
-  for (const EventInfo& event : info.events) text += EventText(event);
+  for (const EventInfo& event : info.events) {
+    text += EventText(event, FirstSentence(comments.OfEvent(info.name, event.name)));
+  }
   return text + "  };\n";
 }
 
@@ -148,7 +144,16 @@ std::string ClassText(const PublishedClass& published) {
 
 }  // namespace
 
-std::string WriteIdl() {
+std::string Quoted(std::string_view text) {
+  std::string quoted = "\"";
+  for (const char unit : text) {
+    if (unit == '"' || unit == '\\') quoted += '\\';
+    quoted += unit;
+  }
+  return quoted + '"';
+}
+
+std::string WriteIdl(const DocComments& comments) {
   std::string text = kBanner;
   text += "\nimport \"oaidl.idl\";\nimport \"ocidl.idl\";\n\n[uuid(" + GuidText(kLibraryId) +
           "), version(" + std::to_string(kLibraryMajorVersion) + "." +
@@ -158,10 +163,11 @@ std::string WriteIdl() {
     text += "  interface " + DefaultInterfaceName(published.info()) + ";\n";
   }
   for (const EnumInfo* info : PublishedEnums()) text += EnumText(*info);
-  for (const PublishedClass& published : PublishedClasses())
-    text += InterfaceText(published.info());
   for (const PublishedClass& published : PublishedClasses()) {
-    if (published.events != nullptr) text += EventsText(published.events());
+    text += InterfaceText(published.info(), comments);
+  }
+  for (const PublishedClass& published : PublishedClasses()) {
+    if (published.events != nullptr) text += EventsText(published.events(), comments);
   }
   for (const PublishedClass& published : PublishedClasses()) text += ClassText(published);
   return text + "}\n";

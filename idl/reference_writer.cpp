@@ -13,13 +13,15 @@ constexpr const char* kHead =
     "# Reference\n\n"
     "Every class, member, event and enumeration that hosts can see, in the order of the type "
     "library.\n"
-    "Written by the program vndoc6_idl from the member tables of the classes; don't edit it. What "
-    "the\n"
-    "members do, in each outcome, stand in the headers; what is worth knowing beyond that in\n"
-    "[behaviour.md](behaviour.md).\n\n"
+    "Written by the program vndoc6_idl from the classes' member tables and the comments in their\n"
+    "headers; don't edit it. What is worth knowing beyond that is in "
+    "[behaviour.md](behaviour.md).\n"
+    "\n"
     "A class is created as `VNDoc6.` and its name. A member in parentheses is hidden from "
-    "browsers; the\n"
-    "default member has the identifier 0.\n";
+    "browsers;\n"
+    "the default member has the identifier 0. True and False are what scripts call them: -1 and 0 "
+    "as\n"
+    "numbers. Nothing is the absent object.\n";
 
 std::string ParameterText(const ParameterInfo& parameter) {
   const std::string text = std::string(parameter.name) + " As " + ScriptTypeName(parameter.type);
@@ -59,19 +61,38 @@ const char* KindText(CallKind kind) {
   throw Error(kInvalidCall);
 }
 
-std::string ClassText(const ClassInfo& info) {
-  std::string text = "\n## " + std::string(info.name()) + "\n\n" + info.help() +
-                     "\n\n| Member | Kind | Id | |\n|---|---|---|---|\n";
-  for (const MemberInfo& member : info.members()) {
-    text += "| " + MemberText(member) + " | " + KindText(member.kind) + " | " +
-            std::to_string(member.id) + " | " + member.help + " |\n";
+// The ways in which a property can be used that read alike: "get, put". Nothing for a row whose
+// text stood there before.
+std::string KindsText(std::span<const MemberInfo> members, size_t row) {
+  std::string kinds;
+  for (size_t i = 0; i < members.size(); ++i) {
+    if (members[i].id != members[row].id || MemberText(members[i]) != MemberText(members[row])) {
+      continue;
+    }
+    if (i < row) return "";
+    kinds += (kinds.empty() ? "" : ", ") + std::string(KindText(members[i].kind));
+  }
+  return kinds;
+}
+
+std::string ClassText(const ClassInfo& info, const DocComments& comments) {
+  const std::string comment = comments.OfClass(info.name());
+  std::string text = "\n## " + std::string(info.name()) + "\n\n" + info.help() + "\n";
+  if (!comment.empty()) text += "\n" + comment + "\n";
+  text += "\n| Member | Kind | Id | |\n|---|---|---|---|\n";
+  for (size_t row = 0; row < info.members().size(); ++row) {
+    const MemberInfo& member = info.members()[row];
+    const std::string kinds = KindsText(info.members(), row);
+    if (kinds.empty()) continue;
+    text += "| " + MemberText(member) + " | " + kinds + " | " + std::to_string(member.id) + " | " +
+            comments.OfMember(info.name(), member.name) + " |\n";
   }
   return text;
 }
 
-std::string EventsText(const EventInterfaceInfo& events) {
+std::string EventsText(const EventInterfaceInfo& events, const DocComments& comments) {
   std::string text =
-      "\n### Events: " + std::string(events.name) + "\n\n| Event | Id |\n|---|---|\n";
+      "\n### Events: " + std::string(events.name) + "\n\n| Event | Id | |\n|---|---|---|\n";
   for (const EventInfo& event : events.events) {
     text += "| `" + std::string(event.name);
     const char* separator = "(";
@@ -81,7 +102,7 @@ std::string EventsText(const EventInterfaceInfo& events) {
       separator = ", ";
     }
     text += std::string(event.parameters.empty() ? "`" : ")`") + " | " + std::to_string(event.id) +
-            " |\n";
+            " | " + comments.OfEvent(events.name, event.name) + " |\n";
   }
   return text;
 }
@@ -97,11 +118,11 @@ std::string EnumText(const EnumInfo& info) {
 
 }  // namespace
 
-std::string WriteReference() {
+std::string WriteReference(const DocComments& comments) {
   std::string text = kHead;
   for (const PublishedClass& published : PublishedClasses()) {
-    text += ClassText(published.info());
-    if (published.events != nullptr) text += EventsText(published.events());
+    text += ClassText(published.info(), comments);
+    if (published.events != nullptr) text += EventsText(published.events(), comments);
   }
   for (const EnumInfo* info : PublishedEnums()) text += EnumText(*info);
   return text;

@@ -2,9 +2,12 @@
 // library's interface definition.
 #include <memory>
 #include <ostream>
+#include <set>
+#include <string>
 
 #include "automation/font.h"
 #include "command.h"
+#include "help_texts.h"
 #include "objects.h"
 #include "published/published.h"
 #include "published/type_names.h"
@@ -41,15 +44,18 @@ std::string ParameterList(const MemberInfo& member) {
   return list.empty() ? "" : '(' + list + ')';
 }
 
+// The rows of a property share their help: it stands below the first one.
 void WriteClass(const ClassInfo& info, std::ostream& out) {
   out << info.name() << ": " << info.help() << '\n';
+  std::set<int32_t> shown;
   for (const MemberInfo& member : info.members()) {
     if (member.hidden || member.id == vndoc6::automation::kNewEnumMember) continue;
     out << "  " << KindName(member.kind) << ' ' << member.name << ParameterList(member);
     const std::string result = vndoc6::ScriptTypeName(member.result);
     if (!result.empty()) out << " As " << result;
-    if (*member.help != '\0') out << "\n         " << member.help;
     out << '\n';
+    if (!shown.insert(member.id).second) continue;
+    out << "         " << HelpOf(std::string(info.name()) + "." + member.name) << '\n';
   }
 }
 

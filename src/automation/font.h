@@ -27,16 +27,22 @@ class Font : public Object {
   static const ClassInfo& classInfo();
   const ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
+  // The typeface; "Tahoma" in a new font.
   virtual Text Name() const = 0;
   virtual void SetName(const Text& name) = 0;
+  // The height in points; 9 in a new font.
   virtual Currency Size() const = 0;
   virtual void SetSize(Currency size) = 0;
+  // Whether it is bold; False in a new font.
   virtual bool Bold() const = 0;
   virtual void SetBold(bool bold) = 0;
+  // Whether it is slanted; False in a new font.
   virtual bool Italic() const = 0;
   virtual void SetItalic(bool italic) = 0;
+  // Whether it is underlined; False in a new font.
   virtual bool Underline() const = 0;
   virtual void SetUnderline(bool underline) = 0;
+  // Whether it is struck out; False in a new font.
   virtual bool Strikethrough() const = 0;
   virtual void SetStrikethrough(bool strikethrough) = 0;
 

@@ -10,14 +10,15 @@ namespace vndoc6 {
 
 class Attachment : public StepMember {
  public:
-  // Empty until the host sets one, or until the object is loaded or added to a collection.
-  // Setting it reports nothing.
+  // The key in its collections. Empty until the host sets one, or until the object is loaded or
+  // added to a collection. Setting it reports nothing.
   const Text& Key() const { return key_; }
   void SetKey(const Text& psKey) { key_ = psKey; }
-  // Setting it reports detail 1, changed or not.
+  // The name that users see. Setting it reports detail 1, changed or not.
   const Text& DisplayName() const { return display_name_; }
   void SetDisplayName(const Text& psDisplayName);
-  // Setting it reports detail 2, changed or not.
+  // The path of what it stands for, as the host gave it. Setting it reports detail 2, changed or
+  // not.
   const Text& FileName() const { return file_name_; }
   void SetFileName(const Text& psFileName);
 

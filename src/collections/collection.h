@@ -22,12 +22,13 @@ class Collection : public Base {
   automation::Ref<T> Item(const automation::Variant& pvIndexKey) const {
     return automation::Ref<T>(store_.Find(pvIndexKey));
   }
+  // How many members there are.
   int32_t Count() const { return static_cast<int32_t>(store_.size()); }
-  // Walks the members there are now, in order.
+  // Walks the members there are now, in order; what changes meanwhile is not seen.
   automation::Ref<automation::Enumerator> NewEnum() const {
     return automation::Make<automation::Enumerator>(store_.Snapshot());
   }
-  // Raises nothing; the members keep their back-references.
+  // Empties the collection. Raises nothing; the members keep their back-references.
   void RemoveAll() { store_.Clear(); }
 
   // --- Inside the library; hosts have no use for these. ---

@@ -39,8 +39,7 @@ const automation::ClassInfo& vnFile::classInfo() {
       {0x562E9289, 0x84F6, 0x498A, {0xBD, 0xAB, 0x73, 0x33, 0x83, 0x0C, 0x7F, 0xA6}},
       {0x803C5722, 0xEF90, 0x4759, {0x94, 0xEE, 0x6C, 0x5C, 0xEB, 0x98, 0xAA, 0x22}},
       {
-          with_help(get<&vnFile::Step>("Step"),
-                    "The step; Nothing for a file of the document's alone."),
+          get<&vnFile::Step>("Step"),
           putref<&vnFile::SetStep>("Step", "poStep"),
           get<&vnFile::Document>("Document"),
           get<&vnFile::Key>("Key"),
@@ -49,7 +48,7 @@ const automation::ClassInfo& vnFile::classInfo() {
           put<&vnFile::SetDisplayName>("DisplayName", "psDisplayName"),
           get<&vnFile::FileName>("FileName"),
           put<&vnFile::SetFileName>("FileName", "psFileName"),
-          with_help(get<&vnFile::DocID>("DocID"), "The file as a stored document; 0 for none."),
+          get<&vnFile::DocID>("DocID"),
           put<&vnFile::SetDocID>("DocID", "plDocID"),
       });
   return info;
@@ -69,20 +68,15 @@ const automation::ClassInfo& vnFiles::classInfo() {
       {0x9A3C5B42, 0x05BE, 0x483D, {0x8F, 0x65, 0xCA, 0x78, 0xDC, 0x24, 0x53, 0xA8}},
       {0xFFB5E8FE, 0x10D1, 0x4F11, {0xBE, 0xF6, 0x60, 0xBA, 0x4B, 0x8B, 0x78, 0x78}},
       {
-          with_help(get<&vnFiles::Step>("Step"), "The step; Nothing for the document's list."),
+          get<&vnFiles::Step>("Step"),
           putref<&vnFiles::SetStep>("Step", "poStep"),
           get<&vnFiles::Document>("Document"),
-          with_help(get<&vnFiles::Item>("Item", by_reference{"pvIndexKey"}),
-                    "A file by position or key; Nothing when there is none."),
-          with_help(get<&vnFiles::Count>("Count"), "How many there are."),
+          get<&vnFiles::Item>("Item", by_reference{"pvIndexKey"}),
+          get<&vnFiles::Count>("Count"),
           get<&vnFiles::NewEnum>("NewEnum"),
-          with_help(
-              method<&vnFiles::Add>("Add", "poFile"),
-              "Adds a file; what is added to a step's list is added to the document's as well."),
-          with_help(method<&vnFiles::Remove>("Remove", "pvRef"),
-                    "Takes a file out of this list only."),
-          with_help(method<&vnFiles::RemoveAll>("RemoveAll"),
-                    "Empties the collection; raises nothing."),
+          method<&vnFiles::Add>("Add", "poFile"),
+          method<&vnFiles::Remove>("Remove", "pvRef"),
+          method<&vnFiles::RemoveAll>("RemoveAll"),
       });
   return info;
 }

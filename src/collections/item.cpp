@@ -43,14 +43,13 @@ const automation::ClassInfo& vnItem::classInfo() {
       {0xDD46CDB4, 0xC187, 0x4DB2, {0xA6, 0x0A, 0x70, 0x8D, 0xC3, 0x12, 0x66, 0x96}},
       {
           get<&vnItem::Document>("Document"),
-          with_help(get<&vnItem::ID>("ID"),
-                    "The item's number; 0 for one that is not numbered yet."),
+          get<&vnItem::ID>("ID"),
           put<&vnItem::SetID>("ID", "plID"),
           get<&vnItem::DisplayName>("DisplayName"),
           put<&vnItem::SetDisplayName>("DisplayName", "psDisplayName"),
           get<&vnItem::Description>("Description"),
           put<&vnItem::SetDescription>("Description", "psDescription"),
-          with_help(get<&vnItem::Items>("Items"), "The list that the item is in."),
+          get<&vnItem::Items>("Items"),
       });
   return info;
 }
@@ -94,18 +93,14 @@ const automation::ClassInfo& vnItems::classInfo() {
       {0x08E8824E, 0x7224, 0x47EB, {0xB5, 0x8A, 0xAC, 0x19, 0xA1, 0xEF, 0xDF, 0x9F}},
       {
           get<&vnItems::Document>("Document"),
-          with_help(get<&vnItems::Item>("Item", by_reference{"pvIndexKey"}),
-                    "An item by position or key; Nothing when there is none."),
-          with_help(get<&vnItems::Count>("Count"), "How many there are."),
+          get<&vnItems::Item>("Item", by_reference{"pvIndexKey"}),
+          get<&vnItems::Count>("Count"),
           get<&vnItems::NewEnum>("NewEnum"),
-          with_help(method<&vnItems::Add>("Add", "poItem"),
-                    "Adds an item under its number; one with ID 0 gets the next number."),
-          with_help(method<&vnItems::Remove>("Remove", "pvRef"), "Takes an item out."),
-          with_help(method<&vnItems::RemoveAll>("RemoveAll"),
-                    "Empties the collection; raises nothing."),
-          with_help(method<&vnItems::NewItem>("NewItem", optional("psDisplayName", u"New Item")),
-                    "A new item with the next number."),
-          with_help(get<&vnItems::ListName>("ListName"), "The name that the owner gave the list."),
+          method<&vnItems::Add>("Add", "poItem"),
+          method<&vnItems::Remove>("Remove", "pvRef"),
+          method<&vnItems::RemoveAll>("RemoveAll"),
+          method<&vnItems::NewItem>("NewItem", optional("psDisplayName", u"New Item")),
+          get<&vnItems::ListName>("ListName"),
       });
   return info;
 }

@@ -13,11 +13,14 @@ class vnItem : public Member {
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
-  // 0: not numbered yet. An item stays in its list under the number it was added with.
+  // The item's number in its list; 0 until it has one. It stays in the list under the number it was
+  // added with.
   int32_t ID() const { return id_; }
   void SetID(int32_t plID) { id_ = plID; }
+  // The entry as users see it.
   const Text& DisplayName() const { return display_name_; }
   void SetDisplayName(const Text& psDisplayName) { display_name_ = psDisplayName; }
+  // What the entry means; free text.
   const Text& Description() const { return description_; }
   void SetDescription(const Text& psDescription) { description_ = psDescription; }
   // The list that the item was added to last; Nothing for none.

@@ -81,8 +81,7 @@ const automation::ClassInfo& vnJump::classInfo() {
       {0x48B2F5CB, 0x2291, 0x4876, {0x95, 0xD6, 0xD6, 0x7F, 0x2C, 0xA7, 0x91, 0xF3}},
       {
           get<&vnJump::Document>("Document"),
-          with_help(get<&vnJump::Step>("Step"),
-                    "The step; Nothing for a jump of the document's alone."),
+          get<&vnJump::Step>("Step"),
           putref<&vnJump::SetStep>("Step", "poStep"),
           put<&vnJump::SetKey>("Key", "psKey"),
           get<&vnJump::Key>("Key"),
@@ -90,10 +89,8 @@ const automation::ClassInfo& vnJump::classInfo() {
           put<&vnJump::SetDisplayName>("DisplayName", "psDisplayName"),
           get<&vnJump::FileName>("FileName"),
           put<&vnJump::SetFileName>("FileName", "psFileName"),
-          with_help(get<&vnJump::JumpDocument>("JumpDocument"),
-                    "The document named by FileName, opened on the first read; Nothing when it "
-                    "can't be."),
-          with_help(get<&vnJump::ProcessID>("ProcessID"), "The target as a process; 0 for none."),
+          get<&vnJump::JumpDocument>("JumpDocument"),
+          get<&vnJump::ProcessID>("ProcessID"),
           put<&vnJump::SetProcessID>("ProcessID", "plProcessID"),
       });
   return info;
@@ -113,20 +110,15 @@ const automation::ClassInfo& vnJumps::classInfo() {
       {0xA71FE668, 0x728D, 0x4E77, {0x81, 0x36, 0xAD, 0x35, 0x6D, 0x3F, 0x45, 0x4B}},
       {0xFCC79117, 0xD14F, 0x4B1C, {0xB4, 0x00, 0x97, 0x3A, 0x56, 0xDE, 0x5F, 0x90}},
       {
-          with_help(get<&vnJumps::Step>("Step"), "The step; Nothing for the document's list."),
+          get<&vnJumps::Step>("Step"),
           putref<&vnJumps::SetStep>("Step", "poStep"),
           get<&vnJumps::Document>("Document"),
-          with_help(get<&vnJumps::Item>("Item", by_reference{"pvIndexKey"}),
-                    "A jump by position or key; Nothing when there is none."),
-          with_help(get<&vnJumps::Count>("Count"), "How many there are."),
+          get<&vnJumps::Item>("Item", by_reference{"pvIndexKey"}),
+          get<&vnJumps::Count>("Count"),
           get<&vnJumps::NewEnum>("NewEnum"),
-          with_help(
-              method<&vnJumps::Add>("Add", "poJump"),
-              "Adds a jump; what is added to a step's list is added to the document's as well."),
-          with_help(method<&vnJumps::Remove>("Remove", "pvRef"),
-                    "Takes a jump out of this list only."),
-          with_help(method<&vnJumps::RemoveAll>("RemoveAll"),
-                    "Empties the collection; raises nothing."),
+          method<&vnJumps::Add>("Add", "poJump"),
+          method<&vnJumps::Remove>("Remove", "pvRef"),
+          method<&vnJumps::RemoveAll>("RemoveAll"),
       });
   return info;
 }

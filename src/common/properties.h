@@ -28,8 +28,10 @@ class Property : public automation::Object {
   Property() = default;
   Property(Text key, const automation::Variant& value);
 
+  // The entry's key in its bag; a bag tells keys apart exactly.
   Text Key() const { return key_; }
-  // What was put there last: a value, or an object.
+  // What was put there last: a value, or an object. An object becomes the entry's object too; any
+  // other value takes the object away.
   automation::Variant Value() const;
   // An object becomes the entry's object too; any other value takes the object away.
   void SetValue(const automation::Variant& pvValue);
@@ -38,7 +40,8 @@ class Property : public automation::Object {
   // object is kept only as long as the bag lives, and is read back as Nothing.
   automation::Ref<automation::Object> Object() const { return object_.get(); }
   void SetObject(automation::Object* poObject);
-  // "Picture", "String", "Long", ...: the object's type when there is one, else the value's.
+  // The name of what the entry holds: "Picture", "String", "Long" and so on; the object's type when
+  // there is one, else the value's.
   Text ValueTypeName() const;
 
   static const automation::ClassInfo& classInfo();
@@ -75,31 +78,40 @@ class Properties : public automation::Object {
   void Add(const Text& psKey, const automation::Variant& pvValue);
   // The entry at a position (a number) or with a key (a text); Nothing when there is none.
   automation::Ref<Property> Item(const automation::Variant& pvIndexKey) const;
+  // How many entries there are.
   int32_t Count() const { return static_cast<int32_t>(entries_.list.size()); }
-  // Nothing happens for an unknown key.
+  // Takes an entry out; nothing happens for an unknown key.
   void Remove(const Text& psKey);
+  // Empties the bag.
   void RemoveAll();
-  // The entry; for an unknown key a free-standing one that holds the default.
+  // The entry with a key; for an unknown key a free-standing one that holds the default.
   automation::Ref<Property> ItemDefault(const Text& psKey,
                                         const automation::Variant& pvDefault) const;
-  // The entry's value; for an unknown key the default as given.
+  // The value of the entry with a key; for an unknown key the default as given. A put adds or
+  // changes the entry, as Add does, whatever the default.
   automation::Variant Value(const Text& psKey, const automation::Variant& pvDefault) const;
   // The same as Add.
   void SetValue(const Text& psKey, const automation::Variant& pvValue) { Add(psKey, pvValue); }
+  // Whether there is an entry with exactly that key.
   bool Exists(const Text& psKey) const { return entries_.Find(psKey) != nullptr; }
+  // Walks the entries there are now, in order.
   automation::Ref<automation::Enumerator> NewEnum() const;
   // The key at a position; empty when there is none.
   Text Key(int32_t plIndex) const;
+  // Whether there are no entries.
   bool IsEmpty() const { return entries_.list.empty(); }
-  // A bag of its own with the same entries; objects are shared.
+  // A new bag with the same entries; objects are shared.
   automation::Ref<Properties> Clone() const;
-  // Writes the bag's text, in UTF-8. False when that fails; the file is then as it was.
+  // Writes the bag's text to a file, in UTF-8. False when that fails; the file is then as it was.
+  // psReserved has no effect.
   bool WriteToFile(const Text& psFileName, const Text& psReserved) const;
   // Replaces the entries by those of a file. False when the file can't be read, which changes
   // nothing, and when its text is not well formed; the entries before the fault are then there.
+  // psReserved has no effect.
   bool ReadFromFile(const Text& psFileName, const Text& psReserved);
   // The bag's whole text, as LoadText reads it.
   Text SaveText() const { return GetText(); }
+  // The same as SaveText, as a property.
   Text GetText() const;
   // Adds every entry of another bag, as Add does. Objects are shared. Nothing adds nothing.
   void Merge(Properties* poProperties);

@@ -169,11 +169,10 @@ const automation::ClassInfo& vnDetails::classInfo() {
           put<&vnDetails::SetScope>("Scope", "psScope"),
           get<&vnDetails::Purpose>("Purpose"),
           put<&vnDetails::SetPurpose>("Purpose", "psPurpose"),
-          with_help(get<&vnDetails::AuthorisedBy>("AuthorisedBy"), "Who authorised the document."),
+          get<&vnDetails::AuthorisedBy>("AuthorisedBy"),
           get<&vnDetails::DateApproved>("DateApproved"),
           put<&vnDetails::SetDateApproved>("DateApproved", "pdDateApproved"),
-          with_help(get<&vnDetails::Fields>("Fields"),
-                    "Values of the fields that the document's FieldDefsDetails define."),
+          get<&vnDetails::Fields>("Fields"),
           get<&vnDetails::Description>("Description"),
           put<&vnDetails::SetDescription>("Description", "psDescription"),
           get<&vnDetails::DueDateType>("DueDateType"),
@@ -190,8 +189,7 @@ const automation::ClassInfo& vnDetails::classInfo() {
           put<&vnDetails::SetForm>("Form", "psForm"),
           get<&vnDetails::Notes>("Notes"),
           put<&vnDetails::SetNotes>("Notes", "psNotes"),
-          with_help(method<&vnDetails::NewRevision>("NewRevision", "psReason"),
-                    "Enters a revision in the document's RevisionHistory and raises its IR."),
+          method<&vnDetails::NewRevision>("NewRevision", "psReason"),
       });
   return info;
 }

@@ -14,51 +14,65 @@
 namespace vndoc6 {
 
 // The values of DocumentStatus, DueDateType, AssignType, AssignTo and Table are the host's; they
-// are stored as they are.
+// are stored as they are. Published: the numbers that changes report are not those of
+// EnumVantrelDetailID.
 class vnDetails : public Member {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
+  // The key that was loaded; a new one is saved in place of an empty one.
   const Text& Key() const { return key_; }
 
-  // Setting one of these reports DetailsChange with the number given, changed or not. Published:
-  // the numbers are not those of EnumVantrelDetailID.
+  // What the document is called. Setting it reports 1 as a details change, changed or not.
   const Text& Title() const { return title_; }
-  void SetTitle(const Text& psTitle);  // 1
+  void SetTitle(const Text& psTitle);
+  // The number or code that the document is filed under. Setting it reports 2, changed or not.
   const Text& DocumentCode() const { return document_code_; }
-  void SetDocumentCode(const Text& psDocumentCode);  // 2
+  void SetDocumentCode(const Text& psDocumentCode);
+  // A code of the host's for where the document stands. Setting it reports 3, changed or not.
   int32_t DocumentStatus() const { return document_status_; }
-  void SetDocumentStatus(int32_t plDocumentStatus);  // 3
+  void SetDocumentStatus(int32_t plDocumentStatus);
+  // The number of the current revision. Setting it reports 4, changed or not.
   float Revision() const { return revision_; }
-  void SetRevision(float pnRevision);  // 4
+  void SetRevision(float pnRevision);
+  // What the document applies to. Setting it reports 5, changed or not.
   const Text& Scope() const { return scope_; }
-  void SetScope(const Text& psScope);  // 5
+  void SetScope(const Text& psScope);
+  // What the document is for. Setting it reports 6, changed or not.
   const Text& Purpose() const { return purpose_; }
-  void SetPurpose(const Text& psPurpose);  // 6
+  void SetPurpose(const Text& psPurpose);
+  // When the document was approved. Setting it reports 7, changed or not.
   automation::Date DateApproved() const { return date_approved_; }
-  void SetDateApproved(automation::Date pdDateApproved);  // 7
+  void SetDateApproved(automation::Date pdDateApproved);
 
   // Who authorised the document; built on the first read, one object until the next load.
   automation::Ref<vnTitleRef> AuthorisedBy();
   // Field values, by the document's FieldDefsDetails; built on the first read.
   automation::Ref<automation::Object> Fields();
 
-  // Setting these reports nothing.
+  // Free text. Setting it reports nothing, as for all that follow.
   const Text& Description() const { return description_; }
   void SetDescription(const Text& psDescription) { description_ = psDescription; }
+  // A code of the host's for how the due date is found; 0 by default.
   int32_t DueDateType() const { return due_date_type_; }
   void SetDueDateType(int32_t plDueDateType) { due_date_type_ = plDueDateType; }
+  // How long the procedure takes, as text.
   const Text& Duration() const { return duration_; }
   void SetDuration(const Text& psDuration) { duration_ = psDuration; }
+  // A code of the host's for the kind of assignment; 0 by default.
   int32_t AssignType() const { return assign_type_; }
   void SetAssignType(int32_t plAssignType) { assign_type_ = plAssignType; }
+  // A number of the host's for whom the document is assigned to; 0 by default.
   int32_t AssignTo() const { return assign_to_; }
   void SetAssignTo(int32_t plAssignTo) { assign_to_ = plAssignTo; }
+  // A number of the host's for the table with the document's data; 0 by default.
   int32_t Table() const { return table_; }
   void SetTable(int32_t plTable) { table_ = plTable; }
+  // The name of the host's form for the document.
   const Text& Form() const { return form_; }
   void SetForm(const Text& psForm) { form_ = psForm; }
+  // Free text.
   const Text& Notes() const { return notes_; }
   void SetNotes(const Text& psNotes) { notes_ = psNotes; }
 

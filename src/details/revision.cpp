@@ -75,8 +75,8 @@ const automation::ClassInfo& vnRevision::classInfo() {
       {
           get<&vnRevision::Document>("Document"),
           get<&vnRevision::RevisionDate>("RevisionDate"),
-          with_help(get<&vnRevision::Revision>("Revision"), "The number that the details had."),
-          with_help(get<&vnRevision::IR>("IR"), "The document's IR at the time."),
+          get<&vnRevision::Revision>("Revision"),
+          get<&vnRevision::IR>("IR"),
           get<&vnRevision::Reason>("Reason"),
       });
   return info;
@@ -94,9 +94,8 @@ const automation::ClassInfo& vnRevisions::classInfo() {
           get<&vnRevisions::Count>("Count"),
           get<&vnRevisions::NewEnum>("NewEnum"),
           method<&vnRevisions::Add>("Add", "poRevision"),
-          hidden(with_help(method<&vnRevisions::AddImport>("AddImport", "plIR", "psReason",
-                                                           "plRevision", "pdDate"),
-                           "For the conversion of older files; at other times error 2198.")),
+          hidden(method<&vnRevisions::AddImport>("AddImport", "plIR", "psReason", "plRevision",
+                                                 "pdDate")),
           method<&vnRevisions::Remove>("Remove", "pvRef"),
           method<&vnRevisions::RemoveAll>("RemoveAll"),
       });

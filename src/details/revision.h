@@ -17,11 +17,13 @@ class vnRevision : public Member {
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
+  // The day on which the revision was entered, without a time.
   automation::Date RevisionDate() const { return revision_date_; }
-  // The number that the details had.
+  // The number that the details had at the time.
   float Revision() const { return revision_; }
   // The document's IR at the time; the revision's key in its collection.
   int32_t IR() const { return ir_; }
+  // Why there was a revision, as given to vnDetails.NewRevision.
   const Text& Reason() const { return reason_; }
 
   // --- Inside the library; hosts have no use for these. ---
@@ -47,11 +49,12 @@ class vnRevisions : public Collection<vnRevision> {
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
-  // Nothing happens when a revision with the same IR is there.
+  // Adds a revision. Nothing happens when one with the same IR is there.
   void Add(vnRevision* poRevision);
-  // Only while an older file is being converted, else error 2198.
+  // Adds a revision with these values. Only while an older file is being converted, else error
+  // 2198.
   void AddImport(int32_t plIR, const Text& psReason, int32_t plRevision, automation::Date pdDate);
-  // Nothing happens for an unknown position or key.
+  // Takes a revision out, by position or key; nothing happens when there is none.
   void Remove(const automation::Variant& pvRef);
 
   // --- Inside the library; hosts have no use for these. ---

@@ -11,6 +11,7 @@ namespace vndoc6 {
 // What the three have in common: the text they were loaded from, given back unchanged.
 class StandIn : public automation::Object {
  public:
+  // The text that the object was loaded from, given back unchanged.
   const Text& GetText() const { return text_; }
   void SetText(const Text& psText) { text_ = psText; }
 

@@ -16,9 +16,9 @@ class vnCondition : public Member {
   // The link that the condition was made for; Nothing for a step's.
   automation::Ref<vnLink> Link() const;
   void SetLink(vnLink* poLink);
-  // Empty until the condition is added to a collection or loaded.
+  // The key in its collection; empty until the condition is added to one or loaded.
   const Text& Key() const { return key_; }
-  // Setting it reports nothing.
+  // The name that users see. Setting it reports nothing.
   const Text& DisplayName() const { return display_name_; }
   void SetDisplayName(const Text& psDisplayName) { display_name_ = psDisplayName; }
   // The test itself, in the host's language. Setting it reports vndConditionTest, changed or not.
@@ -59,7 +59,8 @@ class vnConditions : public Collection<vnCondition> {
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
-  // The link whose tests these are. Conditions get their own from vnLink.NewCondition alone.
+  // The link whose tests these are; it can't be read back. Conditions get their own from
+  // vnLink.NewCondition alone.
   void SetLink(vnLink* poLink);
 
   // Adds a condition, with a fresh key when it has none, and gives it this collection's document.

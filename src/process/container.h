@@ -20,13 +20,15 @@ class vnContainer : public Member {
   // The document, in a Variant.
   automation::Variant Document() const;
   void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
-  // Setting it reports nothing; the container stays in its collection under the key it had.
+  // The key that steps name the container by. Setting it reports nothing; the container stays in
+  // its collection under the key it had.
   const Text& Key() const { return key_; }
   void SetKey(const Text& psKey) { key_ = psKey; }
-  // Setting it reports 1 as a container change, changed or not.
+  // The name shown in the group's outline. Setting it reports 1 as a container change, changed or
+  // not.
   const Text& Label() const { return label_; }
   void SetLabel(const Text& psLabel);
-  // Reading it reports 1 as a container change; setting it reports nothing.
+  // Free text. Reading it reports 1 as a container change; setting it reports nothing.
   Text Description();
   void SetDescription(const Text& psDescription) { description_ = psDescription; }
   // What draws the group's outline; built on the first read.

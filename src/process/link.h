@@ -21,15 +21,18 @@ class vnLink : public Member {
   ~vnLink() override;
 
   void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
-  // Empty until the link is added to a collection or loaded.
+  // The key in its collection; empty until the link is added to one or loaded.
   const vndoc6::Text& Key() const { return key_; }
+  // What is written at the link's line.
   const vndoc6::Text& Text();
   void SetText(const vndoc6::Text& psText);
+  // What users see when they point at the link's line.
   const vndoc6::Text& Tooltip();
   void SetTooltip(const vndoc6::Text& psTooltip);
-  // The keys of the steps that the link joins. Nobody checks that there are such steps.
+  // The key of the step that the link leaves. Nobody checks that there is such a step.
   const vndoc6::Text& OriginStepKey();
   void SetOriginStepKey(const vndoc6::Text& psOriginStepKey);
+  // The key of the step that the link leads to. Nobody checks that there is such a step.
   const vndoc6::Text& DestinationStepKey();
   void SetDestinationStepKey(const vndoc6::Text& psDestinationStepKey);
   // The connector that draws the link; built on the first read.
@@ -51,7 +54,7 @@ class vnLink : public Member {
   // Adds a condition of this link to Conditions and gives it.
   automation::Ref<vnCondition> NewCondition(const vndoc6::Text& psDisplayName,
                                             const vndoc6::Text& psCondition);
-  // Whether there was one with that key.
+  // Takes a condition out of Conditions; False when there is none with that key.
   bool RemoveCondition(const vndoc6::Text& psKey);
 
   // --- Inside the library; hosts have no use for these. ---

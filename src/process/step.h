@@ -35,71 +35,90 @@ class vnStep : public Member {
   vnStep();
   ~vnStep() override;
 
-  // Reading never gives the step's container: it raises error 438. Hosts use ContainerKey.
+  // Reading it never gives the step's container: it raises error 438. Hosts use ContainerKey.
   automation::Ref<vnContainer> Container() const;
   void SetContainer(vnContainer* poContainer);
   void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
 
-  // Empty until the step is added to a collection or loaded.
+  // The key in the document; empty until the step is added to a collection or loaded.
   const Text& Key() const { return key_; }
-  // The short name shown in the figure. Reports vndLabel when it changes.
+  // The short name shown in the figure. Setting it reports vndLabel when it changes.
   Text Label();
   void SetLabel(const Text& psLabel);
-  // Reports 2 as a step change when it changes.
+  // What is done in the step, at length. Setting it reports 2 as a step change when it changes.
   Text Description();
   void SetDescription(const Text& psDescription);
-  // Reports 3 as a step change, changed or not.
+  // The key of the container that the step belongs to; empty for none. Setting it reports 3 as a
+  // step change, changed or not.
   Text ContainerKey();
   void SetContainerKey(const Text& psContainerKey);
 
-  // 0: not numbered yet; -1: taken out of the numbering; else the step's number. Setting it moves
-  // the other steps of the collection: the number is brought into the range there is, the steps
-  // between the old and the new number move by one. 0 is ignored by a numbered step; a negative
-  // number takes the step out and closes the gap. Every step that moves reports vndStepIndex.
+  // The step's number; 0 when it has none yet, -1 when it was taken out of the numbering. Setting
+  // it moves the other steps of the collection: the number is brought into the range there is, the
+  // steps between the old and the new number move by one. 0 is ignored by a numbered step; a
+  // negative number takes the step out and closes the gap. Every step that moves reports
+  // vndStepIndex.
   int32_t StepIndex() const { return step_index_; }
   void SetStepIndex(int32_t plStepIndex);
 
-  // The step's parts, each built on the first read, each one object until the next Load.
+  // The shape that draws the step. As every part that follows, it is built on the first read, and
+  // is one object until the next Load.
   automation::Ref<vnFigure> Figure();
+  // The tests for entering the step.
   automation::Ref<vnConditions> Conditions();
   void SetConditions(vnConditions* poConditions);
+  // Free values of the host's, saved with the step.
   automation::Ref<Properties> GetProperties();
   void SetProperties(Properties* poProperties);
+  // The tasks of the step.
   automation::Ref<vnTasks> Tasks();
   void SetTasks(vnTasks* poTasks);
+  // The files attached to the step.
   automation::Ref<vnFiles> Files();
+  // The jumps from the step to other documents.
   automation::Ref<vnJumps> Jumps();
   // A working list for hosts; not saved with the step.
   automation::Ref<vnLinks> Links();
   // Who performs the step. Unlike the other parts it survives a Load once it was read.
   automation::Ref<vnTitleRefs> PerformedBy();
-  // Field values, by the document's FieldDefsSteps.
+  // The values of the step's extra data fields, as the document's FieldDefsSteps define them.
   automation::Ref<automation::Object> Fields();
+  // A second bag of free values, saved with the step; for what the host attaches to it.
   automation::Ref<Properties> Attachments();
   void SetAttachments(Properties* poAttachments);
   // One entry for each step that this one depends on, under that step's key. Saving removes the
   // entries of steps that are gone.
   automation::Ref<Properties> Dependancies();
 
-  // Plain values; setting them reports nothing.
+  // How the step is performed; free text. Setting it reports nothing, as for the plain values that
+  // follow.
   Text Instructions();
   void SetInstructions(const Text& psInstructions);
+  // A code of the host's for the kind of assignment; 0 by default.
   int32_t AssignType();
   void SetAssignType(int32_t plAssignType);
+  // A number of the host's for whom the step is assigned to; 0 by default.
   int32_t AssignTo();
   void SetAssignTo(int32_t plAssignTo);
+  // A number of the host's for the table with the step's data; 0 by default.
   int32_t Table();
   void SetTable(int32_t plTable);
+  // The name of the host's form for the step.
   Text Form();
   void SetForm(const Text& psForm);
+  // A code of the host's for how the due date is found; 0 by default.
   int32_t DueDateType();
   void SetDueDateType(int32_t plDueDateType);
+  // How long the step takes, as text.
   Text Duration();
   void SetDuration(const Text& psDuration);
+  // Whether the host completes the step by itself; False by default.
   bool AutoComplete();
   void SetAutoComplete(bool pbAutoComplete);
+  // A condition in the host's language; free text, independent of Conditions.
   Text ConditionExpression();
   void SetConditionExpression(const Text& psConditionExpression);
+  // A code of the host's for how the procedure goes on; 0 by default.
   int32_t ContinueStyle();
   void SetContinueStyle(int32_t plContinueStyle);
 
@@ -111,12 +130,14 @@ class vnStep : public Member {
 
   // Adds a condition to Conditions and gives it; Nothing when that fails.
   automation::Ref<vnCondition> NewCondition(const Text& psDisplayName, const Text& psCondition);
+  // Takes a condition out of Conditions; False when there is none with that key.
   bool RemoveCondition(const Text& psKey);
   // Adds a task with the next order. Loaded tasks and tasks that a host adds to Tasks itself are
   // not counted: the order is one more than the tasks made here.
   automation::Ref<vnTask> NewTask();
   // Removes a task and moves those after it up; an unknown key does nothing.
   void RemoveTask(const Text& psKey);
+  // Adds a link to Links, the step's working list; the document does not get it.
   void AddLink(vnLink* poLink);
 
   // --- Inside the library; hosts have no use for these. ---

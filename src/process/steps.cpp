@@ -132,11 +132,9 @@ const automation::ClassInfo& vnSteps::classInfo() {
           method<&vnSteps::Add>("Add", "poStep"),
           method<&vnSteps::Remove>("Remove", "pvRef"),
           method<&vnSteps::RemoveAll>("RemoveAll"),
-          with_help(get<&vnSteps::LastIndex>("LastIndex"), "The highest step number."),
-          with_help(get<&vnSteps::ItemByStepIndex>("ItemByStepIndex", "plStepIndex"),
-                    "The first step with a number."),
-          with_help(get<&vnSteps::ItemByStepKey>("ItemByStepKey", "psKey"),
-                    "The step with exactly this key."),
+          get<&vnSteps::LastIndex>("LastIndex"),
+          get<&vnSteps::ItemByStepIndex>("ItemByStepIndex", "plStepIndex"),
+          get<&vnSteps::ItemByStepKey>("ItemByStepKey", "psKey"),
       });
   return info;
 }

@@ -22,9 +22,10 @@ class vnSteps : public Collection<vnStep> {
   // Takes a step out, and out of the numbering: those above it move down. Its links stay. Raises
   // StepRemoved. Nothing happens when there is no such step.
   void Remove(const automation::Variant& pvRef);
+  // Empties the collection. Raises nothing.
   void RemoveAll();
 
-  // The highest number; 0 for none.
+  // The highest step number; 0 when there is none.
   int32_t LastIndex() const;
   // The first step, in the order of the collection, with that number; Nothing when there is none.
   automation::Ref<vnStep> ItemByStepIndex(int32_t plStepIndex) const;

@@ -12,22 +12,25 @@ class vnTask : public StepMember {
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
   void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
-  // Empty until the task is added to a collection or loaded.
+  // The key in the step's tasks; empty until the task is added to a collection or loaded.
   const Text& Key() const { return key_; }
-  // Setting the name or the description reports nothing.
+  // What the task is called. Setting it reports nothing.
   const Text& Name() const { return name_; }
   void SetName(const Text& psName) { name_ = psName; }
+  // Free text. Setting it reports nothing.
   const Text& Description() const { return description_; }
   void SetDescription(const Text& psDescription) { description_ = psDescription; }
-  // Codes and data of the host's. Setting them reports vndTaskType, vndModuleType, vndTaskData,
-  // changed or not.
+  // A code of the host's for the kind of task. Setting it reports vndTaskType, changed or not.
   int32_t TaskType() const { return task_type_; }
   void SetTaskType(int32_t plTaskType);
+  // A code of the host's for the module that does the task. Setting it reports vndModuleType,
+  // changed or not.
   int32_t ModuleType() const { return module_type_; }
   void SetModuleType(int32_t plModuleType);
   // The task's place among the step's tasks. Setting it moves no other task and reports nothing.
   int32_t TaskOrder() const { return task_order_; }
   void SetTaskOrder(int32_t plTaskOrder) { task_order_ = plTaskOrder; }
+  // Data of the host's for the task. Setting it reports vndTaskData, changed or not.
   const Text& TaskData() const { return task_data_; }
   void SetTaskData(const Text& psTaskData);
 
@@ -56,7 +59,7 @@ class vnTask : public StepMember {
   int32_t task_order_ = 0;
 };
 
-// In the order in which they were added, whatever their TaskOrder.
+// Their TaskOrder has no say in the order.
 class vnTasks : public Collection<vnTask, StepMember> {
  public:
   static const automation::ClassInfo& classInfo();

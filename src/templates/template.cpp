@@ -138,23 +138,20 @@ const automation::ClassInfo& vnTemplate::classInfo() {
       {0x090C5AEE, 0x8C7E, 0x407C, {0xB5, 0x25, 0x25, 0xE0, 0x0C, 0x44, 0x7F, 0x27}},
       {
           get<&vnTemplate::TemplateLibrary>("TemplateLibrary"),
-          with_help(get<&vnTemplate::ID>("ID"), "The template's number in its list."),
+          get<&vnTemplate::ID>("ID"),
           put<&vnTemplate::SetID>("ID", "plID"),
-          with_help(get<&vnTemplate::Key>("Key"), "The list's name and the ID: \"fig3\"."),
+          get<&vnTemplate::Key>("Key"),
           get<&vnTemplate::DisplayName>("DisplayName"),
           put<&vnTemplate::SetDisplayName>("DisplayName", "psDisplayName"),
           get<&vnTemplate::Description>("Description"),
           put<&vnTemplate::SetDescription>("Description", "psDescription"),
-          with_help(get<&vnTemplate::Value>("Value"), "The text itself, plain or rich."),
+          get<&vnTemplate::Value>("Value"),
           put<&vnTemplate::SetValue>("Value", "psValue"),
-          with_help(get<&vnTemplate::TagVariant>("TagVariant"),
-                    "Whatever the host keeps with the template; saved, unless it is an object."),
+          get<&vnTemplate::TagVariant>("TagVariant"),
           put<&vnTemplate::SetTagVariant>("TagVariant", "pvTagVariant"),
           putref<&vnTemplate::SetTagVariant>("TagVariant", "pvTagVariant"),
-          with_help(get<&vnTemplate::TagProcessorValue>("TagProcessorValue"),
-                    "Value with its rich-text fields as tags."),
-          with_help(get<&vnTemplate::Templates>("Templates"),
-                    "The list that the template was added to."),
+          get<&vnTemplate::TagProcessorValue>("TagProcessorValue"),
+          get<&vnTemplate::Templates>("Templates"),
       });
   return info;
 }
@@ -167,18 +164,14 @@ const automation::ClassInfo& vnTemplates::classInfo() {
       {0x84ADD16A, 0x9A81, 0x4FD6, {0xB8, 0xF6, 0x6A, 0x5E, 0x15, 0x59, 0x26, 0x1F}},
       {
           get<&vnTemplates::TemplateLibrary>("TemplateLibrary"),
-          with_help(
-              get<&vnTemplates::Item>("Item", by_reference{"pvIndexKey"}),
-              "The template at a position, or with an ID or a key as text; Nothing for none."),
+          get<&vnTemplates::Item>("Item", by_reference{"pvIndexKey"}),
           get<&vnTemplates::Count>("Count"),
           get<&vnTemplates::NewEnum>("NewEnum"),
-          with_help(method<&vnTemplates::Add>("Add", "poTemplate"),
-                    "Adds a template; one with ID 0 is numbered."),
+          method<&vnTemplates::Add>("Add", "poTemplate"),
           method<&vnTemplates::Remove>("Remove", "pvRef"),
           method<&vnTemplates::RemoveAll>("RemoveAll"),
           method<&vnTemplates::NewItem>("NewItem", optional("psDisplayName", u"New Item")),
-          with_help(get<&vnTemplates::ListName>("ListName"),
-                    "Which of the library's lists this is: rpt, fig, rev, fil or jmp."),
+          get<&vnTemplates::ListName>("ListName"),
       });
   return info;
 }

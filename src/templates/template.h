@@ -22,19 +22,21 @@ class vnTemplate : public automation::Object {
 
   // The library of the list that the template was added to; Nothing before.
   automation::Ref<vnTemplateLibrary> TemplateLibrary() const;
-  // 0 until the template is added to a list. A template stays in its list under the number it was
-  // added with.
+  // The template's number in its list; 0 until it is added to one. It stays in the list under the
+  // number it was added with.
   int32_t ID() const { return id_; }
   void SetID(int32_t plID) { id_ = plID; }
   // The list's name and the ID: "fig3".
   Text Key() const;
-  // Setting one of these three reports a change with the number given, changed or not.
+  // The name that users see. Setting it reports 1, changed or not.
   const Text& DisplayName() const { return display_name_; }
-  void SetDisplayName(const Text& psDisplayName);  // 1
+  void SetDisplayName(const Text& psDisplayName);
+  // What the template is for; free text. Setting it reports 2, changed or not.
   const Text& Description() const { return description_; }
-  void SetDescription(const Text& psDescription);  // 2
+  void SetDescription(const Text& psDescription);
+  // The text itself, plain or rich. Setting it reports 3, changed or not.
   const Text& Value() const { return value_; }
-  void SetValue(const Text& psValue);  // 3
+  void SetValue(const Text& psValue);
   // Whatever the host keeps with the template; reports nothing. Saved, unless it is an object.
   automation::Variant TagVariant() const;
   void SetTagVariant(const automation::Variant& pvTagVariant);
@@ -74,11 +76,12 @@ class vnTemplates : public NumberedCollection<vnTemplate, automation::Object> {
 
   // The library that the list belongs to; Nothing when there is none.
   automation::Ref<vnTemplateLibrary> TemplateLibrary() const;
-  // Nothing when there is no such template.
+  // The template at a 1-based position (a number), or with an ID ("3") or a key ("fig3"); Nothing
+  // when there is none.
   automation::Ref<vnTemplate> Item(const automation::Variant& pvIndexKey) const;
-  // Numbers a template whose ID is 0. Nothing happens when the number is taken.
+  // Adds a template, numbering one whose ID is 0. Nothing happens when the number is taken.
   void Add(vnTemplate* poTemplate);
-  // Nothing happens when there is no such template.
+  // Takes a template out; nothing happens when there is none.
   void Remove(const automation::Variant& pvRef);
   // A new template; it is not in the list when its number is taken.
   automation::Ref<vnTemplate> NewItem(const Text& psDisplayName = u"New Item");

@@ -181,24 +181,18 @@ const automation::ClassInfo& vnTemplateLibrary::classInfo() {
       {0x43D589CD, 0xF2B5, 0x4EE5, {0xA1, 0x97, 0x69, 0xE3, 0xA9, 0x8F, 0x5A, 0xFA}},
       {0xC55099DB, 0x960B, 0x46C3, {0x91, 0xEF, 0x7E, 0xB5, 0x80, 0xD0, 0x53, 0xFD}},
       {
-          with_help(method<&Library::Save>("Save"),
-                    "Writes the library's file. False in every case: SaveComplete tells success."),
-          with_help(
-              method<&Library::SaveAs>("SaveAs", "psFileName"),
-              "Writes the library to a file. False in every case: SaveComplete tells success."),
-          with_help(method<&Library::Load>("Load", "psFileName"),
-                    "Reads a file, once for each library."),
+          method<&Library::Save>("Save"),
+          method<&Library::SaveAs>("SaveAs", "psFileName"),
+          method<&Library::Load>("Load", "psFileName"),
           get<&Library::FileName>("FileName"),
           get<&Library::ReportTemplates>("ReportTemplates"),
-          with_help(get<&Library::ChangeEventsLoading>("ChangeEventsLoading"),
-                    "Whether loading raises change events."),
+          get<&Library::ChangeEventsLoading>("ChangeEventsLoading"),
           put<&Library::SetChangeEventsLoading>("ChangeEventsLoading", "pbChangeEventsLoading"),
           get<&Library::FigureTemplates>("FigureTemplates"),
           get<&Library::RevisionTemplates>("RevisionTemplates"),
           get<&Library::FileTemplates>("FileTemplates"),
           get<&Library::JumpTemplates>("JumpTemplates"),
-          with_help(method<&Library::GetTemplateByKey>("GetTemplateByKey", "psKey"),
-                    "The first template with that key in any list; Nothing for none."),
+          method<&Library::GetTemplateByKey>("GetTemplateByKey", "psKey"),
       });
   return info;
 }

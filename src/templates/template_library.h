@@ -24,26 +24,33 @@ class vnTemplateLibrary : public automation::Object, public automation::EventSou
   vnTemplateLibrary();
   ~vnTemplateLibrary() override;
 
-  // Both give False in every case: hosts learn of success from SaveComplete. SaveFailed(1) without
-  // a file name; error 75 when the file can't be written, which leaves FileName as it was.
+  // Saves under FileName. Gives False in every case: hosts learn of success from SaveComplete.
+  // SaveFailed(1) without a file name; error 75 when the file can't be written.
   bool Save();
+  // Saves under a file name, which becomes FileName; the outcome is that of Save. When the file
+  // can't be written, FileName stays as it was.
   bool SaveAs(const Text& psFileName);
-  // Once for each library. True and LoadComplete, or False and LoadFailed: 1 no file name, 2 the
-  // library has a file already, 3 no such file. Error 75 when the file can't be read or its text is
-  // damaged; then nothing is loaded and another file may be.
+  // Loads a file, once for each library. True and LoadComplete, or False and LoadFailed: 1 no file
+  // name, 2 the library has a file already, 3 no such file. Error 75 when the file can't be read or
+  // its text is damaged; then nothing is loaded and another file may be.
   bool Load(const Text& psFileName);
-  // Empty until the first successful Load or SaveAs.
+  // The file that the library is in; empty until the first successful Load or SaveAs.
   const Text& FileName() const { return file_name_; }
 
+  // The templates for reports.
   automation::Ref<vnTemplates> ReportTemplates() const { return List(kReport); }
   // Whether the templates that a load adds are reported; off by default.
   bool ChangeEventsLoading() const { return change_events_loading_; }
   void SetChangeEventsLoading(bool pbChangeEventsLoading) {
     change_events_loading_ = pbChangeEventsLoading;
   }
+  // The templates for figures.
   automation::Ref<vnTemplates> FigureTemplates() const { return List(kFigure); }
+  // The templates for the reasons of revisions.
   automation::Ref<vnTemplates> RevisionTemplates() const { return List(kRevision); }
+  // The templates for files.
   automation::Ref<vnTemplates> FileTemplates() const { return List(kFile); }
+  // The templates for jumps.
   automation::Ref<vnTemplates> JumpTemplates() const { return List(kJump); }
   // The first template that a list finds under the key, in the order report, figure, revision,
   // file, jump; Nothing when none does.

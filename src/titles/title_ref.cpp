@@ -115,12 +115,10 @@ const automation::ClassInfo& vnTitleRef::classInfo() {
       {0x64573ADF, 0x1E72, 0x48A1, {0x94, 0x84, 0xF2, 0xF5, 0x40, 0x0E, 0x86, 0x38}},
       {
           get<&vnTitleRef::Document>("Document"),
-          with_help(get<&vnTitleRef::Ref>("Ref"), "The reference text of the title."),
+          get<&vnTitleRef::Ref>("Ref"),
           put<&vnTitleRef::SetRef>("Ref", "psRef"),
-          with_help(get<&vnTitleRef::DisplayNameCache>("DisplayNameCache"),
-                    "The name last taken from the title, or the free text."),
-          with_help(get<&vnTitleRef::DisplayName>("DisplayName"),
-                    "The title's name as it is now; \".\" for a title that is gone."),
+          get<&vnTitleRef::DisplayNameCache>("DisplayNameCache"),
+          get<&vnTitleRef::DisplayName>("DisplayName"),
           put<&vnTitleRef::SetDisplayName>("DisplayName", "psDisplayName"),
           method<&vnTitleRef::Clear>("Clear"),
       });
@@ -139,9 +137,7 @@ const automation::ClassInfo& vnTitleRefs::classInfo() {
           get<&vnTitleRefs::Count>("Count"),
           get<&vnTitleRefs::NewEnum>("NewEnum"),
           method<&vnTitleRefs::RemoveAll>("RemoveAll"),
-          with_help(method<&vnTitleRefs::Add>("Add", "pvRef"),
-                    "The reference to that title; without a title handler, the single entry with "
-                    "that text."),
+          method<&vnTitleRefs::Add>("Add", "pvRef"),
       });
   return info;
 }

@@ -19,7 +19,9 @@ class vnTitleRef : public Member {
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
-  // The title's reference text; empty when cleared.
+  // The title's reference text; empty when cleared. Setting it takes the title's name along;
+  // nothing changes when no title has that reference, or when the document's title handler is not
+  // available.
   const Text& Ref() const { return ref_; }
   // Takes the title's name along. Nothing changes when no title has that reference, or when the
   // document's title handler is not available.
@@ -31,6 +33,7 @@ class vnTitleRef : public Member {
   Text DisplayName();
   // Only changes anything in a document without a handler: titles bear their handler's names.
   void SetDisplayName(const Text& psDisplayName);
+  // Empties the reference and its cached name.
   void Clear();
 
   // --- Inside the library; hosts have no use for these. ---

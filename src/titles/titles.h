@@ -34,13 +34,16 @@ class vnTitle : public Member {
   // The handler's number for the title; its meaning is the handler's.
   int32_t ID() const { return id_; }
   void SetID(int32_t plID) { id_ = plID; }
+  // The name that users see.
   const Text& DisplayName() const { return display_name_; }
   void SetDisplayName(const Text& psDisplayName) { display_name_ = psDisplayName; }
+  // What the role or person does; free text.
   const Text& Description() const { return description_; }
   void SetDescription(const Text& psDescription) { description_ = psDescription; }
   // The list that the title was added to; Nothing before.
   automation::Ref<vnTitles> Titles() const;
-  // What references name. A title stays in its list under the one it was added with.
+  // The text that references name the title by. A title stays in its list under the one it was
+  // added with.
   const Text& Ref() const { return ref_; }
   void SetRef(const Text& psRef) { ref_ = psRef; }
 
@@ -77,29 +80,34 @@ class vnTitles : public Member {
   // The title at a 1-based position (a number) or with a reference text; Nothing when there is
   // none. Consults the handler first, as Count and NewEnum do.
   automation::Ref<vnTitle> Item(const automation::Variant& pvIndexKey);
+  // How many titles there are; consults the handler first.
   int32_t Count();
+  // Walks the titles there are now, in order; consults the handler first.
   automation::Ref<automation::Enumerator> NewEnum();
-  // Nothing happens for an unknown position or reference.
+  // Takes a title out, by position or reference; nothing happens when there is none.
   void Remove(const automation::Variant& pvRef);
+  // Empties the list; the handler is not consulted again for that.
   void RemoveAll() { store_.Clear(); }
-  // The new title. It is not in the list, and belongs to no document, when psReference is taken.
-  // What is added before the handler was consulted is dropped by the consultation.
+  // Adds a title and gives it. When psReference is taken, the new title is not in the list and
+  // belongs to no document. What is added before the handler was consulted is dropped by the
+  // consultation.
   automation::Ref<vnTitle> AddTitle(int32_t plID, const Text& psReference,
                                     const Text& psDisplayName, const Text& psDescription = {});
-  // For settings of hosts and handlers; not saved.
+  // Settings of hosts and handlers; not saved.
   automation::Ref<Properties> GetProperties() const;
 
-  // Consults the handler; True when it filled the list.
+  // Whether the document's title handler works: consults it, and is True when it filled the list.
   bool HandlerAvailable();
-  // True when the document names a handler, whether or not it works.
+  // Whether the document names a title handler, working or not.
   bool UsingHandler() const { return !HandlerName().empty(); }
-  // The next read consults the handler again.
+  // Makes the next read consult the handler again.
   void Reset() { tried_ = false; }
   // A new, empty list of references to titles of this document.
   automation::Ref<vnTitleRefs> TitleRefsObj() const;
   // What the document's Properties hold under "Titles Handler"; empty when that is missing, is no
   // text, or there is no document.
   Text HandlerName() const;
+  // Whether the title handler needs the document's database; VNRDUnknown when it can't tell.
   // Creates the handler to ask it, unless it is one that is known.
   VNHandlerRequiresDirect HandlerRequiresDirect();
 

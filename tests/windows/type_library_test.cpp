@@ -2,7 +2,10 @@
 #include <set>
 
 #include "published/library.h"
+#include "published/published.h"
+#include "templates/template.h"
 #include "tests/windows/server.h"
+#include "titles/titles.h"
 #include "windows/variants.h"
 
 namespace vndoc6::windows {
@@ -16,6 +19,13 @@ std::string NameOf(ITypeInfo& type) {
   OwnedBstr name;
   type.GetDocumentation(MEMBERID_NIL, name.Receive(), nullptr, nullptr, nullptr);
   return ToUtf8(name.text());
+}
+
+// Of a member, or of the type itself.
+std::string HelpOf(ITypeInfo& type, MEMBERID member = MEMBERID_NIL) {
+  OwnedBstr help;
+  type.GetDocumentation(member, nullptr, help.Receive(), nullptr, nullptr);
+  return ToUtf8(help.text());
 }
 
 // A type of the library as its interface definition writes it.
@@ -98,11 +108,7 @@ class Function {
     }
     return read;
   }
-  std::string Help() const {
-    OwnedBstr help;
-    type_.GetDocumentation(description_->memid, nullptr, help.Receive(), nullptr, nullptr);
-    return ToUtf8(help.text());
-  }
+  std::string Help() const { return HelpOf(type_, description_->memid); }
 
  private:
   ITypeInfo& type_;
@@ -178,7 +184,7 @@ void ExpectNames(ITypeInfo& type, size_t row, const MemberInfo& member) {
   if (put) names.pop_back();
   if (member.result.kind != TypeKind::kVoid) names.push_back("result");
   EXPECT_EQ(function.Names(), names);
-  EXPECT_EQ(function.Help(), member.help);
+  EXPECT_NE(function.Help(), "");
 }
 
 void ExpectMember(ITypeInfo& type, size_t row, const MemberInfo& member) {
@@ -198,6 +204,7 @@ TEST_F(TypeLibraryTest, EveryInterfaceHasItsTablesRowsAsSlots) {
     const ComPtr<ITypeInfo> dispatch = Find(info.interface_id());
     ASSERT_TRUE(dispatch) << info.name();
     EXPECT_EQ(NameOf(*dispatch.get()), DefaultInterfaceName(info));
+    EXPECT_EQ(HelpOf(*dispatch.get()), info.help());
     // The interface with the slots, behind the one for late-bound calls.
     HREFTYPE reference = 0;
     ComPtr<ITypeInfo> type;
@@ -223,6 +230,7 @@ TEST_F(TypeLibraryTest, EveryClassNamesItsInterfaces) {
     SCOPED_TRACE(info.name());
     const ComPtr<ITypeInfo> type = Find(info.class_id());
     EXPECT_EQ(NameOf(*type.get()), info.name());
+    EXPECT_EQ(HelpOf(*type.get()), info.help());
     const TYPEATTR attributes = AttributesOf(*type.get());
     EXPECT_EQ(attributes.typekind, TKIND_COCLASS);
     EXPECT_TRUE(attributes.wTypeFlags & TYPEFLAG_FCANCREATE);
@@ -256,6 +264,7 @@ TEST_F(TypeLibraryTest, EventInterfacesHaveTheirTablesRows) {
       SCOPED_TRACE(event.name);
       const Function function(*type.get(), static_cast<UINT>(i));
       EXPECT_EQ(function->memid, event.id);
+      EXPECT_NE(function.Help(), "");
       std::vector<std::string> names{event.name};
       ASSERT_EQ(static_cast<size_t>(function->cParams), event.parameters.size());
       for (size_t j = 0; j < event.parameters.size(); ++j) {
@@ -273,6 +282,7 @@ TEST_F(TypeLibraryTest, EnumerationsHaveEveryValue) {
   for (const EnumInfo* info : PublishedEnums()) {
     const ComPtr<ITypeInfo> type = Find(info->id);
     EXPECT_EQ(NameOf(*type.get()), info->name);
+    EXPECT_EQ(HelpOf(*type.get()), info->help);
     ASSERT_EQ(AttributesOf(*type.get()).cVars, info->values.size());
     for (size_t i = 0; i < info->values.size(); ++i) {
       VARDESC* variable = nullptr;
@@ -284,6 +294,17 @@ TEST_F(TypeLibraryTest, EnumerationsHaveEveryValue) {
       type->ReleaseVarDesc(variable);
     }
   }
+}
+
+// What object browsers show: the first sentence of the comment in the class's header.
+TEST_F(TypeLibraryTest, HelpIsAMembersFirstSentence) {
+  const ComPtr<ITypeInfo> templates = Find(vnTemplates::classInfo().interface_id());
+  EXPECT_EQ(HelpOf(*templates.get(), kDefaultMember),
+            "The template at a 1-based position (a number), or with an ID (\"3\") or a key "
+            "(\"fig3\"); Nothing when there is none.");
+  const ComPtr<ITypeInfo> title = Find(vnTitle::classInfo().interface_id());
+  const int32_t description = vnTitle::classInfo().FindMember(u"Description");
+  EXPECT_EQ(HelpOf(*title.get(), description), "What the role or person does; free text.");
 }
 
 TEST_F(TypeLibraryTest, ObjectsTellTheirTypes) {

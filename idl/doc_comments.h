@@ -1,0 +1,43 @@
+// The documentation comments above the member functions of the classes, read from the headers: the
+// one source of help strings and of the reference.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vndoc6 {
+
+class DocComments {
+ public:
+  // Reads every header below a folder.
+  static DocComments ReadFolder(const std::filesystem::path& folder);
+  // Reads one header, laid out as clang-format does.
+  void ReadHeader(std::string_view text);
+
+  // The comment directly above a class; empty when there is none.
+  std::string OfClass(std::string_view class_name) const;
+  // The comment directly above what gives a published member of a class, in the class itself or in
+  // one that it derives from: the function of that name, or else the accessor with Get, Set or
+  // Value before it. Raises std::runtime_error when there is none.
+  std::string OfMember(std::string_view class_name, std::string_view member) const;
+  // That of an event: of "__vnDocument" the native listener's in DocumentListener.
+  std::string OfEvent(std::string_view event_interface, std::string_view event) const;
+
+ private:
+  struct Class {
+    std::string comment;
+    std::vector<std::string> bases;
+    std::map<std::string, std::string, std::less<>> functions;
+  };
+  const std::string* Find(std::string_view class_name, std::string_view function) const;
+
+  std::map<std::string, Class, std::less<>> classes_;
+};
+
+// What fits a line of help: "Free text. Setting it reports nothing." gives "Free text."
+std::string FirstSentence(std::string_view comment);
+
+}  // namespace vndoc6
