@@ -19,7 +19,10 @@ install(
   FILES $<TARGET_FILE:vndoc6_dll> ${PROJECT_SOURCE_DIR}/idl/VNDoc6.manifest
         ${PROJECT_SOURCE_DIR}/idl/VNDoc6.idl ${VNDOC6_TLB} ${VNDOC6_HEADER}
         ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+        ${PROJECT_SOURCE_DIR}/SECURITY.md ${PROJECT_SOURCE_DIR}/CONTRIBUTING.md
   DESTINATION . COMPONENT server)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION . COMPONENT server
+        FILES_MATCHING PATTERN "*.md")
 install(FILES ${readme_script} ${PROJECT_SOURCE_DIR}/hosts/demo/demo.vbs
               ${PROJECT_SOURCE_DIR}/tests/windows/hosts/tour.vbs
         DESTINATION examples COMPONENT server)

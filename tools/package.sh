@@ -6,22 +6,51 @@ make_package() {
   cpack --config "build/$1/CPackConfig.cmake" >"build/logs/cpack-$1.log"
 }
 
-# check_package PRESET: the archive holds these files and no others.
+# check_package PRESET: the archive holds these files and no others, and its texts refer to nothing
+# else.
 check_package() {
-  local files
-  make_package "$1" && files=$(cmake -E tar tf "build/$1"/VNDoc6-*-"$1.zip") || return 1
-  diff - <(sed 's|^[^/]*/||; /\/$/d' <<<"$files" | LC_ALL=C sort) <<'LIST'
+  local folder status=0
+  folder=$(mktemp -d) || return 1
+  make_package "$1" && (cd "$folder" && cmake -E tar xf "$OLDPWD/build/$1"/VNDoc6-*-"$1.zip") &&
+    check_files "$folder"/* && check_links "$folder"/* || status=1
+  rm -rf "$folder"
+  return $status
+}
+
+check_files() {
+  diff - <(cd "$1" && find . -type f -printf '%P\n' | LC_ALL=C sort) <<'LIST'
 CHANGELOG.md
+CONTRIBUTING.md
 README.md
+SECURITY.md
 VNDoc6.dll
 VNDoc6.h
 VNDoc6.idl
 VNDoc6.manifest
 VNDoc6.tlb
+docs/architecture.md
+docs/behaviour.md
+docs/file-format.md
+docs/performance.md
+docs/reference.md
+docs/reliability.md
+docs/vndoc.md
 examples/demo.vbs
 examples/order.vbs
 examples/tour.vbs
 LIST
+}
+
+# check_links FOLDER: every relative link in its Markdown files leads to a file.
+check_links() {
+  local file link status=0
+  while IFS=: read -r file link; do
+    if [[ ! -e $(dirname "$file")/$link ]]; then
+      echo "$file: $link leads nowhere"
+      status=1
+    fi
+  done < <(grep -roP --include='*.md' --exclude-dir=build '\]\(\K[^)#:]+(?=[)#])' "$1")
+  return $status
 }
 
 # What makes a 32-bit DLL unusable although it builds.

@@ -12,6 +12,7 @@ run_tests() {
 
 test_sources() {
   check "format" check_format
+  check "links in the documentation" check_links .
 }
 
 check_format() {
