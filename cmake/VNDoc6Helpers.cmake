@@ -69,7 +69,9 @@ function(vndoc6_sanitize target)
   endif()
   set(sanitizers address,undefined)
   if(VNDOC6_FUZZ)
-    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    target_compile_options(
+      ${target} PRIVATE -fsanitize=fuzzer-no-link
+                        -fsanitize-coverage-ignorelist=${PROJECT_SOURCE_DIR}/fuzz/uninstrumented.txt)
   endif()
   target_compile_options(${target} PRIVATE -fsanitize=${sanitizers} -fno-sanitize-recover=all
                                            -fno-omit-frame-pointer)

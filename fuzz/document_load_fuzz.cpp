@@ -3,17 +3,22 @@
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
+#include <string>
 #include <string_view>
 
 #include "automation/error.h"
 #include "compare/compare.h"
+#include "compare/walk.h"
 #include "core/document.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/memory_disk.h"
+#include "tests/support/saved_text.h"
 
 using vndoc6::Text;
 using vndoc6::vnDocument;
 using vndoc6::automation::Make;
 using vndoc6::automation::Ref;
+using vndoc6::testing::MemoryDisk;
+using vndoc6::testing::SavedText;
 
 namespace {
 
@@ -39,12 +44,45 @@ bool IsSame(vnDocument& left, vnDocument& right) {
   return same;
 }
 
+// The text without the keys of figures, each of which gets another one with every save.
+std::string WithoutFigureKeys(std::string text) {
+  constexpr std::string_view kFigure = "Fig^bK^c";
+  constexpr size_t kKeySize = 38;
+  for (size_t at = 0; (at = text.find(kFigure, at)) != text.npos;) {
+    at += kFigure.size();
+    text.erase(at, kKeySize);
+  }
+  return text;
+}
+
+// Whether a document writes what the file `name` holds, unread as well as read whole. Then further
+// loads and saves bring the same, and there is no need to read them all.
+bool WritesWhatItReads(const Text& name, const std::string& bytes) {
+  const Ref<vnDocument> document = Load(name);
+  if (!document) std::abort();
+  if (SavedText(*document) != bytes) return false;
+  vndoc6::ContentVisitor reader;
+  vndoc6::Walk(*document, reader);
+  return WithoutFigureKeys(SavedText(*document)) == WithoutFigureKeys(bytes);
+}
+
+// Whatever is written, hosts read the same of it.
+void CheckThatSavesKeepTheContent(const Text& name) {
+  const Ref<vnDocument> unread = Load(name);
+  if (!unread || !unread->Save()) std::abort();
+  const Ref<vnDocument> read = Load(name);
+  if (!read || !IsSame(*unread, *read)) std::abort();
+  if (!read->Save()) std::abort();
+  if (const Ref<vnDocument> again = Load(name); !again || !IsSame(*read, *again)) std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const vndoc6::testing::TemporaryFolder folder;
-  folder.Write("file", {reinterpret_cast<const char*>(data), size});
-  const Text name = folder.Name("file");
+  static MemoryDisk disk;
+  const std::string file = std::string(MemoryDisk::kFolder) + "file";
+  disk.Start({{file, {reinterpret_cast<const char*>(data), size}}});
+  const Text name = vndoc6::automation::FromUtf8(file);
   {
     const Ref<vnDocument> document = Load(name);
     if (!document) return 0;
@@ -60,11 +98,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       return 0;
     }
   }
-  const Ref<vnDocument> unread = Load(name);
-  if (!unread || !unread->Save()) std::abort();
-  const Ref<vnDocument> read = Load(name);
-  if (!read || !IsSame(*unread, *read)) std::abort();
-  if (!read->Save()) std::abort();
-  if (const Ref<vnDocument> again = Load(name); !again || !IsSame(*read, *again)) std::abort();
+  if (!WritesWhatItReads(name, disk.Now().at(file))) CheckThatSavesKeepTheContent(name);
   return 0;
 }

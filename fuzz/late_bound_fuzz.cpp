@@ -3,10 +3,15 @@
 #include <cstdlib>
 
 #include "automation/object.h"
+#include "tests/support/memory_disk.h"
 #include "tests/support/random_calls.h"
 
+using vndoc6::testing::MemoryDisk;
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const vndoc6::testing::TemporaryFolder folder;
+  static MemoryDisk disk;
+  disk.Start({});
+  const vndoc6::Text folder = vndoc6::automation::FromUtf8(MemoryDisk::kFolder);
   vndoc6::testing::RandomCalls({data, size}, folder).Run();
   if (vndoc6::automation::Object::LiveCount() != 0) std::abort();
   return 0;

@@ -42,12 +42,9 @@ soak_fuzzers() {
 }
 
 soak_fuzzer() {
-  local subject=$1 seconds=$2 corpus=("build/sanitizers/corpus/$1")
-  mkdir -p "${corpus[0]}" build/sanitizers/faults
-  if [[ -d fuzz/corpus/$subject ]]; then corpus+=("fuzz/corpus/$subject"); fi
-  check "fuzz $subject, $seconds s" "build/sanitizers/${subject}_fuzz" \
-    -max_total_time="$seconds" -timeout=20 -rss_limit_mb=4096 -max_len=65536 -print_final_stats=1 \
-    -artifact_prefix="build/sanitizers/faults/${subject}_fuzz-" "${corpus[@]}"
-  grep -aE 'stat::number_of_executed_units|cov: [0-9]+' \
-    "$(log_of "fuzz $subject, $seconds s")" | tail -n 2
+  local program=build/sanitizers/${1}_fuzz name="fuzz $1, $2 s" options
+  mapfile -t options <"$program.options"
+  check "$name" "$program" -max_total_time="$2" -timeout=20 -rss_limit_mb=4096 \
+    -print_final_stats=1 "${options[@]}"
+  grep -aE 'stat::number_of_executed_units|cov: [0-9]+' "$(log_of "$name")" | tail -n 2
 }

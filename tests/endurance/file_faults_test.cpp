@@ -6,9 +6,9 @@
 
 #include "common/bag_writer.h"
 #include "core/temp_save.h"
-#include "tests/endurance/memory_disk.h"
 #include "tests/endurance/numbered_document.h"
 #include "tests/endurance/soak.h"
+#include "tests/support/memory_disk.h"
 #include "tests/support/recording_listener.h"
 
 namespace vndoc6::testing {

@@ -7,6 +7,7 @@
 #include "published/published.h"
 #include "tests/endurance/soak.h"
 #include "tests/hostile_text.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vndoc6 {
 namespace {
@@ -20,7 +21,7 @@ TEST(RandomCalls, ReachEveryMemberAndLeaveNothingBehind) {
     std::vector<uint8_t> bytes(6000);
     for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
     {
-      testing::RandomCalls calls(bytes, folder);
+      testing::RandomCalls calls(bytes, folder.Name(""));
       calls.Run();
       called.insert(calls.called().begin(), calls.called().end());
     }

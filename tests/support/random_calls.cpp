@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "automation/error.h"
 #include "automation/services.h"
@@ -32,11 +33,11 @@ automation::EventSource* SourceIn(const Ref<Object>& object) {
 
 }  // namespace
 
-RandomCalls::RandomCalls(std::span<const uint8_t> bytes, const TemporaryFolder& folder)
-    : bytes_(bytes), folder_(folder), texts_{u"",     u"a",
-                                             u"A",    u"K=~64\"a\":",
-                                             u"\"",   u"Titles Handler",
-                                             u"fig1", u"12"} {}
+RandomCalls::RandomCalls(std::span<const uint8_t> bytes, Text folder)
+    : bytes_(bytes), folder_(std::move(folder)), texts_{u"",     u"a",
+                                                        u"A",    u"K=~64\"a\":",
+                                                        u"\"",   u"Titles Handler",
+                                                        u"fig1", u"12"} {}
 
 RandomCalls::~RandomCalls() {
   depth_ = kDeepest;  // no more calls from handlers
@@ -136,8 +137,8 @@ void RandomCalls::Call() {
 
 Variant RandomCalls::Argument(const automation::ParameterInfo& parameter) {
   if (std::string_view(parameter.name) == "psFileName") {
-    constexpr std::string_view kFiles[] = {"a", "b", "nowhere/c"};
-    return folder_.Name(kFiles[Below(std::size(kFiles))]);
+    constexpr TextView kFiles[] = {u"a", u"b", u"nowhere/c"};
+    return folder_ + Text(kFiles[Below(std::size(kFiles))]);
   }
   if (Below(16) == 0) return AnyValue();
   switch (parameter.type.kind) {

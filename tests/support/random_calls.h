@@ -11,14 +11,14 @@
 
 #include "automation/event_info.h"
 #include "automation/object.h"
-#include "tests/support/temporary_folder.h"
 
 namespace vndoc6::testing {
 
 class RandomCalls : private automation::EventSink {
  public:
-  // File names are those of a few files in the folder, whatever the bytes are.
-  RandomCalls(std::span<const uint8_t> bytes, const TemporaryFolder& folder);
+  // File names are those of a few files in the folder, whatever the bytes are. Its name ends with
+  // a slash.
+  RandomCalls(std::span<const uint8_t> bytes, Text folder);
   ~RandomCalls() override;
   RandomCalls(const RandomCalls&) = delete;
   RandomCalls& operator=(const RandomCalls&) = delete;
@@ -50,7 +50,7 @@ class RandomCalls : private automation::EventSink {
                std::span<const automation::Variant> arguments) override;
 
   std::span<const uint8_t> bytes_;
-  const TemporaryFolder& folder_;
+  Text folder_;
   std::vector<automation::Ref<automation::Object>> objects_;
   std::vector<automation::Ref<automation::Object>> sources_;  // of the events listened to
   std::vector<Text> texts_;

@@ -1,4 +1,4 @@
-#include "tests/endurance/memory_disk.h"
+#include "tests/support/memory_disk.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,6 +13,11 @@ namespace {
 int Fail(int error) {
   errno = error;
   return -1;
+}
+
+bool IsInFolder(const std::string& name) {
+  const std::string_view folder = MemoryDisk::kFolder;
+  return name.substr(0, folder.size()) == folder && name.find('/', folder.size()) == name.npos;
 }
 
 }  // namespace
@@ -108,7 +113,7 @@ int MemoryDisk::Open(const char* name, int flags, unsigned /*mode*/) {
       if (flags & O_EXCL) return Fail(EEXIST);
       file.inode = found->second;
     } else {
-      if (!(flags & O_CREAT)) return Fail(ENOENT);
+      if (!(flags & O_CREAT) || !IsInFolder(name)) return Fail(ENOENT);
       file.inode = std::make_shared<Inode>(Inode{{}, {}, ++time_});
       Do({{}, name, file.inode});
     }

@@ -1,4 +1,4 @@
-// A disk with a file system, in memory, behind the library's file calls: it fails when told so, and
+// A disk with one folder, in memory, behind the library's file calls: it fails when told so, and
 // its power can be cut at any moment.
 //
 // What was written but not flushed may be lost when the power goes, and so may a change of a folder
@@ -22,6 +22,9 @@ namespace vndoc6::testing {
 
 class MemoryDisk {
  public:
+  // What the names of its files begin with; no file can be made elsewhere.
+  static constexpr const char* kFolder = "/disk/";
+
   // Takes the place of the system's calls until it is destroyed.
   MemoryDisk();
   ~MemoryDisk() { common::file_calls() = real_; }
