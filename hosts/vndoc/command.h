@@ -7,6 +7,7 @@
 
 #include <CLI/App.hpp>
 #include <iosfwd>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -34,6 +35,13 @@ class Failure : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// What was answered for a file and told of it: once is enough, however often it is loaded.
+struct SaidOfFile {
+  std::optional<std::string> password;
+  std::optional<std::string> write_password;
+  bool newer_version = false;
+};
+
 // The streams and the options that all commands share.
 struct Context {
   std::istream& in;
@@ -44,6 +52,7 @@ struct Context {
   std::optional<std::string> write_password;
   bool progress = false;
   int status = kDone;  // what the command ends with
+  std::map<std::string, SaidOfFile> said = {};
 };
 
 // The document of a file, with the passwords of the context or of a prompt. Throws Failure when it

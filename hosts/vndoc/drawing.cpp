@@ -9,12 +9,11 @@
 #include "chart/figure.h"
 #include "chart/line.h"
 #include "collections/jump.h"
+#include "copies.h"
 #include "details/details.h"
 #include "label.h"
 #include "layout.h"
 #include "process/container.h"
-#include "process/link.h"
-#include "process/steps.h"
 #include "router.h"
 
 namespace vndoc {
@@ -145,7 +144,7 @@ class Reader {
   void ReadSteps() {
     const auto steps = document_.Steps();
     for (int32_t i = 1; i <= steps->Count(); ++i) {
-      const auto step = steps->Item(Variant(i));
+      const Ref<vnStep> step = CopyToRead(*steps->Item(Variant(i)));
       const auto figure = step->Figure();
       container_of_.push_back(step->ContainerKey());
       if (figure->Hidden()) continue;
@@ -173,10 +172,11 @@ class Reader {
   void ReadLinks() {
     const auto links = document_.Links();
     for (int32_t i = 1; i <= links->Count(); ++i) {
-      const auto link = links->Item(Variant(i));
-      const auto from = place_of_.find(link->OriginStepKey());
-      const auto to = place_of_.find(link->DestinationStepKey());
-      if (from == place_of_.end() || to == place_of_.end() || link->Line()->Hidden()) continue;
+      const Ref<vnLink> link = links->Item(Variant(i));
+      const Ref<vnLink> copy = CopyToRead(*link);
+      const auto from = place_of_.find(copy->OriginStepKey());
+      const auto to = place_of_.find(copy->DestinationStepKey());
+      if (from == place_of_.end() || to == place_of_.end() || copy->Line()->Hidden()) continue;
       links_.push_back({link, from->second, to->second});
     }
   }
@@ -238,12 +238,13 @@ class Reader {
 
   void AddLine(size_t index, Router& router) {
     const Link& link = links_[index];
-    const auto source = link.link->Line();
+    const Ref<vnLink> copy = CopyToRead(*link.link);
+    const auto source = copy->Line();
     Line line = ReadLine(*source);
     line.from = out_.steps[link.from].step;
     line.to = out_.steps[link.to].step;
-    line.label = link.link->Text();
-    line.tooltip = link.link->Tooltip();
+    line.label = copy->Text();
+    line.tooltip = copy->Tooltip();
     const auto laid_out = laid_out_.find(index);
     if (laid_out != laid_out_.end()) {
       SetWay(line, link, laid_out->second);

@@ -1,16 +1,18 @@
 #include "file_text.h"
 
-#include <filesystem>
 #include <map>
 
 #include "common/bag_scanner.h"
 #include "common/file_system.h"
 #include "common/utility.h"
-#include "compare/walk.h"
+#include "copies.h"
 #include "one_line.h"
+#include "scratch_folder.h"
 
 namespace vndoc {
 
+using vndoc6::automation::Call;
+using vndoc6::automation::Get;
 using vndoc6::common::BagEntry;
 using vndoc6::common::BagScanner;
 using vndoc6::common::KeptText;
@@ -61,6 +63,66 @@ class Search {
   }
 };
 
+// Reads everything, steps and links as copies.
+class Rereader : public FrugalVisitor {
+ public:
+  Ref<Object> ObjectToVisit(Object& member) final {
+    auto object = FrugalVisitor::ObjectToVisit(member);
+    if (object.get() != &member) {
+      original_ = &member;
+      copy_ = object.get();
+    }
+    return object;
+  }
+  void OnObjectEnd(Object& object) final {
+    if (&object != copy_) return;
+    copy_ = nullptr;
+    const Text kept = Call(*original_, u"Save").ToText();
+    const Text reread = Call(object, u"Save").ToText();
+    if (reread != kept) OnDifferent(*original_, kept, reread);
+  }
+
+ protected:
+  // What a step or link writes before it was read and after.
+  virtual void OnDifferent(Object& original, const Text& kept, const Text& reread) = 0;
+
+ private:
+  Object* original_ = nullptr;
+  Object* copy_ = nullptr;  // while it is visited
+};
+
+// Puts what was read of steps and links in the place of what they were.
+class Replacer : public Rereader {
+  void OnDifferent(Object& original, const Text&, const Text& reread) override {
+    Call(original, u"Load", {Variant(reread), Variant(Get(original, u"Key"))});
+  }
+};
+
+// Says what was not read of them.
+class MemberComparison : public Rereader {
+ public:
+  Search search;
+
+ private:
+  void OnDifferent(Object& original, const Text& kept, const Text& reread) override {
+    // The keys of the file's parts.
+    const std::string part = original.TypeName() == "vnStep" ? "S/" : "LK/";
+    search.Compare(KeptText(kept), KeptText(reread),
+                   part + OneLine(Get(original, u"Key").ToText()));
+  }
+};
+
+// What a document writes, which is let go of.
+std::string TextOf(Ref<vnDocument> document) {
+  const ScratchFolder folder;
+  const Text name = folder.Name("again");
+  if (!document->SaveAs(name)) throw Failure("a temporary file can't be written");
+  document = nullptr;
+  auto bytes = vndoc6::common::ReadWholeFile(name);
+  if (!bytes) throw Failure("a temporary file can't be read again");
+  return *std::move(bytes);
+}
+
 }  // namespace
 
 std::vector<LostText> FindLostTexts(std::string file, std::string written_again) {
@@ -70,17 +132,22 @@ std::vector<LostText> FindLostTexts(std::string file, std::string written_again)
   return std::move(search.lost);
 }
 
-std::string WriteAgain(vnDocument& document) {
-  vndoc6::ContentVisitor reads_all;
-  vndoc6::Walk(document, reads_all);
-  const auto path = std::filesystem::temp_directory_path() /
-                    ("vndoc " + vndoc6::automation::ToUtf8(vndoc6::common::NewKey()));
-  const bool saved = document.SaveAs(path.u16string());
-  auto bytes = vndoc6::common::ReadWholeFile(path.u16string());
-  std::error_code gone_already;
-  std::filesystem::remove(path, gone_already);
-  if (!saved || !bytes) throw Failure("a temporary file can't be written");
-  return *std::move(bytes);
+// A document whose steps and links were read writes more than its file holds; with copies of them,
+// one by one, there is no need for that text.
+std::vector<LostText> FindLostTexts(Context& context, const std::string& file,
+                                    Ref<vnDocument> document) {
+  MemberComparison members;
+  vndoc6::Walk(*document, members);
+  std::string again = TextOf(std::move(document));
+  std::vector<LostText> lost = FindLostTexts(ReadBytes(context, file), std::move(again));
+  lost.insert(lost.end(), members.search.lost.begin(), members.search.lost.end());
+  return lost;
+}
+
+std::string WriteAgain(Ref<vnDocument> document) {
+  Replacer replacer;
+  vndoc6::Walk(*document, replacer);
+  return TextOf(std::move(document));
 }
 
 }  // namespace vndoc

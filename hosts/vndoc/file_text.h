@@ -15,12 +15,16 @@ struct LostText {
   size_t offset;      // of kDoesNotParse: of the first fault, in bytes of the text at that place
 };
 
-// Compares the file's text with that of the same document when all of it was read and written
-// again. What is missing there was not understood.
+// Compares a file's text with that of the same document when all of it was read and written again.
+// What is missing there was not understood.
 std::vector<LostText> FindLostTexts(std::string file, std::string written_again);
 
-// The text that the document writes when all of it was read. The document is bound to another file
-// from then on, and must not be saved. Throws Failure when it may not be written.
-std::string WriteAgain(vnDocument& document);
+// The same for a document that was loaded from the file and may be written. It is let go of.
+std::vector<LostText> FindLostTexts(Context& context, const std::string& file,
+                                    Ref<vnDocument> document);
+
+// The text that a document writes when all of it was read. It is let go of. Throws Failure when it
+// may not be written.
+std::string WriteAgain(Ref<vnDocument> document);
 
 }  // namespace vndoc

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <utility>
 
 #include "automation/error.h"
 #include "command.h"
@@ -70,7 +71,8 @@ Loaded TryLoad(Context& context, vnDocument& document, const std::string& file,
     throw Failure(file + ": not a document, or one of an older format");
   }
   if (loaded) {
-    if (outcome.load_failed() == kNewerDocumentVersion) {
+    if (outcome.load_failed() == kNewerDocumentVersion &&
+        !std::exchange(context.said[file].newer_version, true)) {
       context.err << "vndoc: " << file << ": made by a newer version; parts may be missing\n";
     }
     return Loaded::kYes;
@@ -83,14 +85,18 @@ Loaded TryLoad(Context& context, vnDocument& document, const std::string& file,
   return Loaded::kWrongPassword;
 }
 
-std::optional<std::string> Ask(const Context& context, const std::string& question) {
-  return context.on_terminal ? AskPassword(question) : std::nullopt;
+// The answer that was given before, or is given now. Nothing without a person to ask.
+std::optional<std::string> Ask(const Context& context, const std::string& question,
+                               std::optional<std::string>& answer) {
+  if (!answer && context.on_terminal) answer = AskPassword(question);
+  return answer;
 }
 
 void RequireWriteAccess(Context& context, vnDocument& document, const std::string& file) {
   UseWritePassword(context, document);
   if (!document.AllowWrite() && !context.write_password) {
-    if (const auto answer = Ask(context, "Write password for " + file + ": ")) {
+    if (const auto answer =
+            Ask(context, "Write password for " + file + ": ", context.said[file].write_password)) {
       document.EnableWrite(FromUtf8(*answer));
     }
   }
@@ -110,7 +116,7 @@ Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write) {
   auto document = Make<vnDocument>();
   if (TryLoad(context, *document, file, context.password.value_or("")) == Loaded::kWrongPassword) {
     if (context.password) throw Failure(file + ": wrong password");
-    const auto answer = Ask(context, "Password for " + file + ": ");
+    const auto answer = Ask(context, "Password for " + file + ": ", context.said[file].password);
     if (!answer) throw Failure(file + ": needs its password");
     // A document is loaded once, whether that succeeds or not.
     document = Make<vnDocument>();

@@ -5,21 +5,19 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
-#include <map>
 #include <unordered_map>
 #include <vector>
 
 #include "collections/file.h"
 #include "collections/jump.h"
 #include "common/properties.h"
+#include "copies.h"
 #include "details/details.h"
 #include "details/revision.h"
 #include "drawing.h"
 #include "markup.h"
 #include "process/condition.h"
 #include "process/container.h"
-#include "process/link.h"
-#include "process/steps.h"
 #include "process/task.h"
 #include "svg.h"
 #include "titles/title_ref.h"
@@ -27,12 +25,7 @@
 namespace vndoc {
 namespace {
 
-using vndoc6::Text;
-using vndoc6::vnDocument;
-using vndoc6::vnStep;
 using vndoc6::automation::Date;
-using vndoc6::automation::Ref;
-using vndoc6::automation::Variant;
 
 // Calls `visit` with each member of a collection, in order.
 template <class Collection, class Visit>
@@ -65,12 +58,16 @@ std::string Day(Date date) {
   return text;
 }
 
-// A table, or nothing when it has no rows.
+// A section that is a table; left out when it has no rows.
 class Table {
  public:
-  Table(const char* caption, std::initializer_list<const char*> headings) : caption_(caption) {
-    for (const char* heading : headings) head_ += Element("th", heading, " scope=\"col\"");
+  Table(const char* id, const char* heading, const char* caption,
+        std::initializer_list<const char*> columns)
+      : id_(id), heading_(heading), caption_(caption) {
+    for (const char* column : columns) head_ += Element("th", column, " scope=\"col\"");
   }
+  const char* id() const { return id_; }
+  const char* heading() const { return heading_; }
   // The first cell is the row's heading.
   void AddRow(const std::vector<std::string>& cells) {
     std::string row = Element("th", cells[0], " scope=\"row\"");
@@ -87,6 +84,8 @@ class Table {
   }
 
  private:
+  const char* id_;
+  const char* heading_;
   const char* caption_;
   std::string head_;
   std::string body_;
@@ -98,24 +97,27 @@ class PageWriter {
 
   std::string Write() {
     ReadSteps();
+    ReadParts();
     const Text title = document_.Details()->Title();
     const std::string name = title.empty() ? "Untitled procedure" : Escaped(title);
-    AddSection("chart", "Chart", Chart());
-    AddSection("steps", "Steps", Steps());
-    AddTable("roles", "Roles", Roles());
-    AddTable("files", "Files", Files());
-    AddTable("jumps", "Jumps", Jumps());
-    AddTable("revisions", "Revision history", Revisions());
-    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-           "<meta name=\"color-scheme\" content=\"light dark\">\n"
-           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
-           "img-src data:; style-src 'unsafe-inline'; script-src 'unsafe-inline'\">\n" +
-           Element("title", name) + Element("style", kPageStyle) +
-           "</head>\n<body>\n<a class=\"skip\" href=\"#steps\">Skip to the steps</a>\n" +
-           Element("header", Element("h1", name, " dir=\"auto\"") + Details()) +
-           Element("nav", Element("ul", contents_), " aria-label=\"Contents\"") +
-           Element("main", sections_) + Element("script", kPageScript) + "</body>\n</html>\n";
+    out_ =
+        "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+        "<meta name=\"color-scheme\" content=\"light dark\">\n"
+        "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
+        "img-src data:; style-src 'unsafe-inline'; script-src 'unsafe-inline'\">\n" +
+        Element("title", name) + Element("style", kPageStyle) +
+        "</head>\n<body>\n<a class=\"skip\" href=\"#steps\">Skip to the steps</a>\n" +
+        Element("header", Element("h1", name, " dir=\"auto\"") + Details()) +
+        Element("nav", Element("ul", Contents()), " aria-label=\"Contents\"") + "<main>";
+    AddSection("chart", "Chart", [this] { AddChart(); });
+    AddSection("steps", "Steps", [this] { AddSteps(); });
+    for (const Table& table : tables_) {
+      if (table.IsEmpty()) continue;
+      AddSection(table.id(), table.heading(), [&] { out_ += table.Html(); });
+    }
+    out_ += "</main>\n" + Element("script", kPageScript) + "</body>\n</html>\n";
+    return std::move(out_);
   }
 
  private:
@@ -141,10 +143,11 @@ class PageWriter {
                      [&](size_t a, size_t b) { return number(a) < number(b); });
     outgoing_.resize(steps_.size() + 1);
     ForEach(document_.Links(), [this](vndoc6::vnLink& link) {
-      const auto from = place_of_.find(link.OriginStepKey());
-      const auto to = place_of_.find(link.DestinationStepKey());
+      const Ref<vndoc6::vnLink> copy = CopyToRead(link);
+      const auto from = place_of_.find(copy->OriginStepKey());
+      const auto to = place_of_.find(copy->DestinationStepKey());
       if (from == place_of_.end() || to == place_of_.end()) return;
-      outgoing_[from->second].push_back({link.Text(), link.ConditionExpression(), to->second});
+      outgoing_[from->second].push_back({copy->Text(), copy->ConditionExpression(), to->second});
     });
     auto* containers = static_cast<vndoc6::vnContainers*>(document_.Containers().ToObject().get());
     ForEach(Ref<vndoc6::vnContainers>(containers), [this](vndoc6::vnContainer& container) {
@@ -152,14 +155,26 @@ class PageWriter {
     });
   }
 
-  void AddSection(const char* id, const char* heading, const std::string& content) {
-    const std::string name = std::string(id) + "-heading";
-    contents_ += Element("li", std::string("<a href=\"#") + id + "\">" + heading + "</a>");
-    sections_ += std::string("<section id=\"") + id + "\" aria-labelledby=\"" + name + "\">\n" +
-                 "<h2 id=\"" + name + "\">" + heading + "</h2>\n" + content + "</section>\n";
+  std::string Contents() const {
+    std::string contents;
+    const auto add = [&contents](const char* id, const char* heading) {
+      contents += Element("li", std::string("<a href=\"#") + id + "\">" + heading + "</a>");
+    };
+    add("chart", "Chart");
+    add("steps", "Steps");
+    for (const Table& table : tables_) {
+      if (!table.IsEmpty()) add(table.id(), table.heading());
+    }
+    return contents;
   }
-  void AddTable(const char* id, const char* heading, const Table& table) {
-    if (!table.IsEmpty()) AddSection(id, heading, table.Html());
+
+  template <class AddContent>
+  void AddSection(const char* id, const char* heading, AddContent add_content) {
+    const std::string name = std::string(id) + "-heading";
+    out_ += std::string("<section id=\"") + id + "\" aria-labelledby=\"" + name + "\">\n" +
+            "<h2 id=\"" + name + "\">" + heading + "</h2>\n";
+    add_content();
+    out_ += "</section>\n";
   }
 
   std::string Details() {
@@ -179,7 +194,7 @@ class PageWriter {
     return Element("dl", list, " class=\"details\"") + Paragraph(details->Description());
   }
 
-  std::string Chart() {
+  void AddChart() {
     SvgOptions options;
     options.in_page = true;
     const std::string buttons =
@@ -188,15 +203,15 @@ class PageWriter {
         "<button type=\"button\" data-zoom=\"full\">100 %</button>\n"
         "<button type=\"button\" data-zoom=\"fit\">Fit</button>\n"
         "<output id=\"zoom\" aria-live=\"polite\"></output>\n";
-    return Element("div", buttons, " class=\"tools\" role=\"toolbar\" aria-label=\"Zoom\"") +
-           Element("div", WriteSvg(ReadDrawing(document_), options),
-                   " id=\"chart-frame\" role=\"region\" tabindex=\"0\" aria-label=\"The chart\"");
+    out_ += Element("div", buttons, " class=\"tools\" role=\"toolbar\" aria-label=\"Zoom\"") +
+            "<div id=\"chart-frame\" role=\"region\" tabindex=\"0\" aria-label=\"The chart\">";
+    AppendSvg(ReadDrawing(document_), options, out_);
+    out_ += "</div>\n";
   }
 
-  std::string Steps() {
-    std::string list;
-    for (size_t place : order_) list += Step(place);
-    return list.empty() ? Element("p", "There are no steps.") : list;
+  void AddSteps() {
+    for (const size_t place : order_) out_ += Step(place);
+    if (order_.empty()) out_ += Element("p", "There are no steps.");
   }
 
   static std::string Target(size_t place) { return "#step-" + std::to_string(place); }
@@ -213,7 +228,8 @@ class PageWriter {
   }
 
   std::string Step(size_t place) {
-    vnStep& step = *steps_[place - 1];
+    const Ref<vnStep> copy = CopyToRead(*steps_[place - 1]);
+    vnStep& step = *copy;
     const std::string number = std::to_string(place);
     std::string content = Element("h3", StepName(place));
     content += Paragraph(step.Description()) + Paragraph(step.Instructions());
@@ -292,48 +308,37 @@ class PageWriter {
     return out;
   }
 
-  Table Roles() {
-    std::vector<std::string> names;  // in the order in which they come up
-    std::map<std::string, std::string> steps_of;
-    for (size_t place : order_) {
-      ForEach(steps_[place - 1]->PerformedBy(), [&](vndoc6::vnTitleRef& title) {
+  // The tables, from what the steps hold.
+  void ReadParts() {
+    std::vector<std::string> names;  // of roles, in the order in which they come up
+    std::unordered_map<std::string, std::string> steps_of;
+    Table files("files", "Files", "Files attached to steps", {"Name", "File", "Step"});
+    Table jumps("jumps", "Jumps", "Other procedures that steps jump to",
+                {"Name", "Procedure", "Step"});
+    for (const size_t place : order_) {
+      const Ref<vnStep> step = CopyToRead(*steps_[place - 1]);
+      ForEach(step->PerformedBy(), [&](vndoc6::vnTitleRef& title) {
         const std::string name = Shown(title.DisplayName());
         std::string& list = steps_of[name];
         if (list.empty()) names.push_back(name);
         list += Element("li", StepLink(place));
       });
+      ForEach(step->Files(), [&](vndoc6::vnFile& file) { AddAttachment(files, file, place); });
+      ForEach(step->Jumps(), [&](vndoc6::vnJump& jump) { AddAttachment(jumps, jump, place); });
     }
-    Table table("Who performs which steps", {"Role", "Steps"});
-    for (const std::string& name : names) {
-      table.AddRow({name, Element("ul", steps_of[name])});
-    }
-    return table;
+    Table roles("roles", "Roles", "Who performs which steps", {"Role", "Steps"});
+    for (const std::string& name : names) roles.AddRow({name, Element("ul", steps_of[name])});
+    tables_ = {std::move(roles), std::move(files), std::move(jumps), Revisions()};
   }
 
-  // A row for each file or jump of each step.
-  template <class Get>
-  Table Attachments(const char* caption, const char* target, Get&& get) {
-    Table table(caption, {"Name", target, "Step"});
-    for (size_t place : order_) {
-      ForEach(get(*steps_[place - 1]), [&](const vndoc6::Attachment& member) {
-        table.AddRow({Shown(member.DisplayName()),
-                      "<code dir=\"auto\">" + Escaped(member.FileName()) + "</code>",
-                      StepLink(place)});
-      });
-    }
-    return table;
-  }
-  Table Files() {
-    return Attachments("Files attached to steps", "File",
-                       [](vnStep& step) { return step.Files(); });
-  }
-  Table Jumps() {
-    return Attachments("Other procedures that steps jump to", "Procedure",
-                       [](vnStep& step) { return step.Jumps(); });
+  void AddAttachment(Table& table, const vndoc6::Attachment& member, size_t place) {
+    table.AddRow({Shown(member.DisplayName()),
+                  "<code dir=\"auto\">" + Escaped(member.FileName()) + "</code>", StepLink(place)});
   }
 
   Table Revisions() {
-    Table table("What changed, and when", {"Revision", "Date", "Number", "Reason"});
+    Table table("revisions", "Revision history", "What changed, and when",
+                {"Revision", "Date", "Number", "Reason"});
     ForEach(document_.RevisionHistory(), [&](vndoc6::vnRevision& revision) {
       table.AddRow({Escaped(vndoc6::automation::NumberText(revision.Revision())),
                     Day(revision.RevisionDate()), std::to_string(revision.IR()),
@@ -349,8 +354,8 @@ class PageWriter {
   std::vector<Text> container_of_;
   std::unordered_map<Text, Text> container_names_;
   std::vector<std::vector<Outgoing>> outgoing_;  // by place
-  std::string contents_;
-  std::string sections_;
+  std::vector<Table> tables_;
+  std::string out_;
 };
 
 }  // namespace

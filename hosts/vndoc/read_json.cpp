@@ -2,20 +2,19 @@
 // older format: by a converter, which may also set what is otherwise read only, such as the GUID.
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <optional>
 
 #include "automation/error.h"
+#include "common/file_system.h"
 #include "common/properties.h"
 #include "common/scoped_value.h"
-#include "common/utility.h"
 #include "compare/content.h"
 #include "details/details.h"
 #include "details/revision.h"
 #include "document_json.h"
 #include "host_object.h"
+#include "scratch_folder.h"
 #include "titles/title_ref.h"
 #include "titles/titles.h"
 
@@ -266,26 +265,6 @@ std::vector<HostObject::MemberFunction> TitleHandler(const Json& json) {
            }}};
 }
 
-// A file without content, which counts as one of the older format.
-class EmptyFile {
- public:
-  EmptyFile()
-      : path_(std::filesystem::temp_directory_path() /
-              ("vndoc " + ToUtf8(vndoc6::common::NewKey()))) {
-    if (!std::ofstream(path_)) throw Failure(path_.string() + ": can't be written");
-  }
-  ~EmptyFile() {
-    std::error_code gone_already;
-    std::filesystem::remove(path_, gone_already);
-  }
-  EmptyFile(const EmptyFile&) = delete;
-  EmptyFile& operator=(const EmptyFile&) = delete;
-  Text name() const { return path_.u16string(); }
-
- private:
-  std::filesystem::path path_;
-};
-
 }  // namespace
 
 Ref<vnDocument> DocumentFromJson(const Json& json) {
@@ -299,8 +278,12 @@ Ref<vnDocument> DocumentFromJson(const Json& json) {
           Importer(static_cast<vnDocument&>(*arguments[1].ToObject())).Import(json);
           return Variant(int32_t{0});
         }}});
-  const EmptyFile carrier;
-  if (!document->Load(carrier.name(), {})) throw Failure("the document can't be made");
+  // A file without content counts as one of the older format.
+  const ScratchFolder folder;
+  const Text carrier = folder.Name("empty");
+  if (!vndoc6::common::ReplaceFileWith(carrier, {}) || !document->Load(carrier, {})) {
+    throw Failure("the document can't be made");
+  }
   return document;
 }
 

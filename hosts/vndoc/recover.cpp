@@ -5,13 +5,11 @@
 #include "automation/error.h"
 #include "command.h"
 #include "common/file_system.h"
-#include "common/utility.h"
 #include "file_text.h"
 #include "mended_text.h"
 #include "process/link.h"
 #include "process/steps.h"
-
-#include <filesystem>
+#include "scratch_folder.h"
 
 namespace vndoc {
 
@@ -36,27 +34,6 @@ void TakeTempSave(Context& context, const RecoverOptions& options) {
   context.out << options.file << ": is now what its temporary save was\n";
 }
 
-class ScratchFile {
- public:
-  explicit ScratchFile(std::string_view bytes)
-      : path_(std::filesystem::temp_directory_path() /
-              ("vndoc " + vndoc6::automation::ToUtf8(vndoc6::common::NewKey()))) {
-    if (!vndoc6::common::ReplaceFileWith(path_.u16string(), bytes)) {
-      throw Failure(path_.string() + ": can't be written");
-    }
-  }
-  ~ScratchFile() {
-    std::error_code gone_already;
-    std::filesystem::remove(path_, gone_already);
-  }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-  std::string name() const { return path_.string(); }
-
- private:
-  std::filesystem::path path_;
-};
-
 // The file's text, closed where it breaks off inside of `depth` texts.
 std::string Closed(const std::string& bytes, int depth) {
   std::string closed = bytes;
@@ -76,9 +53,14 @@ struct Salvaged {
 
 // What a document makes of those bytes; no text when nothing.
 Salvaged Try(Context& context, std::string bytes) {
-  const ScratchFile file(bytes);
+  const ScratchFolder folder;
+  const Text name = folder.Name("tried");
+  if (!vndoc6::common::ReplaceFileWith(name, bytes)) {
+    throw Failure("a temporary file can't be written");
+  }
   try {
-    return {WriteAgain(*Load(context, file.name(), true)), std::move(bytes), false, {}};
+    auto document = Load(context, vndoc6::automation::ToUtf8(name), true);
+    return {WriteAgain(std::move(document)), std::move(bytes), false, {}};
   } catch (const Failure&) {
     // These bytes are no document: others may be.
     return {};

@@ -16,8 +16,9 @@ struct RenderOptions {
 };
 
 void Render(Context& context, const RenderOptions& options) {
-  const auto document = Load(context, options.file);
-  const std::string svg = WriteSvg(ReadDrawing(*document), options.svg);
+  // The document goes before the picture is written: both may be large.
+  const Drawing drawing = ReadDrawing(*Load(context, options.file));
+  const std::string svg = WriteSvg(drawing, options.svg);
   WriteBytes(context, options.output, options.png ? PngOfSvg(svg) : svg);
 }
 

@@ -7,6 +7,7 @@
 #include "collections/jump.h"
 #include "command.h"
 #include "common/properties.h"
+#include "copies.h"
 #include "details/details.h"
 #include "details/revision.h"
 #include "document_json.h"
@@ -49,7 +50,7 @@ class Account {
     WriteDetails();
     WriteSteps();
     WriteLinks();
-    WriteRoles();
+    WriteGrouped("Roles", steps_of_roles_);
     WriteContainers();
     WriteFilesAndJumps();
     WriteRevisions();
@@ -88,15 +89,19 @@ class Account {
     Heading("Steps");
     for (const FlowStep& step : flow_.steps) {
       out_ << "  " << NameOf(step) << '\n';
-      WriteParts(*step.step);
+      WriteParts(step);
     }
   }
 
-  void WriteParts(vnStep& step) {
+  void WriteParts(const FlowStep& flow_step) {
     constexpr const char* kIndent = "       ";
+    const Ref<vnStep> copy = CopyToRead(*flow_step.step);
+    vnStep& step = *copy;
     Line(kIndent, "", step.Description());
-    ForEach<vnTitleRef>(*step.PerformedBy(),
-                        [&](vnTitleRef& role) { Line(kIndent, "by ", role.DisplayName()); });
+    ForEach<vnTitleRef>(*step.PerformedBy(), [&](vnTitleRef& role) {
+      Line(kIndent, "by ", role.DisplayName());
+      steps_of_roles_[OneLine(role.DisplayName())] += ' ' + NumberOf(flow_step);
+    });
     ForEach<vnTask>(*step.Tasks(), [&](vnTask& task) { Line(kIndent, "task: ", task.Name()); });
     ForEach<vnCondition>(*step.Conditions(), [&](vnCondition& condition) {
       Line(kIndent, "if ", condition.DisplayName() + u": " + condition.ConditionTest());
@@ -166,7 +171,7 @@ class Account {
   void WriteVisit(const Visit& visit) {
     out_ << std::string(visit.column, ' ');
     if (visit.link != nullptr) {
-      const std::string text = OneLine(visit.link->Text());
+      const std::string text = OneLine(CopyToRead(*visit.link)->Text());
       out_ << (visit.is_branch ? "* " : "-> ") << (text.empty() ? "" : "[" + text + "] ");
     }
     out_ << NameOf(flow_.steps[visit.step]) << (shown_[visit.step] ? " (see above)\n" : "\n");
@@ -178,16 +183,6 @@ class Account {
     for (const auto& [name, members] : groups) {
       out_ << "  " << name << ':' << (members.empty() ? " no step" : members) << '\n';
     }
-  }
-
-  void WriteRoles() {
-    std::map<std::string, std::string> roles;
-    for (const FlowStep& step : flow_.steps) {
-      ForEach<vnTitleRef>(*step.step->PerformedBy(), [&](vnTitleRef& role) {
-        roles[OneLine(role.DisplayName())] += ' ' + NumberOf(step);
-      });
-    }
-    WriteGrouped("Roles", roles);
   }
 
   void WriteContainers() {
@@ -223,6 +218,7 @@ class Account {
   std::ostream& out_;
   Flow flow_;
   std::vector<bool> shown_;
+  std::map<std::string, std::string> steps_of_roles_;
 };
 
 struct ShowOptions {

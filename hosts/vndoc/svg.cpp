@@ -130,10 +130,10 @@ SetText FitText(const Text& label, const TextFont& font, double width, double he
 
 class SvgWriter {
  public:
-  SvgWriter(const Drawing& drawing, const SvgOptions& options)
-      : drawing_(drawing), options_(options) {}
+  SvgWriter(const Drawing& drawing, const SvgOptions& options, std::string& out)
+      : drawing_(drawing), options_(options), out_(out) {}
 
-  std::string Write() {
+  void Write() {
     Begin();
     Background();
     for (const Figure& figure : drawing_.containers) WriteFigure(figure);
@@ -141,7 +141,6 @@ class SvgWriter {
     for (const Figure& figure : drawing_.steps) WriteFigure(figure);
     for (const Line& line : drawing_.lines) WriteLineLabel(line);
     out_ += "</svg>\n";
-    return std::move(out_);
   }
 
  private:
@@ -456,13 +455,19 @@ class SvgWriter {
 
   const Drawing& drawing_;
   const SvgOptions& options_;
-  std::string out_;
+  std::string& out_;
 };
 
 }  // namespace
 
 std::string WriteSvg(const Drawing& drawing, const SvgOptions& options) {
-  return SvgWriter(drawing, options).Write();
+  std::string out;
+  AppendSvg(drawing, options, out);
+  return out;
+}
+
+void AppendSvg(const Drawing& drawing, const SvgOptions& options, std::string& out) {
+  SvgWriter(drawing, options, out).Write();
 }
 
 }  // namespace vndoc

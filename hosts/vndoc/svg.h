@@ -17,5 +17,6 @@ struct SvgOptions {
 // A whole SVG document, or with `in_page` an element for a page. What is drawn in the usual black
 // on white bears the classes `fill`, `pen` and `ink`, so that a page can give them other colours.
 std::string WriteSvg(const Drawing& drawing, const SvgOptions& options);
+void AppendSvg(const Drawing& drawing, const SvgOptions& options, std::string& out);
 
 }  // namespace vndoc

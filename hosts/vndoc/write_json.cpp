@@ -2,7 +2,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "compare/walk.h"
+#include "copies.h"
 #include "document_json.h"
 
 namespace vndoc {
@@ -15,7 +15,7 @@ using vndoc6::automation::TypeKind;
 namespace {
 
 // Writes as it walks: a document's JSON is far larger than the document.
-class Writer : public vndoc6::ContentVisitor {
+class Writer : public FrugalVisitor {
  public:
   explicit Writer(std::ostream& out) : out_(out) {}
 

@@ -24,7 +24,10 @@ class Walker {
   void VisitMembers(automation::Object& collection) {
     const std::vector<ListMember> members = ContentReader::Members(collection);
     visitor_.OnMembersBegin(collection, members.size());
-    for (const ListMember& member : members) Visit(member.key, *member.object);
+    for (const ListMember& member : members) {
+      const automation::Ref<automation::Object> object = visitor_.ObjectToVisit(*member.object);
+      Visit(member.key, *object);
+    }
     visitor_.OnMembersEnd(collection);
   }
 

@@ -26,6 +26,12 @@ class ContentVisitor {
   // Between an object's own properties and its end, where it is a collection: its members.
   virtual void OnMembersBegin(automation::Object& /*collection*/, size_t /*count*/) {}
   virtual void OnMembersEnd(automation::Object& /*collection*/) {}
+
+  // The object that is visited for a collection's member: as a rule the member itself. A visitor of
+  // large documents may give a copy, which goes with all that reading it builds.
+  virtual automation::Ref<automation::Object> ObjectToVisit(automation::Object& member) {
+    return &member;
+  }
 };
 
 // Reports no changes, whatever is built by reading. Visitors must not change what they visit.
