@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
-#include <optional>
 
 #include "automation/error.h"
 
@@ -11,9 +10,6 @@ namespace vndoc6::automation {
 namespace {
 
 constexpr size_t kInlineArguments = 8;
-
-// Identifiers run from -4 upwards; this makes them positions.
-constexpr int32_t kLowestId = kNewEnumMember;
 
 char AsciiLowerUnit(char unit) {
   return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit + ('a' - 'A')) : unit;
@@ -30,37 +26,32 @@ uint32_t HashName(std::basic_string_view<Unit> name) {
   return hash;
 }
 
-// The arguments of one call, one for each parameter, borrowed from the caller where it gave one.
-// Nearly every member has few enough parameters for no allocation.
+// Whether the arguments are one for each parameter already, as nearly every call's are.
+bool FitsAsGiven(const MemberInfo& member, const Arguments& arguments) {
+  if (arguments.positional.size() != member.parameters.size() || !arguments.named.empty()) {
+    return false;
+  }
+  for (const Variant& value : arguments.positional) {
+    if (value.IsMissing()) return false;
+  }
+  return true;
+}
+
+// The arguments of one call, one for each parameter. Nearly every member has few enough
+// parameters for no allocation.
 class BoundArguments {
  public:
   BoundArguments(const MemberInfo& member, const Arguments& given, size_t positional_count)
       : member_(member) {
     const size_t count = member.parameters.size();
-    if (positional_count == count && given.named.empty() && NoneMissing(given, count)) {
-      values_ = given.positional.data();
-      return;
-    }
-    Variant* values = nullptr;
-    if (count > kInlineArguments) {
-      overflow_.resize(count);
-      values = overflow_.data();
-    } else {
-      values = inline_.emplace().data();
-    }
-    values_ = values;
-    Bind(given, positional_count, values);
+    if (count > inline_.size()) overflow_.resize(count);
+    values_ = count > inline_.size() ? overflow_.data() : inline_.data();
+    Bind(given, positional_count);
   }
   const Variant* values() const { return values_; }
 
  private:
-  static bool NoneMissing(const Arguments& given, size_t count) {
-    return std::none_of(given.positional.begin(),
-                        given.positional.begin() + static_cast<long>(count),
-                        [](const Variant& value) { return value.IsMissing(); });
-  }
-
-  void Bind(const Arguments& given, size_t positional_count, Variant* values) const {
+  void Bind(const Arguments& given, size_t positional_count) {
     const size_t count = member_.parameters.size();
     for (const NamedArgument& named : given.named) {
       if (named.parameter < 0 || static_cast<size_t>(named.parameter) >= count) {
@@ -70,7 +61,7 @@ class BoundArguments {
     for (size_t i = 0; i < count; ++i) {
       const Variant* positional = Positional(given, positional_count, i);
       const bool present = positional != nullptr && !positional->IsMissing();
-      values[i] = present ? *positional : NamedOrDefault(given, static_cast<int32_t>(i));
+      values_[i] = present ? *positional : NamedOrDefault(given, static_cast<int32_t>(i));
     }
   }
 
@@ -95,8 +86,8 @@ class BoundArguments {
   }
 
   const MemberInfo& member_;
-  const Variant* values_ = nullptr;
-  std::optional<std::array<Variant, kInlineArguments>> inline_;
+  Variant* values_;
+  std::array<Variant, kInlineArguments> inline_;
   std::vector<Variant> overflow_;
 };
 
@@ -138,14 +129,17 @@ void ClassInfo::IndexNames() {
 }
 
 void ClassInfo::IndexIds() {
-  int32_t highest = 0;
+  int32_t highest = kLowestId;
   for (const MemberInfo& member : members_) highest = std::max(highest, member.id);
-  first_by_id_.assign(static_cast<size_t>(int64_t{highest} - kLowestId + 1), -1);
-  next_same_id_.assign(members_.size(), -1);
-  for (size_t i = members_.size(); i-- > 0;) {
-    int16_t& first = first_by_id_[static_cast<size_t>(members_[i].id - kLowestId)];
-    next_same_id_[i] = first;
-    first = static_cast<int16_t>(i);
+  by_id_.resize(static_cast<size_t>(int64_t{highest} - kLowestId + 1));
+  for (auto& members : by_id_) members.fill(-1);
+  for (size_t i = 0; i < members_.size(); ++i) {
+    auto& members = by_id_[static_cast<size_t>(members_[i].id - kLowestId)];
+    for (size_t kinds = 0; kinds < kKindSets; ++kinds) {
+      if (members[kinds] < 0 && Allows(static_cast<CallKind>(kinds), members_[i].kind)) {
+        members[kinds] = static_cast<int16_t>(i);
+      }
+    }
   }
 }
 
@@ -158,26 +152,21 @@ int32_t ClassInfo::FindMember(TextView name) const {
   }
 }
 
-const MemberInfo* ClassInfo::Find(int32_t id, CallKind allowed) const {
-  if (id < kLowestId || id - kLowestId >= static_cast<int32_t>(first_by_id_.size())) return nullptr;
-  for (int16_t i = first_by_id_[static_cast<size_t>(id - kLowestId)]; i >= 0;
-       i = next_same_id_[static_cast<size_t>(i)]) {
-    const MemberInfo& member = members_[static_cast<size_t>(i)];
-    if (Allows(allowed, member.kind)) return &member;
-  }
-  return nullptr;
-}
-
 Variant ClassInfo::Invoke(Object& object, int32_t id, CallKind allowed,
                           const Arguments& arguments) const {
   const MemberInfo* member = Find(id, allowed);
   if (member == nullptr) throw BindingError(kNotSupported);
+  if (FitsAsGiven(*member, arguments)) return member->thunk(object, arguments.positional.data());
+  return InvokeBound(object, *member, arguments);
+}
+
+Variant ClassInfo::InvokeBound(Object& object, const MemberInfo& member,
+                               const Arguments& arguments) {
   const size_t given = arguments.positional.size();
-  const size_t taken = std::min(given, member->parameters.size());
-  if (given > taken && !MayForwardSurplus(*member)) throw BindingError(kWrongArgumentCount);
-  const BoundArguments bound(*member, arguments, taken);
-  Variant result;
-  member->thunk(object, bound.values(), result);
+  const size_t taken = std::min(given, member.parameters.size());
+  if (given > taken && !MayForwardSurplus(member)) throw BindingError(kWrongArgumentCount);
+  const BoundArguments bound(member, arguments, taken);
+  const Variant result = member.thunk(object, bound.values());
   if (given == taken) return result;
   const Ref<Object> target = result.ToObject();
   if (!target) throw Error(kObjectNotSet);

@@ -3,6 +3,7 @@
 // A class writes its table with the functions in describe.h.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -99,7 +100,7 @@ class Enumerator;
 
 // Calls a member of the object with one Variant for each parameter, defaults filled in. Raises
 // ArgumentError when an argument can't be converted.
-using MemberThunk = void (*)(Object& object, const Variant* arguments, Variant& result);
+using MemberThunk = Variant (*)(Object& object, const Variant* arguments);
 
 struct MemberInfo {
   const char* name = nullptr;
@@ -130,7 +131,14 @@ class ClassInfo {
   // The dispatch identifier of a name in any letter case; kNoMember when there is none.
   int32_t FindMember(TextView name) const;
   // The first member with that identifier that may be called so; null when there is none.
-  const MemberInfo* Find(int32_t id, CallKind allowed) const;
+  const MemberInfo* Find(int32_t id, CallKind allowed) const {
+    // Identifiers below the lowest become positions beyond the end.
+    const size_t position = static_cast<uint32_t>(id) - static_cast<uint32_t>(kLowestId);
+    const auto kinds = static_cast<size_t>(allowed);
+    if (position >= by_id_.size() || kinds >= kKindSets) return nullptr;
+    const int16_t found = by_id_[position][kinds];
+    return found >= 0 ? &members_[static_cast<size_t>(found)] : nullptr;
+  }
 
   // A late-bound call. Raises BindingError 438 for an unknown member or one that can't be called
   // so, 450 for too many arguments, 449 for a missing one, 448 for an unknown named one,
@@ -139,8 +147,13 @@ class ClassInfo {
   Variant Invoke(Object& object, int32_t id, CallKind allowed, const Arguments& arguments) const;
 
  private:
+  static constexpr int32_t kLowestId = kNewEnumMember;
+  static constexpr size_t kKindSets = 16;
+
   void IndexNames();
   void IndexIds();
+  // A call whose arguments have to be brought in order first.
+  static Variant InvokeBound(Object& object, const MemberInfo& member, const Arguments& arguments);
 
   const char* name_;
   const char* help_;
@@ -149,9 +162,9 @@ class ClassInfo {
   Ref<Object> (*create_)();
   std::vector<MemberInfo> members_;
   std::vector<int16_t> name_slots_;  // open addressing; member position or -1
-  // First member of each identifier, those of one identifier chained in slot order.
-  std::vector<int16_t> first_by_id_;
-  std::vector<int16_t> next_same_id_;
+  // For each identifier and each set of kinds that a caller may allow: the first member in slot
+  // order that it finds; -1 for none.
+  std::vector<std::array<int16_t, kKindSets>> by_id_;
 };
 
 }  // namespace vndoc6::automation

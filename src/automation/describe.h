@@ -192,19 +192,20 @@ struct Signature<Result (Class::*)(Params...)> {
   }
 
   template <auto kMember>
-  static void Call(Object& object, const Variant* arguments, Variant& result) {
-    CallWith<kMember>(object, arguments, result, std::index_sequence_for<Params...>());
+  static Variant Call(Object& object, const Variant* arguments) {
+    return CallWith<kMember>(object, arguments, std::index_sequence_for<Params...>());
   }
 
  private:
   template <auto kMember, size_t... kIndex>
-  static void CallWith(Object& object, [[maybe_unused]] const Variant* arguments,
-                       [[maybe_unused]] Variant& result, std::index_sequence<kIndex...>) {
+  static Variant CallWith(Object& object, [[maybe_unused]] const Variant* arguments,
+                          std::index_sequence<kIndex...>) {
     auto& self = static_cast<Class&>(object);
     if constexpr (std::is_void_v<Result>) {
       (self.*kMember)(Argument<Params>(arguments[kIndex], static_cast<int>(kIndex)).get()...);
+      return {};
     } else {
-      result = ToVariant(
+      return ToVariant(
           (self.*kMember)(Argument<Params>(arguments[kIndex], static_cast<int>(kIndex)).get()...));
     }
   }

@@ -313,7 +313,7 @@ const Ref<Object>& Variant::ToObject() const {
 std::string_view Variant::TypeName() const {
   static constexpr std::string_view kNames[] = {"Empty", "Null",   "Boolean", "Integer",
                                                 "Long",  "Single", "Double",  "Currency",
-                                                "Date",  "String", "Nothing", "Error"};
+                                                "Date",  "Error",  "String",  "Nothing"};
   if (const auto* object = If<Ref<Object>>(); object != nullptr && *object) {
     return (*object)->TypeName();
   }

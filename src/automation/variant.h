@@ -44,22 +44,22 @@ enum class ValueKind : uint8_t {
   kDouble,
   kCurrency,
   kDate,
+  kError,
   kText,
-  kObject,
-  kError
+  kObject
 };
 
 class Variant {
  public:
   Variant() = default;
-  Variant(Null value) : value_(value) {}
-  Variant(bool value) : value_(value) {}
-  Variant(int16_t value) : value_(value) {}
-  Variant(int32_t value) : value_(value) {}
-  Variant(float value) : value_(value) {}
-  Variant(double value) : value_(value) {}
-  Variant(Currency value) : value_(value) {}
-  Variant(Date value) : value_(value) {}
+  Variant(Null value) : value_(Plain(value)) {}
+  Variant(bool value) : value_(Plain(value)) {}
+  Variant(int16_t value) : value_(Plain(value)) {}
+  Variant(int32_t value) : value_(Plain(value)) {}
+  Variant(float value) : value_(Plain(value)) {}
+  Variant(double value) : value_(Plain(value)) {}
+  Variant(Currency value) : value_(Plain(value)) {}
+  Variant(Date value) : value_(Plain(value)) {}
   Variant(Text value) : value_(std::move(value)) {}
   Variant(TextView value) : value_(Text(value)) {}
   Variant(const char16_t* value) : value_(Text(value)) {}
@@ -67,12 +67,16 @@ class Variant {
   Variant(Ref<Object> value) : value_(std::move(value)) {}
   template <class T, class = std::enable_if_t<std::is_base_of_v<Object, T>>>
   Variant(const Ref<T>& value) : value_(Ref<Object>(value)) {}
-  Variant(ErrorValue value) : value_(value) {}
+  Variant(ErrorValue value) : value_(Plain(value)) {}
   // Any other pointer would silently become a Boolean.
   template <class T>
   Variant(T* value) = delete;
 
-  ValueKind kind() const { return static_cast<ValueKind>(value_.index()); }
+  ValueKind kind() const {
+    const auto* plain = std::get_if<Plain>(&value_);
+    return static_cast<ValueKind>(plain != nullptr ? plain->index()
+                                                   : kPlainKinds - 1 + value_.index());
+  }
   bool IsEmpty() const { return kind() == ValueKind::kEmpty; }
   bool IsText() const { return kind() == ValueKind::kText; }
   bool IsObject() const { return kind() == ValueKind::kObject; }
@@ -83,7 +87,12 @@ class Variant {
   // The value when it is exactly of that type; null otherwise.
   template <class T>
   const T* If() const {
-    return std::get_if<T>(&value_);
+    if constexpr (std::is_same_v<T, Text> || std::is_same_v<T, Ref<Object>>) {
+      return std::get_if<T>(&value_);
+    } else {
+      const auto* plain = std::get_if<Plain>(&value_);
+      return plain != nullptr ? std::get_if<T>(plain) : nullptr;
+    }
   }
 
   // Conversions by the rules of automation: True is -1, reals round half to even, texts are read
@@ -110,9 +119,12 @@ class Variant {
     const auto* value = If<ErrorValue>();
     return value != nullptr && *value == error;
   }
-  std::variant<Empty, Null, bool, int16_t, int32_t, float, double, Currency, Date, Text,
-               Ref<Object>, ErrorValue>
-      value_;
+  // Apart from the others, so that nearly every value is copied and dropped as plain bytes.
+  using Plain =
+      std::variant<Empty, Null, bool, int16_t, int32_t, float, double, Currency, Date, ErrorValue>;
+  static_assert(std::is_trivially_copyable_v<Plain>);
+  static constexpr size_t kPlainKinds = std::variant_size_v<Plain>;
+  std::variant<Plain, Text, Ref<Object>> value_;
 };
 
 // Numbers as texts, without locale: the shortest form that reads back identically.
