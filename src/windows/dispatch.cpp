@@ -104,16 +104,6 @@ HRESULT Report(const Fault& fault, const DISPPARAMS& params, UINT* argument_at_f
   return fault.binding;
 }
 
-HRESULT Report(Fault fault, EXCEPINFO* exception) {
-  if (exception != nullptr) {
-    *exception = {};
-    exception->scode = fault.scode;
-    exception->bstrDescription = fault.description.Detach();
-    exception->bstrSource = fault.source.Detach();
-  }
-  return DISP_E_EXCEPTION;
-}
-
 Variant Call(Object& object, DISPID id, CallKind allowed, const DISPPARAMS& params) {
   const UINT named = NamedCount(params);
   const UINT positional = params.cArgs - named;
@@ -178,7 +168,7 @@ HRESULT InvokeMember(Object& object, DISPID id, WORD flags, const DISPPARAMS& pa
       [&] {
         Fault fault = CaughtFault();
         return fault.binding != S_OK ? Report(fault, params, argument_at_fault)
-                                     : Report(std::move(fault), exception);
+                                     : ReportException(std::move(fault), exception);
       });
 }
 

@@ -108,6 +108,13 @@ TEST_F(DispatchTest, AMembersOwnErrorsAreExceptionsWhateverTheirNumber) {
     EXPECT_EQ(answer.description, L"It failed.");
     EXPECT_EQ(answer.source, L"Gadget.Fail");
   }
+  for (const Answer& answer : {Get(gadget, L"Locked"), Put(gadget, L"Locked", L"open")}) {
+    EXPECT_EQ(answer.code, DISP_E_EXCEPTION);
+    EXPECT_EQ(answer.scode, static_cast<HRESULT>(0x800A0005));
+    EXPECT_EQ(answer.description, L"It is locked.");
+    EXPECT_EQ(answer.source, L"Gadget.Locked");
+    EXPECT_EQ(answer.value.vt, VT_EMPTY);
+  }
   const Answer exhausted = Call(gadget, L"Exhaust");
   EXPECT_EQ(exhausted.scode, static_cast<HRESULT>(0x800A0007));
   EXPECT_EQ(exhausted.description, L"Out of memory.");

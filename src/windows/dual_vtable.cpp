@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "windows/direct_call.h"
 #include "windows/dispatch.h"
 #include "windows/dual_head.h"
 #include "windows/face.h"
@@ -48,6 +49,8 @@ HRESULT STDMETHODCALLTYPE Invoke(DualHead* self, DISPID id, REFIID reserved, LCI
                                  UINT* argument_at_fault) {
   if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (params == nullptr) return E_POINTER;
+  const auto answer = CallDirectly(*self, id, flags, *params, result, exception);
+  if (answer.has_value()) return *answer;
   return InvokeMember(*self->object, id, flags, *params, result, exception, argument_at_fault);
 }
 

@@ -109,6 +109,27 @@ HRESULT SetErrorObject(Fault fault, REFIID iid) noexcept {
   return fault.scode;
 }
 
+HRESULT ReportException(Fault fault, EXCEPINFO* exception) noexcept {
+  if (exception != nullptr) {
+    *exception = {};
+    exception->scode = fault.scode;
+    exception->bstrDescription = fault.description.Detach();
+    exception->bstrSource = fault.source.Detach();
+  }
+  return DISP_E_EXCEPTION;
+}
+
+HRESULT ReportErrorObject(HRESULT scode, EXCEPINFO* exception) noexcept {
+  Fault fault;
+  fault.scode = scode;
+  ComPtr<IErrorInfo> info;
+  if (GetErrorInfo(0, info.Receive()) == S_OK) {
+    info->GetDescription(fault.description.Receive());
+    info->GetSource(fault.source.Receive());
+  }
+  return ReportException(std::move(fault), exception);
+}
+
 void RaiseFailure(HRESULT code, EXCEPINFO* exception) {
   if (code == E_OUTOFMEMORY) throw std::bad_alloc();
   if (code != DISP_E_EXCEPTION || exception == nullptr) throw Error(ErrorNumber(code));

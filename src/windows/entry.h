@@ -23,6 +23,11 @@ Fault CaughtFault() noexcept;
 // gives its code.
 HRESULT SetErrorObject(Fault fault, REFIID iid) noexcept;
 
+// What IDispatch::Invoke answers for a fault of the member.
+HRESULT ReportException(Fault fault, EXCEPINFO* exception) noexcept;
+// The same for a slot of a dual interface that failed with `scode` and left an error object.
+HRESULT ReportErrorObject(HRESULT scode, EXCEPINFO* exception) noexcept;
+
 // Runs `body`, which gives an HRESULT; what it raises gives its code.
 template <class Body>
 HRESULT Enter(Body&& body) noexcept {

@@ -78,6 +78,8 @@ class Gadget final : public Object, public automation::EventSource {
   }
   void Fail(int32_t number) { throw automation::Error(number, u"It failed.", u"Gadget.Fail"); }
   void Exhaust() { throw std::bad_alloc(); }
+  const Text& Locked() const { throw automation::Error(5, u"It is locked.", u"Gadget.Locked"); }
+  void SetLocked(const Text&) { throw automation::Error(5, u"It is locked.", u"Gadget.Locked"); }
   void Raise(int32_t detail) {
     const Ref<Gadget> running(this);
     listeners_.ForEach([&](GadgetListener& listener) { listener.Changed(*this, detail); });
@@ -189,7 +191,9 @@ inline const ClassInfo& Gadget::classInfo() {
                              optional("psThird", u"c")),
        method<&Gadget::Fail>("Fail", "plNumber"),
        method<&Gadget::Exhaust>("Exhaust"),
-       method<&Gadget::Raise>("Raise", "plDetail")});
+       method<&Gadget::Raise>("Raise", "plDetail"),
+       get<&Gadget::Locked>("Locked"),
+       put<&Gadget::SetLocked>("Locked", "psLocked")});
   return info;
 }
 

@@ -1,10 +1,34 @@
 #include "windows/vtable_thunk.h"
 
+#include <atomic>
+
 #include "windows/entry.h"
 #include "windows/objects.h"
 #include "windows/variants.h"
 
 namespace vndoc6::windows::abi {
+
+namespace {
+
+// The memory of the last text that came in, for the next call in any apartment. A call made from
+// within another finds none.
+class SpareText {
+ public:
+  ~SpareText() { Take(); }
+  std::unique_ptr<Text> Take() { return std::unique_ptr<Text>(text_.exchange(nullptr)); }
+  void Keep(std::unique_ptr<Text> text) {
+    constexpr size_t kLargest = 4096;  // what a large text needed goes back to the system
+    if (text->capacity() > kLargest) return;
+    const std::unique_ptr<Text> previous(text_.exchange(text.release()));
+  }
+
+ private:
+  std::atomic<Text*> text_ = nullptr;
+};
+
+SpareText spare;
+
+}  // namespace
 
 static_assert(std::is_same_v<Code, HRESULT>);
 static_assert(kInvalidPointer == E_POINTER);
@@ -12,7 +36,12 @@ static_assert(sizeof(Money) == sizeof(CY) && alignof(Money) == alignof(CY));
 static_assert(sizeof(AnyValue) == sizeof(VARIANT) && alignof(AnyValue) == alignof(VARIANT));
 static_assert(sizeof(String) == sizeof(BSTR) && sizeof(char16_t) == sizeof(OLECHAR));
 
-Text ReadString(String string) { return Text(BstrText(reinterpret_cast<BSTR>(string))); }
+IncomingText::IncomingText(String string) : text_(spare.Take()) {
+  if (text_ == nullptr) text_ = std::make_unique<Text>();
+  text_->assign(BstrText(reinterpret_cast<BSTR>(string)));
+}
+
+IncomingText::~IncomingText() { spare.Keep(std::move(text_)); }
 
 String WriteString(TextView text) { return reinterpret_cast<String>(MakeBstr(text)); }
 

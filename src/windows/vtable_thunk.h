@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <type_traits>
 
 #include "automation/error.h"
@@ -40,8 +41,21 @@ struct AnyValue {  // VARIANT
   } content;
 };
 
+// A text on its way in. Calls hand its memory on to the next one: putting a text would spend most
+// of its time in the allocator otherwise.
+class IncomingText {
+ public:
+  explicit IncomingText(String string);
+  IncomingText(const IncomingText&) = delete;
+  IncomingText& operator=(const IncomingText&) = delete;
+  ~IncomingText();
+  const Text& get() const { return *text_; }
+
+ private:
+  std::unique_ptr<Text> text_;
+};
+
 // Conversions that need the platform.
-Text ReadString(String string);
 String WriteString(TextView text);
 Variant ReadAny(const AnyValue& value);
 void WriteAny(const Variant& value, AnyValue& out);
@@ -95,11 +109,11 @@ template <>
 class Received<Text> {
  public:
   using Passed = String;
-  Received(Passed value) : value_(ReadString(value)) {}
-  const Text& get() const { return value_; }
+  Received(Passed value) : value_(value) {}
+  const Text& get() const { return value_.get(); }
 
  private:
-  Text value_;
+  IncomingText value_;
 };
 template <bool kByReference>
 class Received<Variant, kByReference> {
