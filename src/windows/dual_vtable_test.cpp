@@ -1,8 +1,10 @@
 #include "windows/dual_vtable.h"
 
+#include <filesystem>
 #include <regex>
 
 #include "published/published.h"
+#include "tests/support/temporary_folder.h"
 #include "windows/host_for_tests.h"
 #include "windows/variants.h"
 
@@ -129,7 +131,19 @@ class DualVtableTest : public DoorTest {
   }
 };
 
+// Members that write a file get "7" for its name; that goes where the test can clear it away.
+class WorkingFolder {
+ public:
+  WorkingFolder() { std::filesystem::current_path(folder_.path()); }
+  ~WorkingFolder() { std::filesystem::current_path(before_); }
+
+ private:
+  const std::filesystem::path before_ = std::filesystem::current_path();
+  const vndoc6::testing::TemporaryFolder folder_;
+};
+
 TEST_F(DualVtableTest, EverySlotDoesWhatTheLateBoundCallDoes) {
+  const WorkingFolder folder;
   for (const PublishedClass& published : PublishedClasses()) {
     const ClassInfo& info = published.info();
     for (size_t row = 0; row < info.members().size(); ++row) {

@@ -137,7 +137,7 @@ inline Answer Put(const ComPtr<IDispatch>& object, const wchar_t* name, const Va
 }
 
 // Every test begins and ends without an object of the library or of the door.
-class DoorTest : public testing::Test {
+class DoorTest : public ::testing::Test {
  protected:
   void SetUp() override {
     ASSERT_TRUE(SUCCEEDED(OleInitialize(nullptr)));
