@@ -19,6 +19,7 @@ soak() {
     soak_round "$seed"
   done
   soak_fuzzers $((minutes * 30))
+  windows_half soak_windows || failed=$((failed + 1))
   summary
 }
 
@@ -31,6 +32,13 @@ soak_round() {
     build/native/vndoc6_tests --gtest_filter="$soak_tests"
   VNDOC6_SEED=$1 VNDOC6_SOAK=${VNDOC6_SOAK:-10} check_cases "without memory, seed $1" \
     build/native/vndoc6_memory_tests
+}
+
+soak_windows() {
+  check "64-bit build" build win64 vndoc6_com_tests && check "Wine prefix" wine_start || return 0
+  VNDOC6_SOAK=${VNDOC6_SOAK:-10} check_cases "endurance under Wine" \
+    wine_run build/win64/vndoc6_com_tests.exe --gtest_filter='*Endurance*'
+  wine_stop
 }
 
 # soak_fuzzers SECONDS: shares them among the fuzz targets, which go on from what they found before.

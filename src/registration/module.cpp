@@ -2,6 +2,7 @@
 #include "automation/object.h"
 #include "published/published.h"
 #include "registration/class_factory.h"
+#include "registration/compiler_runtime.h"
 #include "registration/registry.h"
 #include "windows/entry.h"
 #include "windows/platform_services.h"
@@ -12,11 +13,10 @@ using windows::Scope;
 
 extern "C" {
 
-BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
-  if (reason == DLL_PROCESS_ATTACH) {
-    DisableThreadLibraryCalls(module);
-    windows::UsePlatformServices();
-  }
+// Threads are heard of, too: what the compiler's runtime keeps for each goes when it ends.
+BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID process_ends) {
+  if (reason == DLL_PROCESS_ATTACH) windows::UsePlatformServices();
+  if (reason == DLL_PROCESS_DETACH && process_ends == nullptr) windows::ReleaseCompilerRuntime();
   return TRUE;
 }
 

@@ -57,7 +57,7 @@ class Server {
 };
 
 // Every test ends without an object in the DLL.
-class ServerTest : public testing::Test {
+class ServerTest : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(SUCCEEDED(OleInitialize(nullptr))); }
   void TearDown() override {

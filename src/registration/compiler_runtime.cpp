@@ -1,0 +1,62 @@
+#include "registration/compiler_runtime.h"
+
+#ifdef __MINGW32__
+
+#include <pthread.h>
+#include <windows.h>
+
+// Of the C++ runtime, which declares it nowhere: frees the reserve for exceptions, 73 KB.
+namespace __gnu_cxx {
+void __freeres();
+}
+
+// Of the C runtime: what the module wants called when threads come and go.
+extern "C" const IMAGE_TLS_DIRECTORY _tls_used;
+
+namespace vndoc6::windows {
+namespace {
+
+// The runtime takes a slot of thread local storage on first use and never frees it. A process has
+// some 1,000 slots, so a host that loads and unloads the DLL as often would be aborted. Which slot
+// it is shows when the first use comes early and takes the slot that was free just before.
+class RuntimeSlot {
+ public:
+  RuntimeSlot() : slot_(TlsAlloc()) {
+    TlsFree(slot_);
+    pthread_self();
+    // Another thread may have been quicker to take it.
+    if (TlsGetValue(slot_) == nullptr) slot_ = TLS_OUT_OF_INDEXES;
+  }
+  void Free() {
+    if (slot_ != TLS_OUT_OF_INDEXES) TlsFree(slot_);
+    slot_ = TLS_OUT_OF_INDEXES;
+  }
+
+ private:
+  DWORD slot_;
+};
+
+// Before all other constructors.
+__attribute__((init_priority(101))) RuntimeSlot runtime_slot;
+
+}  // namespace
+
+void ReleaseCompilerRuntime() {
+  // As if this thread ended: its handle and its state of exceptions go.
+  const auto* callback = reinterpret_cast<const PIMAGE_TLS_CALLBACK*>(_tls_used.AddressOfCallBacks);
+  for (; *callback != nullptr; ++callback) (*callback)(nullptr, DLL_THREAD_DETACH, nullptr);
+  __gnu_cxx::__freeres();
+  runtime_slot.Free();
+}
+
+}  // namespace vndoc6::windows
+
+#else
+
+namespace vndoc6::windows {
+
+void ReleaseCompilerRuntime() {}
+
+}  // namespace vndoc6::windows
+
+#endif
