@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <ostream>
 
 #include "collections/jump.h"
@@ -10,7 +11,6 @@
 #include "common/properties.h"
 #include "file_text.h"
 #include "flow.h"
-#include "json_values.h"
 #include "objects.h"
 #include "one_line.h"
 
@@ -214,10 +214,10 @@ class Report {
     const bool fixed = options_.fix && finding.fixable;
     if (!fixed && context_.status == kDone) context_.status = kFindings;
     if (options_.json) {
-      Json json = {
+      nlohmann::ordered_json json = {
           {"file", file}, {"kind", finding.kind}, {"message", finding.message}, {"fixed", fixed}};
       json_ += json_.empty() ? "[\n  " : ",\n  ";
-      json_ += json.dump(-1, ' ', false, Json::error_handler_t::replace);
+      json_ += json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
     } else {
       context_.out << file << ": " << finding.kind << ": " << finding.message
                    << (fixed ? " (fixed)\n" : "\n");

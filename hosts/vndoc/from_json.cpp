@@ -1,16 +1,20 @@
 // vndoc from-json: a document from what `show --json` wrote.
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <sstream>
+#include <streambuf>
 
 #include "common/properties.h"
 #include "document_json.h"
+#include "json_tree.h"
+#include "scratch_folder.h"
 
 namespace vndoc {
 
 using vndoc6::Properties;
-using vndoc6::automation::FromUtf8;
 using vndoc6::automation::Make;
+using vndoc6::automation::ToUtf8;
 
 namespace {
 
@@ -19,70 +23,112 @@ struct FromJsonOptions {
   std::string file;
 };
 
-Json Parse(Context& context, const std::string& file) {
-  const std::string bytes = ReadBytes(context, file);
-  try {
-    return Json::parse(bytes);
-  } catch (const Json::parse_error& error) {
-    throw Failure(file + ": not JSON, at byte " + std::to_string(error.byte));
-  }
+bool SameScalars(const JsonNode& left, const JsonNode& right) {
+  if (left.IsNumber() && right.IsNumber()) return left.real() == right.real();
+  if (left.kind() != right.kind() || left.IsStructure()) return false;
+  if (left.IsText()) return left.text() == right.text();
+  return left.kind() == JsonKind::kNull || left.boolean() == right.boolean();
 }
 
 // The values of the JSON that the document did not take, by their path: what is read only and
 // follows from nothing else, or breaks a rule of the library.
-void CollectLost(const Json& wanted, const Json& made, const std::string& path,
+void CollectLost(const JsonNode& wanted, const JsonNode& made, const std::string& path,
                  std::vector<std::string>& lost) {
-  if (wanted.type() != made.type() || !wanted.is_structured() || wanted.size() > made.size()) {
-    if (wanted != made) lost.push_back(path);
+  if (wanted.kind() != made.kind() || !wanted.IsStructure() || wanted.size() > made.size()) {
+    if (!SameScalars(wanted, made)) lost.push_back(path);
     return;
   }
-  for (const auto& [name, value] : wanted.items()) {
-    std::string place = path;
-    if (!place.empty()) place += '/';
-    place += name;
-    if (wanted.is_array()) {
-      CollectLost(value, made[std::stoul(name)], place, lost);
-    } else if (made.contains(name)) {
-      CollectLost(value, made[name], place, lost);
+  const std::string above = path.empty() ? path : path + '/';
+  if (wanted.IsObject()) {
+    for (const JsonNode value : wanted) {
+      const auto other = made.Find(value.key());
+      if (other) CollectLost(value, *other, above + std::string(value.key()), lost);
     }
+    return;
+  }
+  size_t position = 0;
+  auto other = made.begin();
+  for (const JsonNode value : wanted) {
+    CollectLost(value, *other, above + std::to_string(++position), lost);
+    ++other;
   }
 }
 
 // The key of the details comes from a file and from nowhere else. The keys are those of the file
 // format.
-void KeepDetailsKey(const Json& json, const std::string& file) {
-  const auto details = json.find("Details");
-  if (details == json.end() || !details->contains("Key")) return;
-  const Text name = FromUtf8(file);
+void KeepDetailsKey(const JsonTree& json, const Text& file) {
+  const auto details = json.root().Find("Details");
+  const auto key = details ? details->Find("Key") : std::nullopt;
+  if (!key) return;
   const auto whole = Make<Properties>();
-  if (!whole->ReadFromFile(name, {})) throw Failure(file + ": can't be read again");
+  if (!whole->ReadFromFile(file, {})) throw Failure("a temporary file can't be read again");
   const auto part = Make<Properties>();
   part->LoadText(whole->Value(u"D", Variant(u"")), 0, 0, u":");
-  part->SetValue(u"K", Variant(FromJson((*details)["Key"]).ToText()));
+  part->SetValue(u"K", Variant(FromJson(*key).ToText()));
   whole->SetValue(u"D", Variant(part->GetText()));
-  if (!whole->WriteToFile(name, {})) throw Failure(file + ": can't be written again");
+  if (!whole->WriteToFile(file, {})) throw Failure("a temporary file can't be written again");
 }
 
-// Reads the file again: what counts is what it holds now.
-void WarnOfLost(Context& context, const Json& wanted, const std::string& file) {
-  std::stringstream made;
-  WriteJson(*Load(context, file), made);
+// Compares what is written to it with a text.
+class Comparison : public std::streambuf {
+ public:
+  explicit Comparison(std::string_view expected) : expected_(expected) {}
+  bool is_same() const { return is_same_ && expected_.empty(); }
+
+ private:
+  std::streamsize xsputn(const char* bytes, std::streamsize size) override {
+    const std::string_view written(bytes, static_cast<size_t>(size));
+    is_same_ = is_same_ && expected_.starts_with(written);
+    if (is_same_) expected_.remove_prefix(written.size());
+    return size;
+  }
+  int_type overflow(int_type) override { return traits_type::eof(); }
+
+  std::string_view expected_;
+  bool is_same_ = true;
+};
+
+// Reads the file again: what counts is what it holds now. What show wrote comes back the same to
+// the last byte, as a rule.
+void WarnOfLost(Context& context, const std::string& bytes, const JsonTree& wanted,
+                const std::string& file) {
+  const auto document = Load(context, file);
+  Comparison comparison(bytes);
+  std::ostream compared(&comparison);
+  WriteJson(*document, compared);
+  if (comparison.is_same()) return;
+  std::ostringstream made;
+  WriteJson(*document, made);
   std::vector<std::string> lost;
-  CollectLost(wanted, Json::parse(made), "", lost);
+  CollectLost(wanted.root(), JsonTree(made.view()).root(), "", lost);
   for (const std::string& path : lost) {
     context.err << "vndoc: " << path << ": the document has another value\n";
   }
 }
 
+// Nothing is at the file's name until all of it is made.
+void MakeFile(Context& context, const JsonTree& json, Ref<vnDocument> document,
+              const std::string& file) {
+  const ScratchFolder folder;
+  const Text name = folder.Name("made");
+  SaveAs(context, *document, ToUtf8(name));
+  document = nullptr;
+  KeepDetailsKey(json, name);
+  WriteBytes(context, file, ReadBytes(context, ToUtf8(name)));
+}
+
 void Convert(Context& context, const FromJsonOptions& options) {
-  const Json json = Parse(context, options.json);
+  const std::string bytes = ReadBytes(context, options.json);
+  std::optional<JsonTree> json;
+  Ref<vnDocument> document;
   try {
-    SaveAs(context, *DocumentFromJson(json), options.file);
+    json.emplace(bytes);
+    document = DocumentFromJson(*json);
   } catch (const Failure& failure) {
     throw Failure(options.json + ": " + failure.what());
   }
-  KeepDetailsKey(json, options.file);
-  WarnOfLost(context, json, options.file);
+  MakeFile(context, *json, std::move(document), options.file);
+  WarnOfLost(context, bytes, *json, options.file);
 }
 
 }  // namespace

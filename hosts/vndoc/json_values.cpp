@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <nlohmann/json.hpp>
 
 #include "automation/error.h"
 #include "automation/picture.h"
@@ -142,20 +143,24 @@ const char* Wrapping(const Variant& value) {
   }
 }
 
-[[noreturn]] void RefuseValue(const Json& json) {
-  throw Failure("not a value: " + json.dump(-1, ' ', true, Json::error_handler_t::replace));
+[[noreturn]] void RefuseValue(const JsonNode& json) {
+  if (json.IsList()) throw Failure("not a value: a list");
+  if (json.IsText()) throw Failure("not a value: \"" + std::string(json.text()) + '"');
+  if (!json.IsObject()) throw Failure("not a value");
+  const std::string what = json.size() == 0 ? "nothing" : std::string((*json.begin()).key());
+  throw Failure("not a value: an object with " + what);
 }
 
-double RealFrom(const Json& json) {
-  if (json.is_number()) return json.get<double>();
-  if (json == "nan") return std::nan("");
-  if (json == "inf") return HUGE_VAL;
-  if (json == "-inf") return -HUGE_VAL;
+double RealFrom(const JsonNode& json) {
+  if (json.IsNumber()) return json.real();
+  if (json.IsText("nan")) return std::nan("");
+  if (json.IsText("inf")) return HUGE_VAL;
+  if (json.IsText("-inf")) return -HUGE_VAL;
   RefuseValue(json);
 }
 
 // The digits of the highest Single stand for a Double that is a little higher.
-Variant SingleFrom(const Json& json) {
+Variant SingleFrom(const JsonNode& json) {
   const double value = RealFrom(json);
   constexpr double kHighest = 3.4028235677973366e38;  // what is below rounds to a Single
   if (std::isfinite(value) && std::abs(value) >= kHighest) return Variant(value);
@@ -163,46 +168,54 @@ Variant SingleFrom(const Json& json) {
 }
 
 // A text says a day of the calendar, anything else is days.
-Variant DateFrom(const Json& json) {
-  const bool is_days = !json.is_string() || json == "nan" || json == "inf" || json == "-inf";
+Variant DateFrom(const JsonNode& json) {
+  const bool is_days =
+      !json.IsText() || json.IsText("nan") || json.IsText("inf") || json.IsText("-inf");
   return Variant(is_days ? Date{RealFrom(json)} : FromJson(json).ToDate());
 }
 
 // Exactly: a Double has not all of its digits.
-Variant CurrencyFrom(const std::string& text) {
+Variant CurrencyFrom(std::string_view text) {
   constexpr size_t kDecimals = 4;
   const size_t point = std::min(text.find('.'), text.size());
-  std::string digits = text.substr(0, point);
-  std::string decimals = text.substr(std::min(point + 1, text.size()));
-  if (decimals.size() > kDecimals) throw Failure("not an amount: " + text);
+  std::string digits(text.substr(0, point));
+  std::string decimals(text.substr(std::min(point + 1, text.size())));
+  if (decimals.size() > kDecimals) throw Failure("not an amount: " + std::string(text));
   decimals.resize(kDecimals, '0');
   digits += decimals;
   Currency value;
   const auto [end, error] =
       std::from_chars(digits.data(), digits.data() + digits.size(), value.scaled);
   if (error != std::errc() || end != digits.data() + digits.size()) {
-    throw Failure("not an amount: " + text);
+    throw Failure("not an amount: " + std::string(text));
   }
   return Variant(value);
 }
 
-Text UnitsFrom(const Json& json) {
+template <class Integer>
+Integer IntegerFrom(const JsonNode& json) {
+  const int64_t value = json.integer();
+  if (value != static_cast<Integer>(value)) throw Failure("out of range: " + std::to_string(value));
+  return static_cast<Integer>(value);
+}
+
+Text UnitsFrom(const JsonNode& json) {
   Text text;
-  for (const Json& unit : json) text += unit.get<char16_t>();
+  for (const JsonNode unit : json) text += IntegerFrom<char16_t>(unit);
   return text;
 }
 
-Variant FromWrapped(const std::string& type, const Json& json) {
+Variant FromWrapped(std::string_view type, const JsonNode& json) {
   if (type == "Utf16") return Variant(UnitsFrom(json));
   if (type == "Null") return Variant(Null{});
-  if (type == "Short") return Variant(json.get<int16_t>());
+  if (type == "Short") return Variant(IntegerFrom<int16_t>(json));
   if (type == "Single") return SingleFrom(json);
   if (type == "Double") return Variant(RealFrom(json));
-  if (type == "Currency") return CurrencyFrom(json.get<std::string>());
+  if (type == "Currency") return CurrencyFrom(json.text());
   if (type == "Date") return DateFrom(json);
-  if (type == "Error") return Variant(ErrorValue{json.get<int32_t>()});
+  if (type == "Error") return Variant(ErrorValue{IntegerFrom<int32_t>(json)});
   if (type == "Picture") {
-    const auto bytes = vndoc6::common::FromBase64(json.get<std::string>());
+    const auto bytes = vndoc6::common::FromBase64(json.text());
     if (bytes) return Variant(vndoc6::automation::services().make_picture(*bytes));
   }
   RefuseValue(json);
@@ -213,7 +226,7 @@ Variant FromWrapped(const std::string& type, const Json& json) {
 void AppendJsonText(TextView text, std::string& out) {
   if (HasLoneSurrogates(text)) return AppendUnits(text, out);
   if (!IsPlain(text)) {
-    out += Json(ToUtf8(text)).dump();
+    out += nlohmann::json(ToUtf8(text)).dump();
     return;
   }
   out += '"';
@@ -229,32 +242,32 @@ void AppendJson(const Variant& value, TypeKind type, std::string& out) {
   out += '}';
 }
 
-Variant FromJson(const Json& json, TypeKind type) {
+Variant FromJson(const JsonNode& json, TypeKind type) {
   if (type == TypeKind::kSingle) return SingleFrom(json);
   if (type == TypeKind::kDouble) return Variant(RealFrom(json));
   if (type == TypeKind::kDate) return DateFrom(json);
-  if (type == TypeKind::kCurrency && json.is_string()) return CurrencyFrom(json.get<std::string>());
-  switch (json.type()) {
-    case Json::value_t::null:
+  if (type == TypeKind::kCurrency && json.IsText()) return CurrencyFrom(json.text());
+  switch (json.kind()) {
+    case JsonKind::kNull:
       return {};
-    case Json::value_t::boolean:
-      return Variant(json.get<bool>());
-    case Json::value_t::number_integer:
-    case Json::value_t::number_unsigned: {
-      const auto number = json.get<int64_t>();
+    case JsonKind::kBoolean:
+      return Variant(json.boolean());
+    case JsonKind::kInteger: {
+      const int64_t number = json.integer();
       if (number == static_cast<int32_t>(number)) return Variant(static_cast<int32_t>(number));
       return Variant(static_cast<double>(number));
     }
-    case Json::value_t::number_float:
-      return Variant(json.get<double>());
-    case Json::value_t::string:
-      return Variant(FromUtf8(json.get<std::string>()));
-    case Json::value_t::object:
-      if (json.size() == 1) return FromWrapped(json.begin().key(), json.begin().value());
-      [[fallthrough]];
-    default:
-      RefuseValue(json);
+    case JsonKind::kReal:
+      return Variant(json.real());
+    case JsonKind::kText:
+      return Variant(FromUtf8(json.text()));
+    case JsonKind::kObject:
+      if (json.size() == 1) return FromWrapped((*json.begin()).key(), *json.begin());
+      break;
+    case JsonKind::kList:
+      break;
   }
+  RefuseValue(json);
 }
 
 }  // namespace vndoc

@@ -15,15 +15,13 @@
 // enumeration are their number.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "automation/class_info.h"
 #include "automation/variant.h"
+#include "json_tree.h"
 
 namespace vndoc {
-
-using Json = nlohmann::ordered_json;
 
 // Appends a value, as one whose type the reader knows unless the type is kVariant.
 void AppendJson(const vndoc6::automation::Variant& value, vndoc6::automation::TypeKind type,
@@ -32,6 +30,7 @@ void AppendJsonText(vndoc6::TextView text, std::string& out);
 
 // The value back, for a member of that type; Failure when JSON of that form stands for none.
 vndoc6::automation::Variant FromJson(
-    const Json& json, vndoc6::automation::TypeKind type = vndoc6::automation::TypeKind::kVariant);
+    const JsonNode& json,
+    vndoc6::automation::TypeKind type = vndoc6::automation::TypeKind::kVariant);
 
 }  // namespace vndoc

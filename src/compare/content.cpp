@@ -171,6 +171,7 @@ std::vector<Content> ContentReader::Read(Object& object) {
   const ClassInfo* info = object.GetClassInfo();
   if (info == nullptr) return content;
   const Rows& rows = KnownRowsOf(*info);
+  content.reserve(rows.size());
   for (size_t position = 0; position < rows.size(); ++position) {
     const auto& [member, is_part, count] = rows[position];
     if (count == nullptr) {
