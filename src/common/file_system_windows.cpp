@@ -110,13 +110,14 @@ class Replacement {
   // Puts the file in its place for good.
   bool Place() {
     if (!file_.Flush() || !file_.Close()) return false;
+    const bool replaces = Exists(target_);
     // Replacing keeps permissions and attributes, where there is a file and its system can do it.
     const bool placed = ::ReplaceFileW(target_.c_str(), name_.c_str(), nullptr,
                                        REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) ||
                         ::MoveFileExW(name_.c_str(), target_.c_str(),
                                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
     // A replacing that failed half-way may have left the fresh file as the only one.
-    discard_ = !placed && Exists(target_);
+    discard_ = !placed && (!replaces || Exists(target_));
     return placed;
   }
 

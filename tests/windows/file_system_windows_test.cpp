@@ -41,7 +41,7 @@ TEST_F(FileSystemOnWindows, ReplacesAndCopiesWholeFiles) {
 
 TEST_F(FileSystemOnWindows, NamesThatCanBeNoFile) {
   for (const Text& name : {Text(), Text(u"vndoc6\0more", 11), Text(u"."), Text(u"missing\\file"),
-                           Text(u"NUL"), Text(kFile) + u"\\below"}) {
+                           Text(u"NUL"), Text(kFile) + u"\\below", Text(u"vndoc6?")}) {
     EXPECT_FALSE(ReplaceFileWith(name, "x")) << automation::ToUtf8(name);
     EXPECT_FALSE(CopyFileTo(kFile, name)) << automation::ToUtf8(name);
     EXPECT_EQ(ReadWholeFile(name), Bytes()) << automation::ToUtf8(name);
