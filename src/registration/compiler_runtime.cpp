@@ -19,25 +19,20 @@ namespace {
 // The runtime takes a slot of thread local storage on first use and never frees it. A process has
 // some 1,000 slots, so a host that loads and unloads the DLL as often would be aborted. Which slot
 // it is shows when the first use comes early and takes the slot that was free just before.
-class RuntimeSlot {
- public:
-  RuntimeSlot() : slot_(TlsAlloc()) {
-    TlsFree(slot_);
-    pthread_self();
-    // Another thread may have been quicker to take it.
-    if (TlsGetValue(slot_) == nullptr) slot_ = TLS_OUT_OF_INDEXES;
-  }
-  void Free() {
-    if (slot_ != TLS_OUT_OF_INDEXES) TlsFree(slot_);
-    slot_ = TLS_OUT_OF_INDEXES;
-  }
+DWORD runtime_slot = TLS_OUT_OF_INDEXES;
 
- private:
-  DWORD slot_;
-};
+void NTAPI NoteRuntimeSlot(void*, DWORD reason, void*) {
+  if (reason != DLL_PROCESS_ATTACH) return;
+  const DWORD slot = TlsAlloc();
+  TlsFree(slot);
+  pthread_self();
+  // Another thread may have been quicker to take it.
+  if (TlsGetValue(slot) != nullptr) runtime_slot = slot;
+}
 
-// Before all other constructors.
-__attribute__((init_priority(101))) RuntimeSlot runtime_slot;
+// The system calls what stands in this section before all constructors, in the order of the names.
+__attribute__((section(".CRT$XLB"), used)) const PIMAGE_TLS_CALLBACK kNoteRuntimeSlot =
+    &NoteRuntimeSlot;
 
 }  // namespace
 
@@ -46,7 +41,7 @@ void ReleaseCompilerRuntime() {
   const auto* callback = reinterpret_cast<const PIMAGE_TLS_CALLBACK*>(_tls_used.AddressOfCallBacks);
   for (; *callback != nullptr; ++callback) (*callback)(nullptr, DLL_THREAD_DETACH, nullptr);
   __gnu_cxx::__freeres();
-  runtime_slot.Free();
+  if (runtime_slot != TLS_OUT_OF_INDEXES) TlsFree(runtime_slot);
 }
 
 }  // namespace vndoc6::windows
