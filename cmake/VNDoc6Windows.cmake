@@ -84,6 +84,17 @@ function(vndoc6_windows_tests)
   endif()
 endfunction()
 
+# Alone, because it replaces operator new: the door without the DLL.
+function(vndoc6_windows_memory_tests)
+  file(GLOB tests CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/windows/out_of_memory/*.cpp)
+  vndoc6_test_program(vndoc6_com_memory_tests ${tests} ${VNDOC6_HEADER}
+                      ${PROJECT_SOURCE_DIR}/tests/out_of_memory/shortage.cpp
+                      ${PROJECT_SOURCE_DIR}/src/registration/class_factory.cpp)
+  if(TARGET vndoc6_com_memory_tests)
+    target_include_directories(vndoc6_com_memory_tests SYSTEM PRIVATE ${PROJECT_BINARY_DIR})
+  endif()
+endfunction()
+
 # `./dev bench windows`: what a call through the door costs.
 function(vndoc6_windows_bench)
   vndoc6_program(vndoc6_door_bench ${PROJECT_SOURCE_DIR}/bench/windows/door_bench.cpp ${VNDOC6_HEADER})

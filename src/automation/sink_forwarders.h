@@ -16,8 +16,11 @@ using SinkForwarders = std::vector<std::unique_ptr<Forwarder>>;
 template <class Forwarder, class Listener>
 void ConnectSink(EventSink& sink, SinkForwarders<Forwarder>& forwarders,
                  ListenerList<Listener>& listeners) {
-  forwarders.push_back(std::make_unique<Forwarder>(sink));
-  listeners.Add(forwarders.back().get());
+  // Both lists or none, should memory run out.
+  forwarders.reserve(forwarders.size() + 1);
+  auto forwarder = std::make_unique<Forwarder>(sink);
+  listeners.Add(forwarder.get());
+  forwarders.push_back(std::move(forwarder));
 }
 
 // Nothing happens for a sink that is not connected.

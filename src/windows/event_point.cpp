@@ -82,8 +82,10 @@ HRESULT EventPoint::Advise(IUnknown* sink, DWORD* cookie) {
     auto dispatch = given.As<IDispatch>(iid_);
     if (!dispatch) dispatch = given.As<IDispatch>();
     if (!dispatch) return CONNECT_E_CANNOTCONNECT;
+    // Both or neither, should memory run out.
+    connections_.reserve(connections_.size() + 1);
+    if (connections_.empty()) source_->Connect(this);
     connections_.push_back({++last_cookie_, std::move(dispatch)});
-    if (connections_.size() == 1) source_->Connect(this);
     *cookie = last_cookie_;
     return S_OK;
   });

@@ -226,6 +226,31 @@ TEST_P(OutOfMemory, WithListenersNothingIsTornAndTheNextAttemptWorks) {
                      });
 }
 
+// A sink that was not connected is told nothing, and one that left is told nothing more.
+TEST(OutOfMemorySinks, ASinkIsConnectedOrNot) {
+  struct Counter : automation::EventSink {
+    int heard = 0;
+    void OnEvent(const automation::EventInfo&, std::span<const Variant>) override { ++heard; }
+  };
+  struct Subject {
+    Ref<vnDocument> document = Make<vnDocument>();
+    Counter sink;
+  };
+  const auto connect = [](Subject& subject) { subject.document->Connect(&subject.sink); };
+  FailEachAllocation([] { return std::make_unique<Subject>(); }, connect,
+                     [&](Subject& subject, bool thrown) {
+                       Counter& sink = subject.sink;
+                       subject.document->NewStep();
+                       EXPECT_EQ(sink.heard > 0, !thrown);
+                       if (thrown) connect(subject);
+                       subject.document->NewStep();
+                       EXPECT_GT(std::exchange(sink.heard, 0), 0);
+                       subject.document->Disconnect(&sink);
+                       subject.document->NewStep();
+                       EXPECT_EQ(sink.heard, 0);
+                     });
+}
+
 class OutOfMemoryFiles : public ::testing::Test {
  protected:
   // A flush costs milliseconds, and needs no memory.
