@@ -9,6 +9,7 @@ declare -A packages=(
   [bench]="libbenchmark-dev libpugixml-dev rapidjson-dev libsqlite3-dev"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools
              libwine-dev wine64 fonts-wine googletest"
+  [wine32]="debootstrap"
 )
 
 # Prints those of the groups' packages that are not installed.

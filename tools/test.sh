@@ -124,6 +124,7 @@ test_under_wine() {
   check "64-bit build" build win64 || return 0
   check "Wine prefix" wine_start || return 0
   check_cases "tests under Wine" wine_run build/win64/vndoc6_com_tests.exe
+  check_cases "tests under Wine without memory" wine_run build/win64/vndoc6_com_memory_tests.exe
   check "demo: script" demo_script
   check "tour: VBScript" check_tour tour.vbs
   check "tour: JScript" check_tour tour.js
@@ -133,14 +134,13 @@ test_under_wine() {
   wine_stop
 }
 
-# Debian's wine64 alone runs no 32-bit programs, so the test program needs wine32 from the i386
-# packages.
 test_32_bit() {
   check "32-bit archive" check_package win32
   check "32-bit DLL" check_32_bit_dll
-  if wine_has_32_bit; then
-    check_cases "32-bit tests under Wine" wine_run build/win32/vndoc6_com_tests.exe
+  if wine32_start; then
+    check_cases "32-bit tests under Wine" wine32_run vndoc6_com_tests.exe
+    check_cases "32-bit tests under Wine without memory" wine32_run vndoc6_com_memory_tests.exe
   else
-    echo "Not run: 32-bit tests, for this Wine runs only 64-bit programs"
+    skip "the 32-bit tests, for there is no Wine that runs 32-bit programs (build/logs/wine32-root.log)"
   fi
 }

@@ -69,11 +69,6 @@ wine_script() {
   return 1
 }
 
-# Whether the prefix runs 32-bit programs as well.
-wine_has_32_bit() {
-  [[ -e $WINEPREFIX/drive_c/windows/syswow64/kernel32.dll ]]
-}
-
 # skip WHAT: says what is left out. In CI nothing may be, so there it fails.
 skip() {
   echo "Skipped: $1"
