@@ -41,7 +41,22 @@ class RenderTest : public testing::Test {
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 
-  std::string folder_ = testing::TempDir() + "vndoc render";
+  // With a search path that has nothing but this folder.
+  int RenderPng() {
+    const char* const path = std::getenv("PATH");
+    const std::string kept = path != nullptr ? path : "";
+    setenv("PATH", folder_.c_str(), 1);
+    const int status = RunWith({"render", file_.c_str(), "--png", "-o", target_.c_str()});
+    setenv("PATH", kept.c_str(), 1);
+    return status;
+  }
+  void MakeConverter(const std::string& script) {
+    const std::string program = folder_ + "/rsvg-convert";
+    std::ofstream(program) << "#!/bin/sh\n" << script << '\n';
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  }
+
+  std::string folder_ = testing::TempDir() + "vndoc $(exit) \"render'";
   std::string file_ = folder_ + "/document.vn6";
   std::string target_ = folder_ + "/target";
   std::istringstream in_;
@@ -58,14 +73,19 @@ TEST_F(RenderTest, WritesAPictureAndAPage) {
 }
 
 TEST_F(RenderTest, AMissingConverterIsNamedAndNothingIsWritten) {
-  const char* const path = std::getenv("PATH");
-  const std::string kept = path != nullptr ? path : "";
-  setenv("PATH", folder_.c_str(), 1);
-  const int status = RunWith({"render", file_.c_str(), "--png", "-o", target_.c_str()});
-  setenv("PATH", kept.c_str(), 1);
-  EXPECT_EQ(status, kFailed);
+  EXPECT_EQ(RenderPng(), kFailed);
   EXPECT_THAT(err_.str(), HasSubstr("rsvg-convert is missing"));
   EXPECT_FALSE(std::filesystem::exists(target_));
+}
+
+TEST_F(RenderTest, TheConverterGetsThePictureAndGivesTheFile) {
+  MakeConverter("read first; printf '%s as \\211PNG' \"$first\"");
+  EXPECT_EQ(RenderPng(), kDone) << err_.str();
+  EXPECT_EQ(Bytes(target_), "<?xml version=\"1.0\" encoding=\"UTF-8\"?> as \211PNG");
+  MakeConverter("echo half; exit 1");
+  EXPECT_EQ(RenderPng(), kFailed);
+  EXPECT_EQ(err_.str(), "vndoc: rsvg-convert can't convert this chart\n");
+  EXPECT_THAT(Bytes(target_), StartsWith("<?xml")) << "as it was";
 }
 
 TEST_F(RenderTest, WhatCannotBeReadLeavesTheTargetAlone) {
