@@ -77,6 +77,7 @@ function(vndoc6_windows_tests)
   vndoc6_test_program(vndoc6_com_tests ${class_tests} ${host_tests})
   if(TARGET vndoc6_com_tests)
     add_dependencies(vndoc6_com_tests vndoc6_dll)
+    target_link_libraries(vndoc6_com_tests PRIVATE version)
     target_include_directories(vndoc6_com_tests SYSTEM PRIVATE ${PROJECT_BINARY_DIR})
     set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/windows/early_bound_test.cpp
                                 ${PROJECT_SOURCE_DIR}/tests/windows/endurance_test.cpp

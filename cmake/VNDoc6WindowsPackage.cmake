@@ -24,7 +24,7 @@ install(
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION . COMPONENT server
         FILES_MATCHING PATTERN "*.md")
 install(FILES ${readme_script} ${PROJECT_SOURCE_DIR}/hosts/demo/demo.vbs
-              ${PROJECT_SOURCE_DIR}/tests/windows/hosts/tour.vbs
+              ${PROJECT_SOURCE_DIR}/examples/tour.vbs ${PROJECT_SOURCE_DIR}/examples/tour.js
         DESTINATION examples COMPONENT server)
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)

@@ -37,6 +37,7 @@ docs/reliability.md
 docs/vndoc.md
 examples/demo.vbs
 examples/order.vbs
+examples/tour.js
 examples/tour.vbs
 LIST
 }

@@ -84,8 +84,8 @@ check_readme_cpp() {
 # check_tour SCRIPT: runs it and compares what it says with its transcript.
 check_tour() {
   mkdir -p build/tour
-  wine_register && wine_script "tests/windows/hosts/$1" "$(windows_path build/tour)" >build/tour/said &&
-    diff "tests/windows/hosts/$1.txt" <(tr -d '\r' <build/tour/said)
+  wine_register && wine_script "examples/$1" "$(windows_path build/tour)" >build/tour/said &&
+    diff "tests/windows/$1.txt" <(tr -d '\r' <build/tour/said)
 }
 
 # The README's script, as the archive has it. It saves into the folder that it is run from.

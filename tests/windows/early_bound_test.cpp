@@ -69,10 +69,13 @@ TEST_F(EarlyBoundTest, EveryOtherInterfaceKeepsWhatIsPut) {
   ExpectText("vnStep", &_vnStep::put_Label, &_vnStep::get_Label);
   ExpectText("vnLink", &_vnLink::put_Text, &_vnLink::get_Text);
   ExpectText("vnTask", &_vnTask::put_Name, &_vnTask::get_Name);
+  ExpectText("vnCondition", &_vnCondition::put_DisplayName, &_vnCondition::get_DisplayName);
   ExpectText("vnContainer", &_vnContainer::put_Label, &_vnContainer::get_Label);
   ExpectText("vnFile", &_vnFile::put_DisplayName, &_vnFile::get_DisplayName);
+  ExpectText("vnJump", &_vnJump::put_DisplayName, &_vnJump::get_DisplayName);
   ExpectText("vnItem", &_vnItem::put_DisplayName, &_vnItem::get_DisplayName);
   ExpectText("vnDetails", &_vnDetails::put_Title, &_vnDetails::get_Title);
+  ExpectText("vnTitle", &_vnTitle::put_DisplayName, &_vnTitle::get_DisplayName);
   ExpectText("vnTemplate", &_vnTemplate::put_DisplayName, &_vnTemplate::get_DisplayName);
   ExpectText("FieldDefs", &_FieldDefs::put_Text, &_FieldDefs::get_Text);
   ExpectText("FieldValues", &_FieldValues::put_Text, &_FieldValues::get_Text);
@@ -121,6 +124,26 @@ TEST_F(EarlyBoundTest, ErrorsCarryTheirTexts) {
 
 TEST_F(EarlyBoundTest, EverythingElseIsReachedFromItsOwner) {
   const auto document = Make<_vnDocument>("vnDocument");
+  ComPtr<_vnDetails> details;
+  ComPtr<_vnRevisions> revisions;
+  ComPtr<_vnRevision> revision;
+  ASSERT_EQ(document->get_Details(details.Receive()), S_OK);
+  ASSERT_EQ(details->NewRevision(OwnedBstr(u"first").get()), S_OK);
+  ASSERT_EQ(document->get_RevisionHistory(revisions.Receive()), S_OK);
+  VARIANT first;
+  first.vt = VT_I4;
+  first.lVal = 1;
+  ASSERT_EQ(revisions->get_Item(&first, revision.Receive()), S_OK);
+  OwnedBstr reason;
+  EXPECT_EQ(revision->get_Reason(reason.Receive()), S_OK);
+  EXPECT_EQ(reason.text(), u"first");
+  ComPtr<_vnTitleRef> authoriser;
+  ASSERT_EQ(details->get_AuthorisedBy(authoriser.Receive()), S_OK);
+  ASSERT_EQ(authoriser->put_DisplayName(OwnedBstr(u"the boss").get()), S_OK);
+  OwnedBstr boss;
+  EXPECT_EQ(authoriser->get_DisplayName(boss.Receive()), S_OK);
+  EXPECT_EQ(boss.text(), u"the boss");
+
   ComPtr<_Properties> properties;
   ComPtr<_Property> property;
   ASSERT_EQ(document->get_Properties(properties.Receive()), S_OK);

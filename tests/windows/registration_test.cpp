@@ -1,5 +1,9 @@
 // Registering and unregistering the DLL, and when it may be unloaded.
+#include <algorithm>
+#include <cstddef>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "published/library.h"
 #include "tests/windows/server.h"
@@ -49,12 +53,45 @@ TEST_F(RegistrationTest, LeavesNothingBehind) {
   ASSERT_EQ(server_.Install(true, L"user"), S_OK);
   const auto registered = UserClasses();
   EXPECT_GT(registered.size(), before.size() + 300);
+  EXPECT_EQ(std::count_if(registered.begin(), registered.end(),
+                          [](const std::wstring& line) {
+                            return line.ends_with(L"\\InprocServer32|ThreadingModel=Apartment");
+                          }),
+            static_cast<std::ptrdiff_t>(PublishedClasses().size()));
   EXPECT_EQ(server_.Install(true, L"user"), S_OK);
   EXPECT_EQ(UserClasses(), registered);
   EXPECT_EQ(server_.Install(false, L"user"), S_OK);
   EXPECT_EQ(UserClasses(), before);
   EXPECT_EQ(server_.Install(false, L"user"), S_OK);
   RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\Interface\\{other}");
+}
+
+// As a user without an administrator's rights does it.
+TEST_F(RegistrationTest, RegistersForTheUserThroughRegsvr32) {
+  const auto run = [](std::wstring options) {
+    std::wstring line = L"regsvr32.exe /s /n " + options + L" \"" + AsWide(Server::Path()) + L"\"";
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    DWORD code = 1;
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &process)) {
+      return code;
+    }
+    WaitForSingleObject(process.hProcess, INFINITE);
+    GetExitCodeProcess(process.hProcess, &code);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return code;
+  };
+  ASSERT_EQ(server_.Install(true, L"user"), S_OK);
+  const auto expected = UserClasses();
+  ASSERT_EQ(server_.Install(false, L"user"), S_OK);
+  const auto before = UserClasses();
+  EXPECT_EQ(run(L"/i:user"), 0u);
+  EXPECT_EQ(UserClasses(), expected);
+  EXPECT_EQ(run(L"/u /i:user"), 0u);
+  EXPECT_EQ(UserClasses(), before);
 }
 
 // For the whole machine: Wine looks up programmatic identifiers nowhere else.
@@ -87,6 +124,24 @@ TEST_F(RegistrationTest, RefusesWhatItDoesNotOffer) {
   EXPECT_EQ(factory->CreateInstance(factory.get(), IID_IUnknown, &object), CLASS_E_NOAGGREGATION);
   EXPECT_EQ(object, nullptr);
   EXPECT_EQ(factory->CreateInstance(nullptr, IID_IPersistFile, &object), E_NOINTERFACE);
+}
+
+// What Explorer shows of the file.
+TEST_F(RegistrationTest, TheFileTellsItsVersion) {
+  const Text path = Server::Path();
+  std::vector<std::byte> block(GetFileVersionInfoSizeW(AsWide(path), nullptr));
+  ASSERT_FALSE(block.empty());
+  ASSERT_TRUE(GetFileVersionInfoW(AsWide(path), 0, static_cast<DWORD>(block.size()), block.data()));
+  void* found = nullptr;
+  UINT size = 0;
+  ASSERT_TRUE(VerQueryValueW(block.data(), L"\\", &found, &size));
+  const auto* fixed = static_cast<const VS_FIXEDFILEINFO*>(found);
+  EXPECT_EQ(HIWORD(fixed->dwFileVersionMS), kLibraryMajorVersion);
+  EXPECT_EQ(LOWORD(fixed->dwFileVersionMS), kLibraryMinorVersion);
+  EXPECT_EQ(fixed->dwFileType, static_cast<DWORD>(VFT_DLL));
+  ASSERT_TRUE(
+      VerQueryValueW(block.data(), L"\\StringFileInfo\\040904B0\\ProductName", &found, &size));
+  EXPECT_STREQ(static_cast<const wchar_t*>(found), L"VNDoc6");
 }
 
 TEST_F(RegistrationTest, StaysLoadedWhileAnythingIsHeld) {

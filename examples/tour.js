@@ -2,7 +2,8 @@
 //
 //     cscript //nologo tour.js FOLDER
 //
-// What it prints is compared with tour.js.txt.
+// It writes into the folder, which must exist. A test compares what it prints with
+// tests/windows/tour.js.txt.
 var folder = WScript.Arguments(0);
 var document = new ActiveXObject("VNDoc6.vnDocument");
 
@@ -82,3 +83,29 @@ say(document.SaveAs(folder + "\\tour.js.vn6") + "");
 var again = new ActiveXObject("VNDoc6.vnDocument");
 say(again.Load(folder + "\\tour.js.vn6", "") + " " + again.Steps.Count + " " +
     again.Steps(1).Figure.Font.Bold);
+
+// Every class is created by name. What is nobody's belongs to no document.
+var alone = "Chart Steps Step Figure Links Link Line Conditions Condition Tasks Task Containers " +
+    "Container Files File Jumps Jump Items Item Details Revisions Revision Titles Title TitleRefs " +
+    "TitleRef";
+var names = alone.split(" ");
+for (var i = 0; i < names.length; ++i) {
+  var object = new ActiveXObject("VNDoc6.vn" + names[i]);
+  if (object.Document != null) say(names[i] + " has a document");
+  if (/s$/.test(names[i]) && names[i] != "Details") each(object, function () { say("a member"); });
+}
+var library = new ActiveXObject("VNDoc6.vnTemplateLibrary");
+var template = new ActiveXObject("VNDoc6.vnTemplate");
+template.DisplayName = "Box";
+library.FigureTemplates.Add(template);
+say(template.Key + " " + library.GetTemplateByKey("FIG0").DisplayName + " " +
+    new ActiveXObject("VNDoc6.vnTemplates").Count);
+var property = new ActiveXObject("VNDoc6.Property");
+property.Value = 2.5;
+say(property.TypeName + " " + property.Value + " " + new ActiveXObject("VNDoc6.Properties").IsEmpty);
+var standIns = ["FieldDefs", "FieldValues", "FormDef"];
+for (var i = 0; i < standIns.length; ++i) {
+  var standIn = new ActiveXObject("VNDoc6." + standIns[i]);
+  standIn.Text = standIns[i] + "'s text";
+  say(standIn.Text);
+}

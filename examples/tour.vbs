@@ -1,8 +1,9 @@
-' A tour of the library from VBScript: every class, For Each, fonts, events' errors, files.
+' A tour of the library from VBScript: every class, For Each, fonts, errors, files.
 '
 '     cscript //nologo tour.vbs FOLDER
 '
-' What it prints is compared with tour.vbs.txt.
+' It writes into the folder, which must exist. A test compares what it prints with
+' tests/windows/tour.vbs.txt.
 Option Explicit
 
 Dim folder, document
