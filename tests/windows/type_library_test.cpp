@@ -5,6 +5,7 @@
 #include "published/published.h"
 #include "templates/template.h"
 #include "tests/windows/server.h"
+#include "tests/windows/slots.h"
 #include "titles/titles.h"
 #include "windows/variants.h"
 
@@ -205,11 +206,8 @@ TEST_F(TypeLibraryTest, EveryInterfaceHasItsTablesRowsAsSlots) {
     ASSERT_TRUE(dispatch) << info.name();
     EXPECT_EQ(NameOf(*dispatch.get()), DefaultInterfaceName(info));
     EXPECT_EQ(HelpOf(*dispatch.get()), info.help());
-    // The interface with the slots, behind the one for late-bound calls.
-    HREFTYPE reference = 0;
-    ComPtr<ITypeInfo> type;
-    ASSERT_EQ(dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
-    ASSERT_EQ(dispatch->GetRefTypeInfo(reference, type.Receive()), S_OK);
+    const ComPtr<ITypeInfo> type = SlotsOf(*dispatch.get());
+    ASSERT_TRUE(type);
     const TYPEATTR attributes = AttributesOf(*type.get());
     EXPECT_EQ(attributes.wTypeFlags, TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION |
                                          TYPEFLAG_FDISPATCHABLE | TYPEFLAG_FNONEXTENSIBLE);
