@@ -110,6 +110,8 @@ void Convert(From text, To& out) {
     out.resize(end + run);
     CopyAscii(text.substr(0, run), out.data() + end);
     text.remove_prefix(run);
+    // One allocation for the rest, which seldom becomes longer.
+    if (!text.empty()) out.reserve(out.size() + text.size());
     while (!text.empty() && static_cast<char32_t>(text[0]) >= 0x80) {
       AppendCodePoint(TakeCodePoint(text), out);
     }

@@ -1,6 +1,7 @@
 #include "common/bag_reader.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <numeric>
 
@@ -13,12 +14,19 @@ namespace {
 using automation::Currency;
 using automation::Variant;
 
+// Keys of one bag differ at their ends or in their lengths.
 size_t HashOf(std::string_view key) {
-  uint32_t mixed = static_cast<uint32_t>(key.size());
-  for (const char c : key.substr(key.size() - std::min<size_t>(key.size(), 8))) {
-    mixed = mixed * 37 + static_cast<unsigned char>(c);
+  constexpr uint32_t kFactor = 0x9E3779B1;  // 2^32 by the golden ratio: spreads to the top bits
+  uint32_t first = 0, last = 0;
+  if (key.size() >= sizeof first) {
+    std::memcpy(&first, key.data(), sizeof first);
+    std::memcpy(&last, key.data() + key.size() - sizeof last, sizeof last);
+  } else if (!key.empty()) {
+    first = static_cast<unsigned char>(key.front());
+    last = static_cast<unsigned char>(key.back());
   }
-  return mixed;
+  const auto size = static_cast<uint32_t>(key.size());
+  return ((first * 31 + last + size) * kFactor) >> 23;
 }
 
 template <class T>

@@ -50,11 +50,12 @@ class BagReader {
   // Which keys are among the few, by a hash of theirs: says for sure when one is not.
   class KeySet {
    public:
-    void Add(size_t hash) { words_[hash / 64 % 4] |= uint64_t{1} << (hash % 64); }
-    bool MayHave(size_t hash) const { return (words_[hash / 64 % 4] >> (hash % 64) & 1) != 0; }
+    // Hashes are below 512.
+    void Add(size_t hash) { words_[hash / 64] |= uint64_t{1} << (hash % 64); }
+    bool MayHave(size_t hash) const { return (words_[hash / 64] >> (hash % 64) & 1) != 0; }
 
    private:
-    uint64_t words_[4] = {};
+    uint64_t words_[8] = {};
   };
 
   const BagEntry* Find(std::string_view key);

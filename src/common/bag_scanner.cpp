@@ -223,7 +223,6 @@ bool BagScanner::ScanPlain(size_t start, BagEntry& entry) {
   if (end == kNowhere) return false;
   if (entry.tag != '0') ++start;
   entry.value = bytes_.substr(start, end - start);
-  if (depth_ > 0 && FindNear(entry.value, '^', 0) != kNowhere) return false;
   position_ = end + separator_.size();
   return true;
 }
@@ -233,7 +232,13 @@ bool BagScanner::AtSeparator(size_t at) const {
   return separator_.size() == 1 || bytes_.substr(at).starts_with(separator_);
 }
 
+// Where a value that is not a text ends. A nested one, whose separator is the customary one, has no
+// escapes.
 size_t BagScanner::FindSeparator(size_t from) const {
+  if (depth_ > 0) {
+    const size_t end = FindEither(bytes_, ':', '^', from);
+    return end < bytes_.size() && bytes_[end] == ':' ? end : kNowhere;
+  }
   while ((from = FindNear(bytes_, separator_[0], from)) != kNowhere && !AtSeparator(from)) ++from;
   return from;
 }

@@ -10,6 +10,7 @@
 
 #include "common/file_calls.h"
 #include "common/file_system.h"
+#include "common/read_to_end.h"
 #include "common/utility.h"
 
 namespace vndoc6::common {
@@ -209,19 +210,7 @@ std::optional<std::string> ReadWholeFile(TextView name) {
   const File file(SystemName(name), O_RDONLY | O_NONBLOCK);
   const auto status = file.RegularStatus();
   if (!status) return std::nullopt;
-  // One byte more than the file has: reading into it finds the end. A size may be untrue.
-  const auto expected = std::min(static_cast<size_t>(status->st_size), kLargestPiece);
-  std::string bytes(expected + 1, '\0');
-  size_t size = 0;
-  while (const auto count = file.Read(bytes.data() + size, bytes.size() - size)) {
-    if (*count == 0) {
-      bytes.resize(size);
-      return bytes;
-    }
-    size += *count;
-    if (size == bytes.size()) bytes.resize(2 * size);
-  }
-  return std::nullopt;
+  return ReadToEnd(file, static_cast<size_t>(status->st_size));
 }
 
 bool ReplaceFileWith(TextView name, std::string_view bytes) {

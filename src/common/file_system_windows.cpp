@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "common/file_system.h"
+#include "common/read_to_end.h"
 #include "common/utility.h"
 
 namespace vndoc6::common {
@@ -146,19 +147,7 @@ std::optional<std::string> ReadWholeFile(TextView name) {
                   FILE_FLAG_SEQUENTIAL_SCAN);
   LARGE_INTEGER length{};
   if (!file.IsRegular() || !::GetFileSizeEx(file.handle(), &length)) return std::nullopt;
-  // One byte more than the file has: reading into it finds the end.
-  const auto expected = std::min<int64_t>(length.QuadPart, static_cast<int64_t>(kLargestPiece));
-  std::string bytes(static_cast<size_t>(expected) + 1, '\0');
-  size_t size = 0;
-  while (const auto count = file.Read(bytes.data() + size, bytes.size() - size)) {
-    if (*count == 0) {
-      bytes.resize(size);
-      return bytes;
-    }
-    size += *count;
-    if (size == bytes.size()) bytes.resize(2 * size);
-  }
-  return std::nullopt;
+  return ReadToEnd(file, static_cast<size_t>(length.QuadPart));
 }
 
 bool ReplaceFileWith(TextView name, std::string_view bytes) {
