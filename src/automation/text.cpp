@@ -122,6 +122,19 @@ char16_t AsciiLowerUnit(char16_t unit) {
   return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
 }
 
+template <class To>
+To Folded(TextView text) {
+  // Nearly all keys are ASCII throughout.
+  const size_t run = AsciiRun(text);
+  To folded(run, {});
+  std::transform(
+      text.begin(), text.begin() + static_cast<std::ptrdiff_t>(run), folded.begin(),
+      [](char16_t unit) { return static_cast<typename To::value_type>(AsciiLowerUnit(unit)); });
+  text.remove_prefix(run);
+  while (!text.empty()) AppendCodePoint(FoldCodePoint(TakeCodePoint(text)), folded);
+  return folded;
+}
+
 }  // namespace
 
 void AppendUtf8(TextView text, std::string& out) { Convert(text, out); }
@@ -153,16 +166,8 @@ char32_t FoldCodePoint(char32_t code_point) {
   return folds ? code_point + static_cast<char32_t>(row->delta) : code_point;
 }
 
-Text FoldCase(TextView text) {
-  // Nearly all keys are ASCII throughout.
-  const size_t run = AsciiRun(text);
-  Text folded(run, u'\0');
-  std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(run), folded.begin(),
-                 AsciiLowerUnit);
-  text.remove_prefix(run);
-  while (!text.empty()) AppendCodePoint(FoldCodePoint(TakeCodePoint(text)), folded);
-  return folded;
-}
+Text FoldCase(TextView text) { return Folded<Text>(text); }
+std::string FoldedUtf8(TextView text) { return Folded<std::string>(text); }
 
 bool EqualsFolded(TextView left, TextView right) {
   while (!left.empty() && !right.empty()) {

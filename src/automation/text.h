@@ -25,6 +25,8 @@ void AppendFromUtf8(std::string_view bytes, Text& out);
 // Unicode simple case folding (CaseFolding.txt, status C and S), the same on every platform and
 // in every locale. Maps each code point to one code point.
 Text FoldCase(TextView text);
+// ToUtf8 of the same.
+std::string FoldedUtf8(TextView text);
 bool EqualsFolded(TextView left, TextView right);
 // FoldCase of one code point.
 char32_t FoldCodePoint(char32_t code_point);

@@ -1,6 +1,8 @@
 // Attachment: what a step's files and jumps have in common.
 #pragma once
 
+#include <utility>
+
 #include "common/bag_reader.h"
 #include "common/bag_writer.h"
 #include "core/document_events.h"
@@ -23,7 +25,7 @@ class Attachment : public StepMember {
   void SetFileName(const Text& psFileName);
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalSetKey(const Text& key) { key_ = key; }
+  void InternalSetKey(Text key) { key_ = std::move(key); }
   // Raises the class's own event in the document; 0 is the detail of an object that came or went.
   virtual void InternalReport(vnDocument& document, EnumVantrelChangeEvent type,
                               int32_t detail_id) = 0;

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -28,7 +30,7 @@ class KeyedStore {
 
   // False, and nothing changed, when the key is taken.
   bool Add(TextView key, T& member) {
-    Text folded = automation::FoldCase(key);
+    std::string folded = automation::FoldedUtf8(key);
     if (FindFolded(folded) != kNone) return false;
     entries_.push_back({automation::Owned<T>(&member), std::move(folded)});
     try {
@@ -41,7 +43,7 @@ class KeyedStore {
   }
 
   T* Find(TextView key) const {
-    const size_t index = FindFolded(automation::FoldCase(key));
+    const size_t index = FindFolded(automation::FoldedUtf8(key));
     return index != kNone ? entries_[index].member.get() : nullptr;
   }
   // A number is a 1-based position, a text a key; null for anything that names no member.
@@ -56,7 +58,7 @@ class KeyedStore {
     return index != kNone ? RemoveAt(index) : nullptr;
   }
   automation::Ref<T> Remove(TextView key) {
-    const size_t index = FindFolded(automation::FoldCase(key));
+    const size_t index = FindFolded(automation::FoldedUtf8(key));
     return index != kNone ? RemoveAt(index) : nullptr;
   }
   // Looks at every member.
@@ -90,18 +92,19 @@ class KeyedStore {
  private:
   struct Entry {
     automation::Owned<T> member;
-    Text key;  // folded
+    std::string key;  // folded, in the form that takes least memory
   };
   static constexpr size_t kNone = static_cast<size_t>(-1);
   // Up to here a look at every key is quicker than an index.
   static constexpr size_t kUnindexed = 8;
 
   size_t IndexOf(const automation::Variant& position_or_key) const {
-    if (const auto* key = position_or_key.If<Text>()) return FindFolded(automation::FoldCase(*key));
+    if (const auto* key = position_or_key.If<Text>())
+      return FindFolded(automation::FoldedUtf8(*key));
     return common::IndexOfPosition(position_or_key, entries_.size()).value_or(kNone);
   }
 
-  size_t FindFolded(TextView folded) const {
+  size_t FindFolded(std::string_view folded) const {
     if (slots_.empty()) {
       for (size_t i = 0; i < entries_.size(); ++i) {
         if (entries_[i].key == folded) return i;
@@ -125,8 +128,8 @@ class KeyedStore {
   }
 
   // The index is open addressing; a slot holds a position plus 1, or 0 when it is free.
-  size_t FirstSlot(TextView folded) const {
-    return std::hash<TextView>()(folded) & (slots_.size() - 1);
+  size_t FirstSlot(std::string_view folded) const {
+    return std::hash<std::string_view>()(folded) & (slots_.size() - 1);
   }
   size_t NextSlot(size_t slot) const { return (slot + 1) & (slots_.size() - 1); }
   size_t SlotOf(size_t index) const {

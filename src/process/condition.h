@@ -1,6 +1,8 @@
 // vnCondition: one named test of a link or a step. vnConditions: the tests of one of them.
 #pragma once
 
+#include <utility>
+
 #include "collections/collection.h"
 
 namespace vndoc6 {
@@ -35,7 +37,7 @@ class vnCondition : public Member {
   void Load(const Text& psLoad, const Text& psKey = {});
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalSetKey(const Text& key) { key_ = key; }
+  void InternalSetKey(Text key) { key_ = std::move(key); }
   void InternalWrite(common::BagWriter& writer) const;
   void InternalLoad(const common::KeptText& text, const Text& key);
   // Everything but the key and the owners. Reports nothing.

@@ -1,6 +1,8 @@
 // vnContainer: a named group on the chart. vnContainers: the groups of a document.
 #pragma once
 
+#include <utility>
+
 #include "collections/collection.h"
 #include "common/lazy.h"
 
@@ -42,7 +44,7 @@ class vnContainer : public Member {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetDocument(vnDocument* document) override;
-  void InternalSetKey(const Text& key) { key_ = key; }
+  void InternalSetKey(Text key) { key_ = std::move(key); }
   void InternalWrite(common::BagWriter& writer) const;
   void InternalLoad(const common::KeptText& text, const Text& key);
   // Everything but the key and the document, the figure's values included.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "collections/collection.h"
 
@@ -59,7 +60,7 @@ class vnLink : public Member {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetDocument(vnDocument* document) override;
-  void InternalSetKey(const vndoc6::Text& key) { key_ = key; }
+  void InternalSetKey(vndoc6::Text key) { key_ = std::move(key); }
   void InternalWrite(common::BagWriter& writer);
   void InternalLoad(const common::KeptText& text, const vndoc6::Text& key);
 

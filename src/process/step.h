@@ -142,7 +142,7 @@ class vnStep : public Member {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetDocument(vnDocument* document) override;
-  void InternalSetKey(const Text& key);
+  void InternalSetKey(Text key);
   vnSteps* InternalStepsOwner() const;
   void InternalSetStepsOwner(vnSteps* owner);
   void InternalSetFieldsObject(automation::Object* fields);

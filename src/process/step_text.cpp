@@ -1,6 +1,8 @@
 // vnStep's text: reading it when somebody asks, writing it, and copies of a step.
 #include "process/step.h"
 
+#include <utility>
+
 #include "common/bag_part.h"
 #include "common/bag_reader.h"
 #include "common/unchanged_text.h"
@@ -64,8 +66,8 @@ void vnStep::Load(const Text& psLoad, const Text& psKey) {
   InternalLoadFrom(KeptText(psLoad), psKey, false);
 }
 
-void vnStep::InternalSetKey(const Text& key) {
-  key_ = key;
+void vnStep::InternalSetKey(Text key) {
+  key_ = std::move(key);
   if (vnSteps* owner = owner_.get()) owner->InternalKeyChanged();
 }
 
@@ -78,7 +80,7 @@ void vnStep::InternalLoadFrom(const KeptText& text, const Text& key, bool check_
       InternalDocument()->InternalSteps().InternalStore().Find(TextView(loaded_key)) != nullptr) {
     loaded_key.clear();
   }
-  if (loaded_key != key_) InternalSetKey(loaded_key);
+  if (loaded_key != key_) InternalSetKey(std::move(loaded_key));
   if (step_index != step_index_) StoreStepIndex(step_index);
   if (content_) {
     // Somebody reads this step: what was built goes, but for PerformedBy, which stays and is what

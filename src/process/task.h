@@ -1,6 +1,8 @@
 // vnTask: one unit of work inside a step. vnTasks: the tasks of a step.
 #pragma once
 
+#include <utility>
+
 #include "collections/collection.h"
 #include "process/step_member.h"
 
@@ -41,7 +43,7 @@ class vnTask : public StepMember {
   void Load(const Text& psLoad, const Text& psKey = {});
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalSetKey(const Text& key) { key_ = key; }
+  void InternalSetKey(Text key) { key_ = std::move(key); }
   void InternalWrite(common::BagWriter& writer) const;
   void InternalLoad(const common::KeptText& text, const Text& key);
   // Everything but the key and the owners. Reports nothing.
