@@ -2,7 +2,7 @@
 
 declare -A packages=(
   [build]="g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev"
-  [test]="libgtest-dev libgmock-dev googletest"
+  [test]="libgtest-dev libgmock-dev googletest zsh"
   [browser]="chromium"
   [lint]="clang clang-format clang-tidy libclang-rt-14-dev"
   [analyse]="cppcheck"

@@ -58,6 +58,9 @@ struct Context {
 // The document of a file, with the passwords of the context or of a prompt. Throws Failure when it
 // can't be loaded. Write access is asked for when `to_write` is set.
 Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write = false);
+// Puts the document's temporary save in its place, in the same way. When that fails, both are as
+// they were.
+void TakeTempSave(Context& context, const std::string& file);
 // Gives write access when the context's write password is the document's.
 void UseWritePassword(const Context& context, vnDocument& document);
 // Saves under the document's own name, or under another. Throws Failure when that is not possible;

@@ -1,6 +1,7 @@
 // Documents and other files, as all commands load and write them.
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -9,6 +10,7 @@
 #include "automation/error.h"
 #include "command.h"
 #include "common/file_system.h"
+#include "core/temp_save.h"
 #include "progress.h"
 #include "terminal.h"
 
@@ -17,6 +19,7 @@ namespace vndoc {
 using vndoc6::automation::Error;
 using vndoc6::automation::FromUtf8;
 using vndoc6::automation::Make;
+using vndoc6::automation::ToUtf8;
 
 namespace {
 
@@ -48,6 +51,8 @@ class Outcome : public vndoc6::DocumentListener {
   void LoadVersionError(int32_t elFileVersion, float, int32_t) override {
     file_version_ = elFileVersion;
   }
+  void SaveComplete() override { saved_ = true; }
+  bool saved() const { return saved_; }
   int32_t load_failed() const { return load_failed_; }
   int32_t file_version() const { return file_version_; }
 
@@ -55,21 +60,26 @@ class Outcome : public vndoc6::DocumentListener {
   vnDocument& document_;
   int32_t load_failed_ = 0;
   int32_t file_version_ = 0;
+  bool saved_ = false;
 };
 
 enum class Loaded { kYes, kWrongPassword };
 
-Loaded TryLoad(Context& context, vnDocument& document, const std::string& file,
-               const std::string& password) {
+// vnDocument::Load or LoadTempSave.
+using LoadFunction = bool (vnDocument::*)(const Text& file, const Text& password);
+
+Loaded TryLoad(Context& context, vnDocument& document, LoadFunction load, const std::string& file,
+               const std::string& password, bool* saved) {
   const Outcome outcome(document);
   const Progress progress(context, document, "Loading " + file);
   bool loaded = false;
   try {
-    loaded = document.Load(FromUtf8(file), FromUtf8(password));
+    loaded = (document.*load)(FromUtf8(file), FromUtf8(password));
   } catch (const Error& error) {
     if (error.number() != vndoc6::automation::kCannotCreateObject) throw;
     throw Failure(file + ": not a document, or one of an older format");
   }
+  if (saved != nullptr) *saved = outcome.saved();
   if (loaded) {
     if (outcome.load_failed() == kNewerDocumentVersion &&
         !std::exchange(context.said[file].newer_version, true)) {
@@ -105,27 +115,76 @@ void RequireWriteAccess(Context& context, vnDocument& document, const std::strin
                                                : ": needs its write password to be changed"));
 }
 
-void RequireSaved(bool saved, const std::string& file) {
-  if (!saved) throw Failure(file + ": can't be written; it is as it was");
+// A save that fails leaves the file whole: there is nothing to recover from its temporary save.
+void RequireSaved(bool saved, const vnDocument& document, const std::string& file) {
+  if (saved) return;
+  document.TempSaveClear();
+  throw Failure(file + ": can't be written; it is as it was");
 }
+
+// `saved` tells whether the document was saved in passing.
+Ref<vnDocument> LoadBy(Context& context, LoadFunction load, const std::string& file,
+                       bool* saved = nullptr) {
+  RequireReadable(file);
+  auto document = Make<vnDocument>();
+  const std::string given = context.password.value_or("");
+  if (TryLoad(context, *document, load, file, given, saved) == Loaded::kYes) return document;
+  if (context.password) throw Failure(file + ": wrong password");
+  const auto answer = Ask(context, "Password for " + file + ": ", context.said[file].password);
+  if (!answer) throw Failure(file + ": needs its password");
+  // A document is loaded once, whether that succeeds or not.
+  document = Make<vnDocument>();
+  if (TryLoad(context, *document, load, file, *answer, saved) == Loaded::kYes) return document;
+  throw Failure(file + ": wrong password");
+}
+
+// A file that is there again at the end, unless it is let go: saving replaces a temporary save by
+// one of its own, and may fail then.
+class KeptFile {
+ public:
+  explicit KeptFile(const std::string& file) : file_(file), kept_(file + ".kept") {
+    RequireReadable(file);
+    std::error_code error;
+    std::filesystem::remove(kept_, error);
+    // Needs no room on a disk that may be full.
+    std::filesystem::create_hard_link(file_, kept_, error);
+    if (error) std::filesystem::copy_file(file_, kept_, error);
+    if (error) throw Failure(file + ": can't be kept: " + error.message());
+  }
+  ~KeptFile() {
+    std::error_code nothing_else_to_do;
+    if (let_go_) {
+      std::filesystem::remove(kept_, nothing_else_to_do);
+    } else {
+      std::filesystem::rename(kept_, file_, nothing_else_to_do);
+    }
+  }
+  KeptFile(const KeptFile&) = delete;
+  KeptFile& operator=(const KeptFile&) = delete;
+  void LetGo() { let_go_ = true; }
+
+ private:
+  std::filesystem::path file_, kept_;
+  bool let_go_ = false;
+};
 
 }  // namespace
 
 Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write) {
-  RequireReadable(file);
-  auto document = Make<vnDocument>();
-  if (TryLoad(context, *document, file, context.password.value_or("")) == Loaded::kWrongPassword) {
-    if (context.password) throw Failure(file + ": wrong password");
-    const auto answer = Ask(context, "Password for " + file + ": ", context.said[file].password);
-    if (!answer) throw Failure(file + ": needs its password");
-    // A document is loaded once, whether that succeeds or not.
-    document = Make<vnDocument>();
-    if (TryLoad(context, *document, file, *answer) == Loaded::kWrongPassword) {
-      throw Failure(file + ": wrong password");
-    }
-  }
+  auto document = LoadBy(context, &vnDocument::Load, file);
   if (to_write) RequireWriteAccess(context, *document, file);
   return document;
+}
+
+void TakeTempSave(Context& context, const std::string& file) {
+  KeptFile temp_save(ToUtf8(vndoc6::TempSaveName(FromUtf8(file))));
+  bool saved = false;
+  const auto document = LoadBy(context, &vnDocument::LoadTempSave, file, &saved);
+  if (!saved) {
+    RequireWriteAccess(context, *document, file);
+    Save(context, *document);
+  }
+  temp_save.LetGo();
 }
 
 // The load has tried the password that opened it, which may be the write password as well.
@@ -135,14 +194,14 @@ void UseWritePassword(const Context& context, vnDocument& document) {
 }
 
 void Save(Context& context, vnDocument& document) {
-  const std::string file = vndoc6::automation::ToUtf8(document.FileName());
+  const std::string file = ToUtf8(document.FileName());
   const Progress progress(context, document, "Saving " + file);
-  RequireSaved(document.Save(), file);
+  RequireSaved(document.Save(), document, file);
 }
 
 void SaveAs(Context& context, vnDocument& document, const std::string& file) {
   const Progress progress(context, document, "Saving " + file);
-  RequireSaved(document.SaveAs(FromUtf8(file)), file);
+  RequireSaved(document.SaveAs(FromUtf8(file)), document, file);
 }
 
 std::string ReadBytes(Context& context, const std::string& file) {

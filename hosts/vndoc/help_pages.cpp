@@ -1,4 +1,5 @@
 // Shell completion and the manual page, made from the same commands and options as --help.
+#include <algorithm>
 #include <memory>
 #include <ostream>
 
@@ -11,14 +12,34 @@ std::vector<const CLI::App*> CommandsOf(const CLI::App& app) {
   return app.get_subcommands([](const CLI::App* command) { return !command->get_group().empty(); });
 }
 
-// "--json --help": what can be typed after a dash.
+// "--json --help": what can be typed after a dash, in front of the command or behind it.
 std::string OptionNames(const CLI::App& app) {
-  std::string names;
-  for (const CLI::Option* option : app.get_options()) {
-    for (const std::string& name : option->get_lnames()) names += " --" + name;
-    for (const std::string& name : option->get_snames()) names += " -" + name;
+  std::vector<std::string> names;
+  for (const CLI::App* level = &app; level != nullptr; level = level->get_parent()) {
+    for (const CLI::Option* option : level->get_options()) {
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+      for (const std::string& name : option->get_snames()) names.push_back("-" + name);
+    }
   }
-  return names.empty() ? names : names.substr(1);
+  std::string line;
+  for (auto name = names.begin(); name != names.end(); ++name) {
+    if (std::find(names.begin(), name, *name) == name) line += ' ' + *name;
+  }
+  return line.empty() ? line : line.substr(1);
+}
+
+// What can be typed in place of a file: the values that an argument is restricted to, which are
+// part of its type's name, "TEXT:{bash,zsh}".
+std::string Words(const CLI::App& app) {
+  std::string words;
+  for (const CLI::Option* option : app.get_options()) {
+    const std::string type = option->get_type_name();
+    const size_t open = type.find('{');
+    if (!option->get_positional() || open == type.npos) continue;
+    words += ' ' + type.substr(open + 1, type.find('}', open) - open - 1);
+  }
+  std::replace(words.begin(), words.end(), ',', ' ');
+  return words.empty() ? words : words.substr(1);
 }
 
 std::string CommandNames(const CLI::App& app) {
@@ -29,8 +50,10 @@ std::string CommandNames(const CLI::App& app) {
 
 void WriteCases(const CLI::App& app, std::ostream& out) {
   for (const CLI::App* command : CommandsOf(app)) {
-    out << "    " << command->get_name() << ") options=\"" << OptionNames(*command) << ' '
-        << OptionNames(app) << "\" ;;\n";
+    out << "    " << command->get_name() << ") options=\"" << OptionNames(*command) << '"';
+    const std::string words = Words(*command);
+    if (!words.empty()) out << " values=\"" << words << '"';
+    out << " ;;\n";
   }
   out << "    *) options=\"" << OptionNames(app) << "\" ;;\n  esac\n";
 }
@@ -38,7 +61,7 @@ void WriteCases(const CLI::App& app, std::ostream& out) {
 void WriteBash(const CLI::App& app, std::ostream& out) {
   out << "# bash completion for vndoc: source <(vndoc completion bash)\n"
          "_vndoc() {\n"
-         "  local word=${COMP_WORDS[COMP_CWORD]} options\n"
+         "  local word=${COMP_WORDS[COMP_CWORD]} options values=\n"
          "  if [[ $COMP_CWORD -eq 1 && $word != -* ]]; then\n"
          "    mapfile -t COMPREPLY < <(compgen -W \""
       << CommandNames(app)
@@ -50,7 +73,8 @@ void WriteBash(const CLI::App& app, std::ostream& out) {
   out << "  if [[ $word == -* ]]; then\n"
          "    mapfile -t COMPREPLY < <(compgen -W \"$options\" -- \"$word\")\n"
          "  else\n"
-         "    mapfile -t COMPREPLY < <(compgen -f -- \"$word\")\n"
+         "    mapfile -t COMPREPLY < <(compgen -W \"$values\" -- \"$word\"; compgen -f -- "
+         "\"$word\")\n"
          "  fi\n"
          "}\n"
          "complete -o filenames -F _vndoc vndoc\n";
@@ -60,7 +84,7 @@ void WriteZsh(const CLI::App& app, std::ostream& out) {
   out << "#compdef vndoc\n"
          "# zsh completion for vndoc: source <(vndoc completion zsh)\n"
          "_vndoc() {\n"
-         "  local options\n"
+         "  local options values=\n"
          "  if [[ $CURRENT -eq 2 && $PREFIX != -* ]]; then\n"
          "    compadd -- "
       << CommandNames(app)
@@ -72,10 +96,12 @@ void WriteZsh(const CLI::App& app, std::ostream& out) {
   out << "  if [[ $PREFIX == -* ]]; then\n"
          "    compadd -- ${=options}\n"
          "  else\n"
+         "    compadd -- ${=values}\n"
          "    _files\n"
          "  fi\n"
          "}\n"
-         "compdef _vndoc vndoc\n";
+         // In a file of the function path it is called at once; sourced, it is only made known.
+         "if [[ $funcstack[1] == _vndoc ]]; then _vndoc \"$@\"; else compdef _vndoc vndoc; fi\n";
 }
 
 // A text as roff takes it: nothing in it is a command.

@@ -26,14 +26,6 @@ struct RecoverOptions {
 
 constexpr int32_t kTempSaveIsNewer = 2;
 
-void TakeTempSave(Context& context, const RecoverOptions& options) {
-  const auto document = Make<vnDocument>();
-  if (!document->LoadTempSave(FromUtf8(options.file), FromUtf8(context.password.value_or("")))) {
-    throw Failure(options.file + ": its temporary save can't be loaded");
-  }
-  context.out << options.file << ": is now what its temporary save was\n";
-}
-
 // The file's text, closed where it breaks off inside of `depth` texts.
 std::string Closed(const std::string& bytes, int depth) {
   std::string closed = bytes;
@@ -124,7 +116,11 @@ void SalvageTo(Context& context, const RecoverOptions& options) {
 }
 
 void Recover(Context& context, const RecoverOptions& options) {
-  if (options.temp_save) return TakeTempSave(context, options);
+  if (options.temp_save) {
+    TakeTempSave(context, options.file);
+    context.out << options.file << ": is now what its temporary save was\n";
+    return;
+  }
   if (!options.output.empty()) return SalvageTo(context, options);
   if (Make<vnDocument>()->TempSaveTest(FromUtf8(options.file)) == kTempSaveIsNewer) {
     context.out << options.file

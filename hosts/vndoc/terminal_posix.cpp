@@ -2,10 +2,39 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <csignal>
+
 #include "terminal.h"
 
 namespace vndoc {
 namespace {
+
+// What interrupts a question. The terminal is to show again what is typed before they take effect.
+constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP};
+
+volatile std::sig_atomic_t caught = 0;
+
+extern "C" void Catch(int signal) { caught = signal; }
+
+// Holds those signals back; what came is raised at the end.
+class SignalsHeldBack {
+ public:
+  SignalsHeldBack() {
+    struct sigaction action {};
+    action.sa_handler = Catch;  // without SA_RESTART: a read ends
+    caught = 0;
+    for (size_t i = 0; i < std::size(kSignals); ++i) sigaction(kSignals[i], &action, &before_[i]);
+  }
+  ~SignalsHeldBack() {
+    for (size_t i = 0; i < std::size(kSignals); ++i) sigaction(kSignals[i], &before_[i], nullptr);
+    if (caught != 0) raise(caught);
+  }
+  SignalsHeldBack(const SignalsHeldBack&) = delete;
+  SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
+
+ private:
+  struct sigaction before_[std::size(kSignals)];
+};
 
 // The controlling terminal with its echo off; what it was before comes back at the end.
 class SilentTerminal {
@@ -31,7 +60,7 @@ class SilentTerminal {
   std::optional<std::string> ReadLine() const {
     std::string line;
     char c = 0;
-    while (read(file_, &c, 1) == 1) {
+    while (caught == 0 && read(file_, &c, 1) == 1) {
       if (c == '\n') return line;
       line += c;
     }
@@ -49,6 +78,7 @@ class SilentTerminal {
 bool ErrorsGoToTerminal() { return isatty(STDERR_FILENO) == 1; }
 
 std::optional<std::string> AskPassword(const std::string& question) {
+  const SignalsHeldBack held_back;
   const SilentTerminal terminal;
   if (!terminal.silent() || !terminal.Write(question)) return std::nullopt;
   return terminal.ReadLine();

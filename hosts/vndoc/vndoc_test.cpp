@@ -254,6 +254,25 @@ TEST_F(VndocTest, RecoverSalvagesAFileThatBreaksOff) {
   EXPECT_FALSE(std::filesystem::exists(File("none.vn6")));
 }
 
+TEST_F(VndocTest, RecoverOffersTheNewerTemporarySaveAndTakesIt) {
+  const std::string file = Document("Older\n");
+  EXPECT_THAT(Vndoc({"recover", file}).out, HasSubstr("no newer temporary save; -o FILE"));
+  std::filesystem::copy_file(Document("Newer\n", "newer.vn6"), File("plan.~vnc"));
+  std::filesystem::last_write_time(
+      File("plan.~vnc"), std::filesystem::last_write_time(file) + std::chrono::seconds(1));
+  const Outcome offered = Vndoc({"recover", file});
+  EXPECT_EQ(offered.status, kDone);
+  EXPECT_THAT(offered.out, HasSubstr("--temp-save takes what was saved before it"));
+  EXPECT_EQ(Get(file, "Steps/1/Label"), "Older\n") << "an offer changes nothing";
+  const Outcome taken = Vndoc({"recover", "--temp-save", file});
+  EXPECT_EQ(taken.status, kDone) << taken.err;
+  EXPECT_EQ(Get(file, "Steps/1/Label"), "Newer\n");
+  EXPECT_FALSE(std::filesystem::exists(File("plan.~vnc")));
+  const Outcome again = Vndoc({"recover", "--temp-save", file});
+  EXPECT_EQ(again.status, kFailed);
+  EXPECT_THAT(again.err, HasSubstr("plan.~vnc: No such file"));
+}
+
 // Step 5 of 20 with one byte damaged: the others stay, whatever the byte meant.
 TEST_F(VndocTest, RecoverKeepsWhatStandsBehindTheDamage) {
   std::string outline;
