@@ -15,6 +15,7 @@
 
 #include "bench/document_side.h"
 #include "bench/json_side.h"
+#include "bench/protobuf_side.h"
 #include "bench/sqlite_side.h"
 #include "bench/xml_side.h"
 #include "common/file_system.h"
@@ -107,6 +108,7 @@ Measured Prepare(size_t steps) {
     WriteBytes(XmlFileOf(steps, form), XmlBytes(xml));
   }
   WriteBytes(FileOf(steps, ".json"), JsonBytes(content));
+  WriteBytes(FileOf(steps, ".protobuf"), ProtobufContent(content).Bytes());
   WriteDatabase(FileOf(steps, ".db"), content);
   return {};
 }
@@ -137,6 +139,13 @@ Measured ReadJson(size_t steps) {
     return bytes;
   });
 }
+Measured ReadProtobuf(size_t steps) {
+  return Time([=] {
+    auto content = std::make_unique<ProtobufContent>(ReadBytes(FileOf(steps, ".protobuf")));
+    Check(content->Walk() != 0, "nothing was read");
+    return content;
+  });
+}
 Measured ReadSqlite(size_t steps) {
   return Time([=] {
     const size_t sum = ReadDatabase(FileOf(steps, ".db"));
@@ -165,6 +174,11 @@ Measured SaveChangedXml(size_t steps) {
   const auto document = LoadXml(steps, form);
   ChangeXml(*document, form);
   return Time([&] { return XmlBytes(*document); });
+}
+
+Measured SaveProtobuf(size_t steps) {
+  const ProtobufContent content(ReadBytes(FileOf(steps, ".protobuf")));
+  return Time([&] { return content.Bytes(); });
 }
 
 Measured SaveDurably(size_t steps, const char* ending) {
@@ -231,6 +245,9 @@ template <XmlForm form>
 Measured XmlFileSize(size_t steps) {
   return {0, std::filesystem::file_size(XmlFileOf(steps, form))};
 }
+Measured ProtobufFileSize(size_t steps) {
+  return {0, std::filesystem::file_size(FileOf(steps, ".protobuf"))};
+}
 Measured OwnCharactersInFile(size_t steps) {
   return {0, OwnCharacters(ReadBytes(FileOf(steps, ".vn6")))};
 }
@@ -245,6 +262,7 @@ const std::map<std::string, Measured (*)(size_t)>& Measurements() {
       {"read-pugixml", &ReadXmlStructs<kElements>},
       {"read-attributes", &ReadXmlStructs<kAttributes>},
       {"read-rapidjson", &ReadJson},
+      {"read-protobuf", &ReadProtobuf},
       {"read-sqlite", &ReadSqlite},
       {"save-kept", &SaveKeptOurs},
       {"save-pugixml", &SaveXml<kElements>},
@@ -252,6 +270,7 @@ const std::map<std::string, Measured (*)(size_t)>& Measurements() {
       {"save-changed", &SaveChangedOurs},
       {"save-changed-pugixml", &SaveChangedXml<kElements>},
       {"save-changed-attributes", &SaveChangedXml<kAttributes>},
+      {"save-protobuf", &SaveProtobuf},
       {"save-new-file", &SaveAsNewFile},
       {"save-over-file", &SaveOverFile},
       {"write-and-flush", &WriteAndFlush},
@@ -263,6 +282,7 @@ const std::map<std::string, Measured (*)(size_t)>& Measurements() {
       {"file-size", &FileSize},
       {"file-size-pugixml", &XmlFileSize<kElements>},
       {"file-size-attributes", &XmlFileSize<kAttributes>},
+      {"file-size-protobuf", &ProtobufFileSize},
       {"own-characters", &OwnCharactersInFile},
   };
   return measurements;

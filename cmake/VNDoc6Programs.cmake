@@ -95,14 +95,22 @@ function(vndoc6_benchmarks)
   find_package(pugixml QUIET)
   find_package(RapidJSON QUIET)
   find_package(SQLite3 QUIET)
+  find_package(Protobuf QUIET)
   if(NOT sources OR NOT benchmark_FOUND OR NOT pugixml_FOUND OR NOT RapidJSON_FOUND
-     OR NOT SQLite3_FOUND)
+     OR NOT SQLite3_FOUND OR NOT Protobuf_FOUND)
     return()
   endif()
+  # A library of its own, since what is generated does not follow our rules.
+  add_library(vndoc6_bench_protobuf STATIC EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/bench/content.proto)
+  protobuf_generate(TARGET vndoc6_bench_protobuf IMPORT_DIRS ${PROJECT_SOURCE_DIR}/bench)
+  target_compile_options(vndoc6_bench_protobuf PRIVATE -w)
+  target_include_directories(vndoc6_bench_protobuf SYSTEM PUBLIC ${PROJECT_BINARY_DIR})
+  target_link_libraries(vndoc6_bench_protobuf PUBLIC protobuf::libprotobuf)
   vndoc6_program(vndoc6_bench ${sources})
   target_include_directories(vndoc6_bench PRIVATE ${PROJECT_SOURCE_DIR})
   target_include_directories(vndoc6_bench SYSTEM PRIVATE ${RAPIDJSON_INCLUDE_DIRS})
-  target_link_libraries(vndoc6_bench PRIVATE benchmark::benchmark pugixml::pugixml SQLite::SQLite3)
+  target_link_libraries(vndoc6_bench PRIVATE benchmark::benchmark pugixml::pugixml SQLite::SQLite3
+                        vndoc6_bench_protobuf)
 endfunction()
 
 # The command-line host: all but its process is a library, so that its tests can run it.

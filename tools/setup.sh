@@ -6,7 +6,7 @@ declare -A packages=(
   [browser]="chromium"
   [lint]="clang clang-format clang-tidy libclang-rt-14-dev"
   [analyse]="cppcheck"
-  [bench]="libbenchmark-dev libpugixml-dev rapidjson-dev libsqlite3-dev"
+  [bench]="libbenchmark-dev libpugixml-dev rapidjson-dev libsqlite3-dev libprotobuf-dev protobuf-compiler"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools
              libwine-dev wine64 fonts-wine googletest"
   [wine32]="debootstrap"
