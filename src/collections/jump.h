@@ -14,6 +14,7 @@ class vnJump : public Attachment {
   // The document named by FileName, loaded on the first read; Nothing, tried again on the next
   // read, when there is no such file or it can't be loaded. The document once opened stays the
   // same, whatever FileName becomes. A jump to its own document gives a second instance of it.
+  // A host that adds the jump to the document it opened keeps both alive until it removes it.
   automation::Ref<vnDocument> JumpDocument();
   // The target as a process of the host's; 0 for none. Setting it reports nothing.
   int32_t ProcessID() const { return process_id_; }
