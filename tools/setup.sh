@@ -5,6 +5,7 @@ declare -A packages=(
   [test]="libgtest-dev libgmock-dev googletest zsh"
   [browser]="chromium"
   [lint]="clang clang-format clang-tidy libclang-rt-14-dev"
+  [coverage]="llvm"
   [analyse]="cppcheck"
   [bench]="libbenchmark-dev libpugixml-dev rapidjson-dev libsqlite3-dev libprotobuf-dev protobuf-compiler"
   [windows]="g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools
