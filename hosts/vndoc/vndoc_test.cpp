@@ -313,6 +313,18 @@ TEST_F(VndocTest, RecoverKeepsWhatStandsBehindTheDamage) {
   }
 }
 
+TEST_F(VndocTest, RecoverClosesPartsThatLostTheirEnd) {
+  const std::string file = Document("A\nB\n");
+  const std::string bytes = Bytes("plan.vn6");
+  for (size_t end = bytes.find(":IR="); (end = bytes.find("\":", end)) != bytes.npos; ++end) {
+    std::string damaged = bytes;
+    damaged[end] = 'x';
+    folder_.Write("plan.vn6", damaged);
+    Vndoc({"recover", file, "-o", File("new.vn6")});
+    EXPECT_EQ(Get(File("new.vn6"), "Steps/2/Label"), "B\n") << damaged.substr(end - 20, 40);
+  }
+}
+
 TEST_F(VndocTest, DiffEndsAsDiffDoes) {
   const std::string left = Document(kOutline, "left.vn6");
   std::filesystem::copy_file(left, File("right.vn6"));
@@ -324,13 +336,33 @@ TEST_F(VndocTest, DiffEndsAsDiffDoes) {
   EXPECT_EQ(Vndoc({"diff", left, File("none.vn6")}).status, kFailed);
 }
 
+TEST_F(VndocTest, FromJsonMakesWhatOnlyOtherObjectsCanSupply) {
+  const Outcome made = Vndoc({"from-json", "-", File("made.vn6")}, R"({
+      "Details": {"Revision": 3},
+      "Properties": [{"Key": "Titles Handler", "Value": "Host.Titles"}],
+      "RevisionHistory": [{"Revision": 1.5, "RevisionDate": "2026-03-01", "IR": 3, "Reason": "a"},
+                          {"Revision": 2, "RevisionDate": "2026-03-02", "IR": 4, "Reason": "b"}],
+      "Steps": [{"Label": "A", "PerformedBy": [{"Ref": "t1", "DisplayName": "Clerk"}]}]})");
+  EXPECT_EQ(made.status, kDone) << made.err;
+  const auto get = [&](const char* path) { return Get(File("made.vn6"), path); };
+  EXPECT_EQ(get("Steps/1/PerformedBy/1/Ref"), "t1\n");
+  EXPECT_EQ(get("Steps/1/PerformedBy/1/DisplayName"), "Clerk\n");
+  EXPECT_EQ(get("RevisionHistory/1/Revision"), "1.5\n");
+  EXPECT_EQ(get("RevisionHistory/1/IR"), "3\n");
+  EXPECT_EQ(get("RevisionHistory/2/RevisionDate"), "2026-03-02\n");
+  EXPECT_EQ(get("Details/Revision"), "3\n");
+}
+
 TEST_F(VndocTest, FromJsonRefusesWhatIsNoDocument) {
   for (const auto& [json, why] : std::vector<std::pair<std::string, std::string>>{
            {"{", "not JSON, at byte 2"},
            {"[]", "an object is expected"},
            {R"({"Stebs": []})", "vnDocument has no Stebs"},
            {R"({"Steps": [{"Label": {"Nope": 1}}]})", "Steps/1/Label/not a value"},
-           {R"({"Steps": [{"StepIndex": "x"}]})", "Steps/1/StepIndex: Type mismatch."}}) {
+           {R"({"Steps": [{"StepIndex": "x"}]})", "Steps/1/StepIndex: Type mismatch."},
+           {R"({"Chart": {"Font": {"Size": "x"}}})", "Font/Size/not an amount: x"},
+           {R"({"Steps": [{"Figure": {"Left": "x"}}]})",
+            "Steps/1/Figure/Left/not a value: \"x\""}}) {
     const Outcome outcome = Vndoc({"from-json", "-", File("made.vn6")}, json);
     EXPECT_EQ(outcome.status, kFailed);
     EXPECT_THAT(outcome.err, HasSubstr(why));

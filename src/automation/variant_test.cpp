@@ -1,0 +1,68 @@
+#include "automation/variant.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+#include <optional>
+
+#include "automation/error.h"
+
+namespace vndoc6::automation {
+namespace {
+
+// The error that a conversion ends with; nothing when it succeeds.
+std::optional<int32_t> ErrorOf(const std::function<void()>& convert) {
+  try {
+    convert();
+    return std::nullopt;
+  } catch (const Error& error) {
+    return error.number();
+  }
+}
+
+TEST(Variant, DatesAreTextsInTheFormThatNoLocaleChanges) {
+  for (const auto& [days, text] : std::initializer_list<std::pair<double, TextView>>{
+           {0, u"1899-12-30"},
+           {46082, u"2026-03-01"},
+           {46082.604166666664, u"2026-03-01 14:30:00"},
+           {-1.25, u"1899-12-29 06:00:00"},
+           // Less than half a second before midnight is the next day, before 1899 too.
+           {45999.999999, u"2025-12-09"},
+           {-5.999999, u"1899-12-26"},
+           {9999999, u"29279-01-23"},
+       }) {
+    EXPECT_EQ(Variant(Date{days}).ToText(), text) << days;
+    EXPECT_EQ(Variant(Variant(text).ToDate()).ToText(), text) << days;
+  }
+  EXPECT_EQ(Variant(u"2026-03-01T14:30:00").ToDate().days, 46082.604166666664);
+  EXPECT_EQ(Variant(u"46082.5").ToDate().days, 46082.5);
+  EXPECT_EQ(ErrorOf([] { Variant(Date{1e7}).ToText(); }), kOverflow);
+}
+
+TEST(Variant, TextsThatAreNoDatesMismatch) {
+  for (const TextView text :
+       {u"2026-13-01", u"2026-00-01", u"2026-03-00", u"2026-03-32", u"2026-03-01x", u"2026-03-01 ",
+        u"2026-03-01 14", u"2026-03-01 24:00:00", u"2026-03-01 14:60:00", u"2026-03-01 14:30:00x",
+        u"2026-03", u""}) {
+    EXPECT_EQ(ErrorOf([&] { Variant(text).ToDate(); }), kTypeMismatch) << ToUtf8(text);
+  }
+}
+
+TEST(Variant, NumbersRoundHalfToEvenAndOverflow) {
+  for (const auto& [from, to] : std::initializer_list<std::pair<double, int16_t>>{
+           {0.5, 0}, {1.5, 2}, {-2.5, -2}, {32767.4, 32767}, {-32768.5, -32768}}) {
+    EXPECT_EQ(Variant(from).ToShort(), to) << from;
+    EXPECT_EQ(Variant(from).ToLong(), to) << from;
+  }
+  EXPECT_EQ(Variant(int16_t{7}).ToShort(), 7);
+  constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+  for (const double out : {32767.5, -32769.0, kNan}) {
+    EXPECT_EQ(ErrorOf([&] { Variant(out).ToShort(); }), kOverflow) << out;
+  }
+  EXPECT_EQ(Variant(1e38).ToSingle(), 1e38F);
+  EXPECT_EQ(ErrorOf([] { Variant(1e39).ToSingle(); }), kOverflow);
+}
+
+}  // namespace
+}  // namespace vndoc6::automation
