@@ -88,6 +88,11 @@ check_tour() {
     diff "tests/windows/$1.txt" <(tr -d '\r' <build/tour/said)
 }
 
+# shellcheck source=/dev/null
+check_vndoc_exe() {
+  source tests/vndoc/windows_test.sh && windows_test build/vndoc-windows
+}
+
 # The README's script, as the archive has it. It saves into the folder that it is run from.
 check_readme_script() {
   wine_start && wine_register && wine_script build/win64/order.vbs && rm order.vn6
@@ -129,6 +134,7 @@ test_under_wine() {
   check "tour: VBScript" check_tour tour.vbs
   check "tour: JScript" check_tour tour.js
   check "README: script example" check_readme_script
+  check "vndoc.exe" check_vndoc_exe
   check "64-bit archive" check_package win64
   check "32-bit build" build win32 && test_32_bit
   wine_stop

@@ -30,7 +30,7 @@ std::string SystemError() { return std::strerror(errno != 0 ? errno : EIO); }
 // A file that can't be read would count as an old, empty one: say what is wrong with it instead.
 void RequireReadable(const std::string& file) {
   errno = 0;
-  std::ifstream stream(file, std::ios::binary);
+  std::ifstream stream(std::filesystem::path(FromUtf8(file)), std::ios::binary);
   char first = 0;
   if (!stream) throw Failure(file + ": " + SystemError());
   stream.get(first);
@@ -142,7 +142,8 @@ Ref<vnDocument> LoadBy(Context& context, LoadFunction load, const std::string& f
 // one of its own, and may fail then.
 class KeptFile {
  public:
-  explicit KeptFile(const std::string& file) : file_(file), kept_(file + ".kept") {
+  explicit KeptFile(const std::string& file)
+      : file_(FromUtf8(file)), kept_(FromUtf8(file + ".kept")) {
     RequireReadable(file);
     std::error_code error;
     std::filesystem::remove(kept_, error);

@@ -1,19 +1,13 @@
-#include <csignal>
 #include <iostream>
 
 #include "command.h"
 #include "terminal.h"
 
 int main(int argc, char** argv) {
-#ifdef SIGPIPE
-  // A reader that went away is an error of writing like any other.
-  std::signal(SIGPIPE, SIG_IGN);
-#endif
-#ifdef SIGXFSZ
-  // So is a file that grows beyond its limit.
-  std::signal(SIGXFSZ, SIG_IGN);
-#endif
-  std::ios::sync_with_stdio(false);
+  const std::vector<std::string> words = vndoc::CommandLine(argc, argv);
+  std::vector<const char*> arguments;
+  for (const std::string& word : words) arguments.push_back(word.c_str());
+  vndoc::PrepareStreams();
   vndoc::Context context{std::cin, std::cout, std::cerr, vndoc::ErrorsGoToTerminal(), {}, {}};
-  return vndoc::Run(argc, argv, context);
+  return vndoc::Run(static_cast<int>(arguments.size()), arguments.data(), context);
 }

@@ -11,7 +11,8 @@ ScratchFolder::ScratchFolder() {
   try {
     path_ = fs::temp_directory_path() /
             ("vndoc " + vndoc6::automation::ToUtf8(vndoc6::common::NewKey()));
-    if (!fs::create_directory(path_)) throw Failure(path_.string() + ": is there already");
+    if (!fs::create_directory(path_))
+      throw Failure("a folder for temporary files is there already");
     fs::permissions(path_, fs::perms::owner_all);
   } catch (const fs::filesystem_error& error) {
     throw Failure("no folder for temporary files: " + error.code().message());

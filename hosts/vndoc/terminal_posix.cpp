@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <iostream>
+#include <iterator>
 
 #include "terminal.h"
 
@@ -74,6 +76,14 @@ class SilentTerminal {
 };
 
 }  // namespace
+
+std::vector<std::string> CommandLine(int argc, char** argv) { return {argv, argv + argc}; }
+
+void PrepareStreams() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+  std::ios::sync_with_stdio(false);
+}
 
 bool ErrorsGoToTerminal() { return isatty(STDERR_FILENO) == 1; }
 
