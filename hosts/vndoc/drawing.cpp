@@ -217,7 +217,7 @@ class Reader {
       edges.push_back({place[links_[i].from], place[links_[i].to]});
       edge_links.push_back(i);
     }
-    const Layout layout = LayOut(boxes, edges);
+    const Layout layout = LayOut(boxes, edges, ContainersOf(members));
     for (size_t i = 0; i < members.size(); ++i) {
       Box& box = out_.steps[members[i]].box;
       box = layout.boxes[i];
@@ -229,6 +229,18 @@ class Reader {
       for (Point& bend : route.bends) bend = {bend.x + origin.x, bend.y + origin.y};
       laid_out_.emplace(edge_links[i], std::move(route));
     }
+  }
+
+  // Numbers from 1 on; empty when no step is in a container.
+  std::vector<size_t> ContainersOf(const std::vector<size_t>& members) const {
+    std::unordered_map<Text, size_t> numbers;
+    std::vector<size_t> groups;
+    for (const size_t member : members) {
+      const Text& key = container_of_[out_.steps[member].step - 1];
+      groups.push_back(key.empty() ? 0
+                                   : numbers.try_emplace(key, numbers.size() + 1).first->second);
+    }
+    return numbers.empty() ? std::vector<size_t>() : groups;
   }
 
   Point End(size_t step, Side side) const {
@@ -336,7 +348,8 @@ class Reader {
       const auto members = around.find(container->Key());
       if (IsUnplaced(*figure) && members != around.end()) {
         out.box = members->second;
-        out.box = {out.box.left - 14, out.box.top - 26, out.box.width + 28, out.box.height + 40};
+        out.box = {out.box.left - kFrame, out.box.top - kFrameTop, out.box.width + 2 * kFrame,
+                   out.box.height + kFrameTop + kFrame};
       }
       out_.containers.push_back(std::move(out));
     }

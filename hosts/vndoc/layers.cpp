@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numeric>
+
+#include "bands.h"
 
 namespace vndoc {
 namespace {
@@ -14,8 +17,9 @@ constexpr int kSweeps = 8;
 
 class LayerMaker {
  public:
-  LayerMaker(size_t box_count, const std::vector<LayoutEdge>& edges)
-      : box_count_(box_count), edges_(edges) {}
+  LayerMaker(size_t box_count, const std::vector<LayoutEdge>& edges,
+             const std::vector<size_t>& groups)
+      : box_count_(box_count), edges_(edges), groups_(groups) {}
 
   Layering Make() {
     out_.cells.resize(box_count_);
@@ -25,6 +29,7 @@ class LayerMaker {
     AssignLayers();
     AddLooseBoxes();
     AddPaths();
+    ChooseBands(out_, groups_);
     FillLayers();
     ReduceCrossings();
     return std::move(out_);
@@ -94,25 +99,24 @@ class LayerMaker {
     }
   }
 
-  // Boxes without any edge fill rows of their own below the others.
+  // Boxes without any edge fill rows of their own below the others, those of each group together.
   void AddLooseBoxes() {
     std::vector<bool> joined(box_count_, false);
     for (const LayoutEdge& edge : edges_) joined[edge.from] = joined[edge.to] = true;
     size_t row = 0;
-    size_t loose = 0;
+    std::map<size_t, std::vector<size_t>> loose;  // by group
     for (size_t i = 0; i < box_count_; ++i) {
       if (joined[i]) {
         row = std::max(row, out_.cells[i].layer + 1);
       } else {
-        ++loose;
+        loose[groups_.empty() ? 0 : groups_[i]].push_back(i);
       }
     }
-    const auto columns = static_cast<size_t>(std::ceil(std::sqrt(static_cast<double>(loose))));
-    size_t column = 0;
-    for (size_t i = 0; i < box_count_; ++i) {
-      if (joined[i]) continue;
-      out_.cells[i].layer = row + column / columns;
-      ++column;
+    for (const auto& [group, members] : loose) {
+      const double side = std::sqrt(static_cast<double>(members.size()));
+      const auto columns = static_cast<size_t>(std::ceil(side));
+      for (size_t i = 0; i < members.size(); ++i) out_.cells[members[i]].layer = row + i / columns;
+      row += (members.size() + columns - 1) / columns;
     }
   }
 
@@ -125,7 +129,7 @@ class LayerMaker {
       for (size_t layer = out_.cells[from].layer + 1; layer < out_.cells[to].layer; ++layer) {
         path.push_back(out_.cells.size());
         visited_.push_back(visited_[from]);
-        out_.cells.push_back({Cell::kPassing, layer, 0, {}, {}});
+        out_.cells.push_back({Cell::kPassing, layer, 0, 0, {}, {}});
       }
       path.push_back(to);
       for (size_t k = 1; k < path.size(); ++k) {
@@ -138,8 +142,10 @@ class LayerMaker {
   void FillLayers() {
     std::vector<size_t> by_visit(out_.cells.size());
     std::iota(by_visit.begin(), by_visit.end(), size_t{0});
-    std::stable_sort(by_visit.begin(), by_visit.end(),
-                     [this](size_t a, size_t b) { return visited_[a] < visited_[b]; });
+    std::stable_sort(by_visit.begin(), by_visit.end(), [this](size_t a, size_t b) {
+      return std::pair(out_.cells[a].band, visited_[a]) <
+             std::pair(out_.cells[b].band, visited_[b]);
+    });
     for (size_t cell : by_visit) {
       const size_t layer = out_.cells[cell].layer;
       if (out_.layers.size() <= layer) out_.layers.resize(layer + 1);
@@ -152,8 +158,8 @@ class LayerMaker {
     for (size_t i = 0; i < layer.size(); ++i) out_.cells[layer[i]].order = i;
   }
 
-  // Puts each cell where its neighbours are on the average, in one direction after the other, and
-  // keeps the best order seen.
+  // Puts each cell of a band where its neighbours are on the average, in one direction after the
+  // other, and keeps the best order seen.
   void ReduceCrossings() {
     auto best = out_.layers;
     size_t fewest = Crossings();
@@ -184,8 +190,10 @@ class LayerMaker {
       }
       keyed.emplace_back(centre, cell);
     }
-    std::stable_sort(keyed.begin(), keyed.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::stable_sort(keyed.begin(), keyed.end(), [this](const auto& a, const auto& b) {
+      return std::pair(out_.cells[a.second].band, a.first) <
+             std::pair(out_.cells[b.second].band, b.first);
+    });
     for (size_t i = 0; i < layer.size(); ++i) layer[i] = keyed[i].second;
     Number(layer);
   }
@@ -217,6 +225,7 @@ class LayerMaker {
 
   size_t box_count_;
   const std::vector<LayoutEdge>& edges_;
+  const std::vector<size_t>& groups_;
   Layering out_;
   std::vector<bool> upwards_;
   std::vector<size_t> visited_;  // when each cell was first seen
@@ -224,8 +233,9 @@ class LayerMaker {
 
 }  // namespace
 
-Layering MakeLayers(size_t box_count, const std::vector<LayoutEdge>& edges) {
-  return LayerMaker(box_count, edges).Make();
+Layering MakeLayers(size_t box_count, const std::vector<LayoutEdge>& edges,
+                    const std::vector<size_t>& groups) {
+  return LayerMaker(box_count, edges, groups).Make();
 }
 
 }  // namespace vndoc

@@ -83,8 +83,9 @@ std::vector<double> Spread(const std::vector<Wish>& wishes, const std::vector<do
 
 class Placer {
  public:
-  Placer(const std::vector<Box>& boxes, const std::vector<LayoutEdge>& edges)
-      : edges_(edges), layers_(MakeLayers(boxes.size(), edges)) {
+  Placer(const std::vector<Box>& boxes, const std::vector<LayoutEdge>& edges,
+         const std::vector<size_t>& groups)
+      : edges_(edges), groups_(groups), layers_(MakeLayers(boxes.size(), edges, groups)) {
     out_.boxes = boxes;
     out_.routes.resize(edges.size());
     x_.resize(layers_.cells.size());
@@ -94,6 +95,7 @@ class Placer {
 
   Layout Place() {
     PlaceAcross();
+    PlaceBands();
     ChooseLanes();
     CollectTracks();
     PlaceDown();
@@ -153,6 +155,7 @@ class Placer {
     return box == Cell::kPassing ? 0 : out_.boxes[box].width / 2;
   }
   size_t LayerOf(size_t cell) const { return layers_.cells[cell].layer; }
+  size_t BandOf(size_t cell) const { return layers_.cells[cell].band; }
 
   double Distance(size_t left, size_t right) const {
     const bool passing =
@@ -179,12 +182,37 @@ class Placer {
     }
   }
 
+  // The bands side by side. Each was placed as if it were alone.
+  void PlaceBands() {
+    if (layers_.band_count == 1) return;
+    constexpr double kBetween = 2 * kFrame + kGapX;
+    std::vector<Interval> extents(layers_.band_count, {0, -kBetween});
+    std::vector<bool> any(layers_.band_count, false);
+    for (size_t cell = 0; cell < x_.size(); ++cell) {
+      const Interval extent{x_[cell] - HalfWidth(cell), x_[cell] + HalfWidth(cell)};
+      Interval& band = extents[BandOf(cell)];
+      if (!any[BandOf(cell)]) band = extent;
+      any[BandOf(cell)] = true;
+      band = {std::min(band.begin, extent.begin), std::max(band.end, extent.end)};
+    }
+    std::vector<double> shifts;
+    double left = 0;
+    for (const Interval& extent : extents) {
+      shifts.push_back(left - extent.begin);
+      left += extent.end - extent.begin + kBetween;
+    }
+    for (size_t cell = 0; cell < x_.size(); ++cell) x_[cell] += shifts[BandOf(cell)];
+  }
+
   Wish BetweenNeighbours(size_t cell, bool look_up, bool look_down) const {
     double sum = 0;
     size_t count = 0;
     const auto look = [&](const std::vector<size_t>& others) {
-      for (size_t other : others) sum += x_[other];
-      count += others.size();
+      for (size_t other : others) {
+        if (BandOf(other) != BandOf(cell)) continue;
+        sum += x_[other];
+        ++count;
+      }
     };
     if (look_up) look(layers_.cells[cell].above);
     if (look_down) look(layers_.cells[cell].below);
@@ -195,20 +223,26 @@ class Placer {
   Wish StraightBelow(size_t cell) const {
     constexpr double kFirmly = 50;
     const auto& above = layers_.cells[cell].above;
-    const bool chained = above.size() == 1 && layers_.cells[above[0]].below.size() == 1;
+    const bool chained = above.size() == 1 && layers_.cells[above[0]].below.size() == 1 &&
+                         BandOf(above[0]) == BandOf(cell);
     return chained ? Wish{x_[above[0]], kFirmly} : Wish{x_[cell]};
   }
 
+  // Places the cells of each band of a layer.
   template <class GetWish>
   void Settle(const std::vector<size_t>& layer, GetWish&& get_wish) {
-    std::vector<Wish> wishes;
-    std::vector<double> offsets;
-    for (size_t i = 0; i < layer.size(); ++i) {
-      offsets.push_back(i == 0 ? 0 : offsets.back() + Distance(layer[i - 1], layer[i]));
-      wishes.push_back(get_wish(layer[i]));
+    for (size_t begin = 0; begin < layer.size();) {
+      size_t end = begin;
+      std::vector<Wish> wishes;
+      std::vector<double> offsets;
+      for (; end < layer.size() && BandOf(layer[end]) == BandOf(layer[begin]); ++end) {
+        offsets.push_back(end == begin ? 0 : offsets.back() + Distance(layer[end - 1], layer[end]));
+        wishes.push_back(get_wish(layer[end]));
+      }
+      const std::vector<double> places = Spread(wishes, offsets);
+      for (size_t i = begin; i < end; ++i) x_[layer[i]] = places[i - begin];
+      begin = end;
     }
-    const std::vector<double> places = Spread(wishes, offsets);
-    for (size_t i = 0; i < layer.size(); ++i) x_[layer[i]] = places[i];
   }
 
   // Edges without a path run beside everything, on the side that is nearer.
@@ -272,6 +306,7 @@ class Placer {
     double y = 0;
     for (size_t i = 0; i <= layers_.layers.size(); ++i) {
       y = PlaceGap(gaps_[i], y, i == 0 || i == layers_.layers.size());
+      if (!groups_.empty() && i > 0) y += kFrame;
       if (i == layers_.layers.size()) break;
       double height = 0;
       for (size_t cell : layers_.layers[i]) {
@@ -362,6 +397,7 @@ class Placer {
   }
 
   const std::vector<LayoutEdge>& edges_;
+  const std::vector<size_t>& groups_;
   Layering layers_;
   Layout out_;
   std::vector<double> x_;     // the centres of the cells
@@ -372,8 +408,9 @@ class Placer {
 
 }  // namespace
 
-Layout LayOut(const std::vector<Box>& boxes, const std::vector<LayoutEdge>& edges) {
-  return Placer(boxes, edges).Place();
+Layout LayOut(const std::vector<Box>& boxes, const std::vector<LayoutEdge>& edges,
+              const std::vector<size_t>& groups) {
+  return Placer(boxes, edges, groups).Place();
 }
 
 }  // namespace vndoc

@@ -21,8 +21,16 @@ struct Layout {
   double height = 0;
 };
 
+// The boxes of a group (0 is none) stay together: no other box, and no other group, gets between
+// them. Empty `groups`: none is in a group.
+//
 // Takes time in proportion to boxes and edges (and the logarithm of their number); the same input
 // gives the same layout. The order of the boxes decides where nothing else does.
-Layout LayOut(const std::vector<Box>& boxes, const std::vector<LayoutEdge>& edges);
+Layout LayOut(const std::vector<Box>& boxes, const std::vector<LayoutEdge>& edges,
+              const std::vector<size_t>& groups = {});
+
+// So far the frame around a group reaches beyond its boxes, and farther above them.
+constexpr double kFrame = 14;
+constexpr double kFrameTop = 26;
 
 }  // namespace vndoc

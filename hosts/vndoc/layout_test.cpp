@@ -76,6 +76,63 @@ TEST(Layout, NothingOverlapsAndNoLineRunsThroughAStep) {
   }
 }
 
+// The room that a group's frame takes.
+Box FrameOf(const Layout& layout, const std::vector<size_t>& groups, size_t group) {
+  double left = 1e9, top = 1e9, right = -1e9, bottom = -1e9;
+  for (size_t i = 0; i < groups.size(); ++i) {
+    if (groups[i] != group) continue;
+    const Box& box = layout.boxes[i];
+    left = std::min(left, box.left - kFrame);
+    top = std::min(top, box.top - kFrameTop);
+    right = std::max(right, box.Right() + kFrame);
+    bottom = std::max(bottom, box.Bottom() + kFrame);
+  }
+  return {left, top, right - left, bottom - top};
+}
+
+void ExpectGroupsApart(const Layout& layout, const std::vector<size_t>& groups) {
+  const std::set<size_t> numbers(groups.begin(), groups.end());
+  for (const size_t group : numbers) {
+    if (group == 0) continue;
+    const Box frame = FrameOf(layout, groups, group);
+    for (const size_t other : numbers) {
+      if (other == 0 || other >= group) continue;
+      EXPECT_FALSE(Overlap(frame, FrameOf(layout, groups, other))) << group << " and " << other;
+    }
+    for (size_t i = 0; i < groups.size(); ++i) {
+      if (groups[i] == group) continue;
+      EXPECT_FALSE(Overlap(frame, layout.boxes[i])) << "step " << i << " in " << group;
+    }
+  }
+}
+
+TEST(Layout, GroupsThatTakeTurnsStandSideBySide) {
+  const std::vector<size_t> groups = {1, 2, 1, 0, 2, 1};
+  const std::vector<LayoutEdge> edges = {{0, 1}, {1, 2}, {2, 3}, {3, 4}, {4, 5}};
+  const Layout layout = LayOut(std::vector<Box>(6, Box{0, 0, 100, 40}), edges, groups);
+  ExpectGroupsApart(layout, groups);
+  EXPECT_EQ(layout.boxes[0].left, layout.boxes[5].left);
+  EXPECT_LT(layout.boxes[5].Right(), layout.boxes[4].left);
+}
+
+TEST(Layout, GroupsThatFollowEachOtherStandBelowEachOther) {
+  const std::vector<size_t> groups = {0, 1, 1, 2, 2, 0};
+  const std::vector<LayoutEdge> edges = {{0, 1}, {1, 2}, {2, 3}, {3, 4}, {4, 5}};
+  const Layout layout = LayOut(std::vector<Box>(6, Box{0, 0, 100, 40}), edges, groups);
+  ExpectGroupsApart(layout, groups);
+  for (const Box& box : layout.boxes) EXPECT_EQ(box.left, 0);
+}
+
+TEST(Layout, GroupsStayTogetherInAnyGraph) {
+  for (const size_t group_count : {2, 5, 30}) {
+    std::vector<size_t> groups;
+    for (size_t i = 0; i < 90; ++i) groups.push_back(i * 7 % 11 % (group_count + 1));
+    const std::vector<Box> boxes(90, Box{0, 0, 100, 40});
+    ExpectGroupsApart(LayOut(boxes, MixedEdges(90), groups), groups);
+    ExpectGroupsApart(LayOut(boxes, {}, groups), groups);
+  }
+}
+
 TEST(Layout, TheSameStepsGiveTheSameLayout) {
   const auto edges = MixedEdges(200);
   EXPECT_TRUE(LayOutSteps(200, edges).routes.back().bends ==
