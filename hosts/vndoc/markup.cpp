@@ -73,6 +73,31 @@ ImageKind SniffJpeg(const std::vector<uint8_t>& bytes) {
   return kind;
 }
 
+double Signed(double bits16) { return bits16 < 32768 ? bits16 : bits16 - 65536; }
+
+// Windows' own vector pictures. A browser shows none, but some tell their size.
+ImageKind SniffMetafile(const std::vector<uint8_t>& bytes) {
+  ImageKind kind;
+  if (Begins(bytes, "\xD7\xCD\xC6\x9A", 22)) {
+    constexpr double kPixelsPerInch = 96;
+    const double scale = kPixelsPerInch / std::max(Little(bytes, 14, 2), 1.0);
+    kind.width = scale * (Signed(Little(bytes, 10, 2)) - Signed(Little(bytes, 6, 2)));
+    kind.height = scale * (Signed(Little(bytes, 12, 2)) - Signed(Little(bytes, 8, 2)));
+    kind.name = "WMF";
+  } else if (Begins(bytes, std::string_view("\1\0\t\0", 4), 18)) {
+    kind.name = "WMF";
+  } else if (Begins(bytes, std::string_view("\1\0\0\0", 4), 44) && bytes[40] == ' ' &&
+             bytes[41] == 'E' && bytes[42] == 'M' && bytes[43] == 'F') {
+    kind.width = Little(bytes, 16, 4) - Little(bytes, 8, 4) + 1;
+    kind.height = Little(bytes, 20, 4) - Little(bytes, 12, 4) + 1;
+    kind.name = "EMF";
+  }
+  constexpr double kFarthest = 100000;
+  const auto is_size = [](double size) { return size > 0 && size < kFarthest; };
+  if (!is_size(kind.width) || !is_size(kind.height)) kind.width = kind.height = 0;
+  return kind;
+}
+
 }  // namespace
 
 std::string Escaped(vndoc6::TextView text) {
@@ -133,7 +158,7 @@ ImageKind SniffImage(const std::vector<uint8_t>& bytes) {
   if (Begins(bytes, std::string_view("\0\0\1\0", 4), 8)) {
     return {"image/x-icon", bytes[6] == 0 ? 256.0 : bytes[6], bytes[7] == 0 ? 256.0 : bytes[7]};
   }
-  return {};
+  return SniffMetafile(bytes);
 }
 
 std::string DataUri(const char* type, const std::vector<uint8_t>& bytes) {

@@ -19,11 +19,12 @@ std::string Number(double value);
 // A colour with red in its low byte, as "#rrggbb".
 std::string Colour(int32_t colour);
 
-// An image's file, told by its first bytes. No type: a browser does not show it.
+// An image's file, told by its first bytes. No type: a browser does not show it, only its name.
 struct ImageKind {
   const char* type = nullptr;
   double width = 0;  // 0 where the file's beginning does not tell
   double height = 0;
+  const char* name = "?";  // of a kind that is not shown
 };
 ImageKind SniffImage(const std::vector<uint8_t>& bytes);
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <limits>
 
 namespace vndoc {
@@ -41,6 +43,28 @@ TEST(SniffImage, TellsTypeAndSize) {
   EXPECT_STREQ(SniffImage(jpeg).type, "image/jpeg");
   EXPECT_EQ(SniffImage(jpeg).width, 7);
   EXPECT_EQ(SniffImage(jpeg).height, 9);
+}
+
+TEST(SniffImage, NamesMetafilesThatAreNotShown) {
+  std::vector<uint8_t> wmf = {0xD7, 0xCD, 0xC6, 0x9A, 0,    0, 0xF6, 0xFF,
+                              0,    0,    0x56, 5,    0xA0, 5, 0xA0, 5};
+  wmf.resize(22);
+  EXPECT_EQ(SniffImage(wmf).type, nullptr);
+  EXPECT_STREQ(SniffImage(wmf).name, "WMF");
+  EXPECT_NEAR(SniffImage(wmf).width, 91.73, 0.01) << "from -10 to 1366, of 1440 an inch";
+  EXPECT_EQ(SniffImage(wmf).height, 96);
+  std::vector<uint8_t> emf(44);
+  emf[0] = 1;
+  emf[16] = 31;
+  emf[20] = 15;
+  std::copy_n(" EMF", 4, emf.begin() + 40);
+  EXPECT_STREQ(SniffImage(emf).name, "EMF");
+  EXPECT_EQ(SniffImage(emf).width, 32);
+  EXPECT_EQ(SniffImage(emf).height, 16);
+  std::vector<uint8_t> plain = {1, 0, 9, 0, 0, 3};
+  plain.resize(18);
+  EXPECT_STREQ(SniffImage(plain).name, "WMF");
+  EXPECT_STREQ(SniffImage({1, 2, 3}).name, "?");
 }
 
 TEST(SniffImage, BytesThatEndTooEarlyOrAreNoneHaveNoType) {

@@ -194,9 +194,24 @@ class SvgWriter {
             "/>\n";
   }
 
+  // A picture that browsers do not show leaves a frame with the name of its kind.
   void WriteImage(const std::vector<uint8_t>& bytes, const ImageKind& kind, const Box& box) {
-    if (kind.type == nullptr) return;
+    if (kind.type == nullptr) return WritePlaceholder(kind, box);
     out_ += "<image" + PlaceAttributes(box) + Attribute("href", DataUri(kind.type, bytes)) + "/>\n";
+  }
+
+  void WritePlaceholder(const ImageKind& kind, const Box& place) {
+    constexpr double kUsualSide = 48;
+    Box box = place;
+    if (box.width <= 0 || box.height <= 0) box.width = box.height = kUsualSide;
+    const double size = std::clamp(box.height / 2, 5.0, std::max(5.0, box.width / 3));
+    out_ += std::string("<g class=\"picture\"><title>A ") + kind.name +
+            " picture, which is not shown</title><rect" + PlaceAttributes(box) +
+            Classes(false, true) + Attribute("fill", "none") + Attribute("stroke", Colour(0)) +
+            Attribute("stroke-dasharray", "3 2") + "/><text" + Attribute("x", box.CentreX()) +
+            Attribute("y", box.CentreY() + size * kBaseline) + Attribute("text-anchor", "middle") +
+            Attribute("font-size", size) + Classes(false, false, true) +
+            Attribute("fill", Colour(0)) + ">" + kind.name + "</text></g>\n";
   }
 
   void WriteFigure(const Figure& figure) {
@@ -276,7 +291,6 @@ class SvgWriter {
     constexpr double kLeast = 12;
     if (figure.picture.empty()) return;
     const ImageKind kind = SniffImage(figure.picture);
-    if (kind.type == nullptr) return;
     const double high = std::clamp(kind.height, kLeast, std::max(kLeast, figure.box.height * 0.6));
     const double wide = kind.height > 0 ? kind.width * high / kind.height : high;
     const double width = std::clamp(wide, kLeast, std::max(kLeast, figure.box.width * 0.5));

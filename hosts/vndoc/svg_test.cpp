@@ -194,6 +194,16 @@ TEST_F(SvgTest, GridAndPageMarginsAreDrawnWhenAskedFor) {
   EXPECT_THAT(Write(options), HasSubstr("<pattern id=\"pages\" width=\"200\" height=\"200\""));
 }
 
+TEST_F(SvgTest, PicturesThatBrowsersDoNotShowLeaveANamedFrame) {
+  const auto step = AddStep(u"A", 0, 0);
+  std::vector<uint8_t> wmf = {1, 0, 9, 0, 0, 3};
+  wmf.resize(18);
+  step->Figure()->SetPicture(vndoc6::automation::services().make_picture(wmf).get());
+  const std::string svg = Write();
+  EXPECT_THAT(svg, HasSubstr("<title>A WMF picture, which is not shown</title><rect"));
+  EXPECT_THAT(svg, HasSubstr(">WMF</text>"));
+}
+
 // What a host may store must not break the picture.
 TEST_F(SvgTest, SenselessValuesGiveAWholeSvg) {
   const auto step = AddStep(u"\xD800 <", 1e30f, 1e30f);
