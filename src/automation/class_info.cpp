@@ -168,7 +168,7 @@ Variant ClassInfo::InvokeBound(Object& object, const MemberInfo& member,
   const BoundArguments bound(member, arguments, taken);
   const Variant result = member.thunk(object, bound.values());
   if (given == taken) return result;
-  const Ref<Object> target = result.ToObject();
+  const Ref<Object>& target = result.ToObject();
   if (!target) throw Error(kObjectNotSet);
   return target->InvokeMember(kDefaultMember, CallKind::kGet | CallKind::kCall,
                               {arguments.positional.subspan(taken), {}});
