@@ -107,7 +107,6 @@ struct MemberInfo {
   int32_t id = 0;
   CallKind kind = CallKind::kCall;
   bool hidden = false;
-  const char* help = "";
   TypeInfo result;
   std::vector<ParameterInfo> parameters;  // of a put: the new value is the last one
   MemberThunk thunk = nullptr;

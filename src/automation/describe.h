@@ -161,13 +161,13 @@ class Converted<Variant> {
 
 // An argument that names its position when it can't be converted.
 template <class T>
-struct Argument : Converted<std::remove_cvref_t<T>> {
-  Argument(const Variant& value, int index) try : Converted
-    <std::remove_cvref_t<T>>(value) {}
-  catch (const Error& error) {
+Converted<std::remove_cvref_t<T>> ConvertArgument(const Variant& value, int index) {
+  try {
+    return Converted<std::remove_cvref_t<T>>(value);
+  } catch (const Error& error) {
     throw ArgumentError(error.number(), index);
   }
-};
+}
 
 template <class Result>
 Variant ToVariant(Result&& result) {
@@ -201,12 +201,15 @@ struct Signature<Result (Class::*)(Params...)> {
   static Variant CallWith(Object& object, [[maybe_unused]] const Variant* arguments,
                           std::index_sequence<kIndex...>) {
     auto& self = static_cast<Class&>(object);
+    const auto call = [&]() -> Result {
+      return (self.*kMember)(
+          ConvertArgument<Params>(arguments[kIndex], static_cast<int>(kIndex)).get()...);
+    };
     if constexpr (std::is_void_v<Result>) {
-      (self.*kMember)(Argument<Params>(arguments[kIndex], static_cast<int>(kIndex)).get()...);
+      call();
       return {};
     } else {
-      return ToVariant(
-          (self.*kMember)(Argument<Params>(arguments[kIndex], static_cast<int>(kIndex)).get()...));
+      return ToVariant(call());
     }
   }
 };
@@ -292,11 +295,6 @@ MemberInfo method(const char* name, Names... names) {
 // A member that object browsers don't show; callable like any other.
 inline MemberInfo hidden(MemberInfo row) {
   row.hidden = true;
-  return row;
-}
-// A line of help for object browsers and the reference.
-inline MemberInfo with_help(MemberInfo row, const char* help) {
-  row.help = help;
   return row;
 }
 

@@ -90,7 +90,8 @@ void WriteFields(common::BagWriter& writer, const std::tuple<Fields...>& fields,
 
 template <class... Fields, class Values>
 void ReadFields(common::BagReader& reader, const std::tuple<Fields...>& fields, Values& values) {
-  const auto read = [&]<class T>(const Field<Values, T>& field) {
+  const auto read = [&](const auto& field) {
+    using T = std::remove_cvref_t<decltype(values.*field.member)>;
     if (field.load_key == nullptr) return;
     values.*field.member = detail::ReadValue<T>(reader, field.load_key, field.missing);
   };
@@ -101,8 +102,8 @@ void ReadFields(common::BagReader& reader, const std::tuple<Fields...>& fields, 
 template <class... Fields, class Values, class T>
 int32_t DetailIdOf(const std::tuple<Fields...>& fields, T Values::*member) {
   int32_t detail_id = 0;
-  const auto look_at = [&]<class Other>(const Field<Values, Other>& field) {
-    if constexpr (std::is_same_v<T, Other>) {
+  const auto look_at = [&](const auto& field) {
+    if constexpr (std::is_same_v<T Values::*, decltype(field.member)>) {
       if (field.member == member) detail_id = field.detail_id;
     }
   };
