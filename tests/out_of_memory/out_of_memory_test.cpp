@@ -133,14 +133,14 @@ std::string ContentOf(vnDocument& document) {
   return text;
 }
 
-// Enough members for every index to exist.
+// Enough members for every index to exist, and for that of the links to grow with the next one.
 Ref<vnDocument> DocumentToEdit() {
   auto document = Make<vnDocument>();
   for (int i = 0; i < 12; ++i) {
     const Ref<vnStep> step = document->NewStep();
     step->SetLabel(u"step");
     step->Figure();
-    document->Links()->Add(Make<vnLink>().get());
+    for (int link = 0; link < 2; ++link) document->Links()->Add(Make<vnLink>().get());
     document->GetProperties()->Add(u"p" + automation::NumberText(i), Variant(i));
   }
   for (int i = 0; i < 20; ++i) {
