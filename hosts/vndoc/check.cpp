@@ -138,13 +138,19 @@ void AddLostTexts(Context& context, const std::string& file, Ref<vnDocument> doc
                   std::vector<Finding>& findings) {
   for (const LostText& lost : FindLostTexts(context, file, std::move(document))) {
     const std::string where = lost.place.empty() ? "the file" : lost.place;
-    if (lost.kind == LostText::Kind::kUnknownKey) {
-      // A dependency on a step that is gone, which is a finding of its own.
-      if (where.find("/DP/") != where.npos) continue;
-      findings.push_back({"unknown key", where + " is not known; the next save drops it"});
-    } else {
-      findings.push_back(
-          {"damaged text", where + " does not parse from byte " + std::to_string(lost.offset)});
+    switch (lost.kind) {
+      case LostText::Kind::kUnknownKey:
+        // A dependency on a step that is gone is a finding of its own.
+        if (where.find("/DP/") != where.npos) continue;
+        findings.push_back({"unknown key", where + " is not known; the next save drops it"});
+        break;
+      case LostText::Kind::kTwice:
+        findings.push_back({"damaged text", where + " is there twice; the next save drops one"});
+        break;
+      case LostText::Kind::kDoesNotParse:
+        findings.push_back(
+            {"damaged text", where + " does not parse from byte " + std::to_string(lost.offset)});
+        break;
     }
   }
 }

@@ -1,6 +1,7 @@
 #include "file_text.h"
 
 #include <map>
+#include <unordered_set>
 
 #include "common/bag_scanner.h"
 #include "common/file_system.h"
@@ -38,9 +39,14 @@ class Search {
     BagEntry entry;
     while (known.Next(entry)) known_entries.emplace(known.KeyOf(entry), entry);
     BagScanner scanner(file);
+    std::unordered_set<Text> seen;
     while (scanner.Next(entry)) {
       const Text key = scanner.KeyOf(entry);
       const std::string below = (place.empty() ? "" : place + '/') + OneLine(key);
+      if (!seen.insert(key).second) {
+        lost.push_back({LostText::Kind::kTwice, below, 0});
+        continue;
+      }
       const auto found = known_entries.find(key);
       if (found == known_entries.end()) {
         lost.push_back({LostText::Kind::kUnknownKey, below, 0});
@@ -56,10 +62,14 @@ class Search {
   std::vector<LostText> lost;
 
  private:
-  // Texts that are no bags are taken as they are.
+  // Texts that are no bags are taken as they are. Of one that was to be a bag nothing is left.
   void CompareValues(const KeptText& file, const KeptText& again, const std::string& place) {
     if (file.raw() == again.raw()) return;
-    if (IsBag(again) || IsBag(file)) Compare(file, again, place);
+    if (IsBag(again) || IsBag(file)) {
+      Compare(file, again, place);
+    } else if (again.raw().empty()) {
+      lost.push_back({LostText::Kind::kDoesNotParse, place, 0});
+    }
   }
 };
 

@@ -9,7 +9,8 @@
 namespace vndoc {
 
 struct LostText {
-  enum class Kind { kDoesNotParse, kUnknownKey };
+  // kTwice: a key that was there before in the same text. Only one of the two counts.
+  enum class Kind { kDoesNotParse, kUnknownKey, kTwice };
   Kind kind;
   std::string place;  // the keys that lead there, with slashes
   size_t offset;      // of kDoesNotParse: of the first fault, in bytes of the text at that place

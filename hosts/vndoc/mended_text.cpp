@@ -1,6 +1,8 @@
 #include "mended_text.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "common/escape.h"
 #include "one_line.h"
@@ -86,7 +88,9 @@ class Mender {
       TakeTo(key);
       CloseDownTo(level, at);
     }
+    if (level == kEntry) MoveToItsPart(key);
     keys_[level] = std::string(file_.substr(key, at - key));
+    if (level == kPart) seen_.insert(keys_[level]);
     if (keys_[level].find('=') != std::string::npos) TakeKey(level, key, at);
     if (level == kPart) keys_[kEntry].clear();
     open_ = level + 1;
@@ -108,6 +112,20 @@ class Mender {
       return true;
     }
     return false;
+  }
+
+  // Steps and links that come up in another part lack the opening of their own.
+  void MoveToItsPart(size_t key) {
+    constexpr std::pair<std::string_view, const char*> kParts[] = {{"T{", "S"}, {"L{", "LK"}};
+    for (const auto& [prefix, part] : kParts) {
+      if (file_.substr(key, prefix.size()) != prefix || seen_.count(part) > 0) continue;
+      TakeTo(key);
+      Note(key);
+      AppendClosing(kPart);
+      mended_.text.append(part).append(kOpening);
+      keys_[kPart] = part;
+      seen_.insert(part);
+    }
   }
 
   // A key's own "=" is written otherwise: this one is damage, and would end the key.
@@ -199,10 +217,11 @@ class Mender {
 
   std::string_view file_;
   Mended mended_;
-  size_t open_ = 0;      // so many levels are open
-  std::string keys_[2];  // the last at each level
-  size_t taken_ = 0;     // up to here the file is in the text, or left out
-  size_t last_end_ = 0;  // of the last opening or closing
+  size_t open_ = 0;             // so many levels are open
+  std::string keys_[2];         // the last at each level
+  std::set<std::string> seen_;  // the parts
+  size_t taken_ = 0;            // up to here the file is in the text, or left out
+  size_t last_end_ = 0;         // of the last opening or closing
 };
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include "automation/error.h"
 #include "command.h"
 #include "common/file_system.h"
+#include "common/properties.h"
+#include "core/file_version.h"
 #include "file_text.h"
 #include "mended_text.h"
 #include "process/link.h"
@@ -73,10 +75,23 @@ Salvaged TryAllDepths(Context& context, const std::string& bytes, bool breaks_of
   return best;
 }
 
+// What tells a document of this kind from others. Without it nothing is read.
+std::string VersionEntries() {
+  const auto entries = Make<vndoc6::Properties>();
+  entries->SetValue(u"FV", vndoc6::automation::Variant(vndoc6::kFileVersion));
+  entries->SetValue(u"DV", vndoc6::automation::Variant(vndoc6::kDocumentVersion));
+  return vndoc6::automation::ToUtf8(entries->GetText());
+}
+
 // The text as it is, or mended when that gives more.
 Salvaged Salvage(Context& context, const std::string& bytes) {
   Mended mended = Mend(bytes);
   Salvaged best = TryAllDepths(context, bytes, mended.breaks_off);
+  const bool has_steps = mended.text.find("S=~64\"") != mended.text.npos;
+  if (best.text.empty() && has_steps) {
+    mended.text = VersionEntries() + mended.text;
+    mended.places.insert(mended.places.begin(), {"FV", 0});
+  }
   if (mended.text == bytes) return best;
   Salvaged other = TryAllDepths(context, mended.text, mended.breaks_off);
   if (other.text.size() <= best.text.size()) return best;
@@ -108,8 +123,10 @@ void SalvageTo(Context& context, const RecoverOptions& options) {
   for (const LostText& part : lost) {
     const std::string where = part.place.empty() ? "the file" : part.place;
     context.err << "vndoc: lost: " << where;
-    if (part.kind == LostText::Kind::kDoesNotParse)
+    if (part.kind == LostText::Kind::kTwice) context.err << ", of which there are two";
+    if (part.kind == LostText::Kind::kDoesNotParse) {
       context.err << " from byte " << part.offset << " on";
+    }
     context.err << '\n';
   }
   if (!lost.empty() || !salvaged.mended.empty()) context.status = kFindings;
