@@ -1,14 +1,15 @@
 // vndoc check: what is wrong in documents, and what of it can be put right.
 #include <algorithm>
-#include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <ostream>
+#include <set>
 
 #include "collections/jump.h"
 #include "command.h"
 #include "common/file_system.h"
 #include "common/properties.h"
+#include "copies.h"
 #include "file_text.h"
 #include "flow.h"
 #include "objects.h"
@@ -121,12 +122,23 @@ class Checker {
     }
   }
 
+  // Those of the document, and of steps that keep theirs to themselves.
   void CheckJumps() {
-    ForEachIn(*document_.Jumps(), [this](Object& object) {
-      auto& jump = static_cast<vndoc6::vnJump&>(object);
-      if (jump.FileName().empty() || vndoc6::common::FileExists(jump.FileName())) return;
-      Add("dangling jump", "the jump to " + Quoted(jump.FileName()) + " leads to no file");
-    });
+    std::set<Text> names;
+    const auto check = [&](Object& object) {
+      const Text& name = static_cast<vndoc6::vnJump&>(object).FileName();
+      if (name.empty() || !names.insert(name).second || IsThere(name)) return;
+      Add("dangling jump", "the jump to " + Quoted(name) + " leads to no file");
+    };
+    ForEachIn(*document_.Jumps(), check);
+    for (const FlowStep& step : flow_.steps) ForEachIn(*CopyToRead(*step.step)->Jumps(), check);
+  }
+
+  // Seen from here, as a host opens it, or from the document's folder.
+  bool IsThere(const Text& name) const {
+    const Text document = document_.FileName();
+    const Text folder = document.substr(0, document.find_last_of(u"/\\") + 1);
+    return vndoc6::common::FileExists(name) || vndoc6::common::FileExists(folder + name);
   }
 
   vnDocument& document_;
@@ -140,8 +152,8 @@ void AddLostTexts(Context& context, const std::string& file, Ref<vnDocument> doc
     const std::string where = lost.place.empty() ? "the file" : lost.place;
     switch (lost.kind) {
       case LostText::Kind::kUnknownKey:
-        // A dependency on a step that is gone is a finding of its own.
-        if (where.find("/DP/") != where.npos) continue;
+        // Dependencies on steps that are gone are findings of their own.
+        if ((where + '/').find("/DP/") != where.npos) continue;
         findings.push_back({"unknown key", where + " is not known; the next save drops it"});
         break;
       case LostText::Kind::kTwice:
@@ -206,8 +218,8 @@ class Report {
     }
     const bool fixable = std::any_of(findings.begin(), findings.end(),
                                      [](const Finding& finding) { return finding.fixable; });
-    if (options_.fix && fixable) Fix(context_, file);
-    for (const Finding& finding : findings) Add(file, finding);
+    const bool fixed = options_.fix && fixable && TryFix(file);
+    for (const Finding& finding : findings) Add(file, finding, fixed && finding.fixable);
   }
 
   void Finish() {
@@ -216,8 +228,19 @@ class Report {
   }
 
  private:
-  void Add(const std::string& file, const Finding& finding) {
-    const bool fixed = options_.fix && finding.fixable;
+  // What can't be written is told of all the same.
+  bool TryFix(const std::string& file) {
+    try {
+      Fix(context_, file);
+      return true;
+    } catch (const Failure& failure) {
+      context_.err << "vndoc: " << failure.what() << '\n';
+      context_.status = kFailed;
+      return false;
+    }
+  }
+
+  void Add(const std::string& file, const Finding& finding, bool fixed) {
     if (!fixed && context_.status == kDone) context_.status = kFindings;
     if (options_.json) {
       nlohmann::ordered_json json = {

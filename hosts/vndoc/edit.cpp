@@ -10,9 +10,7 @@
 namespace vndoc {
 namespace {
 
-constexpr const char* kAbout =
-    "Reads, sets or calls any member of any object in a document.\n"
-    "\n"
+constexpr const char* kHelp =
     "PATH names a member: Details/Title, Steps/3/Label, Steps/ItemByStepIndex(2)/Tasks/Count.\n"
     "In a collection a number is a position and anything else a key; Item(\"3\") is the key 3.\n"
     "`vndoc members` lists the classes, `vndoc members vnStep` the members of one.\n"
@@ -81,7 +79,8 @@ void Edit(Context& context, const EditOptions& options) {
 }  // namespace
 
 void AddEdit(CLI::App& app, Context& context) {
-  auto* const command = app.add_subcommand("edit", kAbout);
+  auto* const command =
+      app.add_subcommand("edit", "Reads, sets or calls any member of any object in a document");
   const auto options = std::make_shared<EditOptions>();
   command->add_option("FILE", options->file, "The document")->required();
   command->add_option("ACTION", options->action, "What to do")
@@ -91,6 +90,7 @@ void AddEdit(CLI::App& app, Context& context) {
   command->add_option("VALUE", options->values,
                       "The new value, or the arguments; behind -- when one begins with -");
   command->add_option("-o,--output", options->output, "Save under this name instead");
+  command->footer(kHelp);
   command->callback([options, &context] { Edit(context, *options); });
 }
 

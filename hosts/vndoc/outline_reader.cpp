@@ -45,7 +45,8 @@ const char* const kOutlineHelp =
     "with the same indent, if the two are neighbours. A link to a step that has no line of its "
     "own\n"
     "makes that step. Lines with one name are one step. A backslash in front of a character takes "
-    "its meaning away: C\\@D.";
+    "its\n"
+    "meaning away: C\\@D.";
 
 namespace {
 

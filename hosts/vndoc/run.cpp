@@ -39,6 +39,7 @@ int ParseAndRun(int argc, const char* const* argv, Context& context) {
   CLI::App app(kAbout, "vndoc");
   app.footer(kExitStatus);
   app.require_subcommand(1);
+  app.set_version_flag("--version", "vndoc " VNDOC6_VERSION);
   app.fallthrough();
   AddCommonOptions(app, context);
   AddCommands(app, context);

@@ -200,6 +200,44 @@ TEST_F(VndocTest, CheckFindsFixesAndTellsByItsStatus) {
   EXPECT_EQ(Vndoc({"check", file, File("none.vn6")}).status, kFailed);
 }
 
+TEST_F(VndocTest, CheckFindsJumpsThatLeadNowhere) {
+  const std::string file = File("plan.vn6");
+  Vndoc(
+      {"from-json", "-", file},
+      R"({"Steps": [{"Label": "A", "Jumps": [{"FileName": "plan.vn6"}, {"FileName": "gone.vn6"}]}]})");
+  EXPECT_EQ(Vndoc({"check", file}).out,
+            file + ": dangling jump: the jump to \"gone.vn6\" leads to no file\n");
+}
+
+TEST_F(VndocTest, WhatCannotBeFixedIsToldAllTheSame) {
+  const std::string file = Document(kOutline);
+  Vndoc({"edit", file, "call", "Steps/Remove", "4"});
+  Vndoc({"edit", file, "call", "SetWritePassword", "w"});
+  const Outcome checked = Vndoc({"check", "--fix", file});
+  EXPECT_EQ(checked.status, kFailed);
+  EXPECT_THAT(checked.err, HasSubstr("needs its write password to be changed"));
+  EXPECT_THAT(checked.out, HasSubstr("lacks a step at one end\n"));
+  EXPECT_THAT(Vndoc({"check", "--fix", file, "--write-password", "w"}).out, HasSubstr("(fixed)"));
+  EXPECT_EQ(Vndoc({"check", file, "--write-password", "w"}).status, kDone);
+}
+
+TEST_F(VndocTest, ADependencyThatLeadsNowhereIsOneFindingThatCanBeFixed) {
+  const std::string file = Document("A\nB\n");
+  Vndoc({"edit", file, "call", "Steps/2/Dependancies/Add", "gone", "x"});
+  // The save took it out again: put it into the file.
+  std::string bytes = Bytes("plan.vn6");
+  const size_t at = bytes.rfind("CS=0:^A");
+  ASSERT_NE(at, bytes.npos);
+  bytes.insert(at, "DP^bgone^cx^C^B");
+  folder_.Write("plan.vn6", bytes);
+  const Outcome found = Vndoc({"check", file});
+  EXPECT_EQ(found.status, kFindings);
+  EXPECT_EQ(found.out,
+            file + ": dangling dependency: step 2 \"B\" depends on a step that is gone\n");
+  EXPECT_EQ(Vndoc({"check", "--fix", file}).status, kDone);
+  EXPECT_EQ(Vndoc({"check", file}).out, "");
+}
+
 TEST_F(VndocTest, CheckTellsOfUnknownKeysAndDamagedTexts) {
   Document(kOutline);
   const std::string bytes = Bytes("plan.vn6");
