@@ -1,7 +1,8 @@
 #include "file_text.h"
 
-#include <map>
-#include <unordered_set>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "common/bag_scanner.h"
 #include "common/file_system.h"
@@ -31,27 +32,55 @@ bool IsBag(const KeptText& text) {
   return count > 0 && !scanner.faulty();
 }
 
+// The entries of a bag, each found at once by whoever asks in their order.
+class Entries {
+ public:
+  explicit Entries(const KeptText& text) : scanner_(text) {
+    BagEntry entry;
+    while (scanner_.Next(entry)) rows_.push_back({scanner_.KeyOf(entry), entry, false});
+  }
+
+  struct Row {
+    Text key;
+    BagEntry entry;
+    bool taken;  // for whoever asks
+  };
+  // Null without such a key.
+  Row* Find(const Text& key) {
+    if (next_ < rows_.size() && rows_[next_].key == key) return &rows_[next_++];
+    if (index_.empty()) {
+      for (size_t i = 0; i < rows_.size(); ++i) index_.emplace(rows_[i].key, i);
+    }
+    const auto found = index_.find(key);
+    if (found == index_.end()) return nullptr;
+    next_ = found->second + 1;
+    return &rows_[found->second];
+  }
+  KeptText TextOf(const Row& row) const { return scanner_.TextOf(row.entry); }
+
+ private:
+  BagScanner scanner_;
+  std::vector<Row> rows_;
+  std::unordered_map<TextView, size_t> index_;
+  size_t next_ = 0;
+};
+
 class Search {
  public:
   void Compare(const KeptText& file, const KeptText& again, const std::string& place) {
-    BagScanner known(again);
-    std::map<Text, BagEntry> known_entries;
-    BagEntry entry;
-    while (known.Next(entry)) known_entries.emplace(known.KeyOf(entry), entry);
+    Entries known(again);
     BagScanner scanner(file);
-    std::unordered_set<Text> seen;
+    BagEntry entry;
     while (scanner.Next(entry)) {
       const Text key = scanner.KeyOf(entry);
-      const std::string below = (place.empty() ? "" : place + '/') + OneLine(key);
-      if (!seen.insert(key).second) {
-        lost.push_back({LostText::Kind::kTwice, below, 0});
-        continue;
-      }
-      const auto found = known_entries.find(key);
-      if (found == known_entries.end()) {
-        lost.push_back({LostText::Kind::kUnknownKey, below, 0});
-      } else if (entry.tag == kTextTag && found->second.tag == kTextTag) {
-        CompareValues(scanner.TextOf(entry), known.TextOf(found->second), below);
+      const auto below = [&] { return (place.empty() ? "" : place + '/') + OneLine(key); };
+      Entries::Row* const found = known.Find(key);
+      if (found == nullptr) {
+        lost.push_back({LostText::Kind::kUnknownKey, below(), 0});
+      } else if (std::exchange(found->taken, true)) {
+        lost.push_back({LostText::Kind::kTwice, below(), 0});
+      } else if (entry.tag == kTextTag && found->entry.tag == kTextTag) {
+        CompareValues(scanner.TextOf(entry), known.TextOf(*found), below);
       }
     }
     if (scanner.faulty()) {
@@ -63,12 +92,13 @@ class Search {
 
  private:
   // Texts that are no bags are taken as they are. Of one that was to be a bag nothing is left.
-  void CompareValues(const KeptText& file, const KeptText& again, const std::string& place) {
+  template <class Place>
+  void CompareValues(const KeptText& file, const KeptText& again, Place place) {
     if (file.raw() == again.raw()) return;
     if (IsBag(again) || IsBag(file)) {
-      Compare(file, again, place);
+      Compare(file, again, place());
     } else if (again.raw().empty()) {
-      lost.push_back({LostText::Kind::kDoesNotParse, place, 0});
+      lost.push_back({LostText::Kind::kDoesNotParse, place(), 0});
     }
   }
 };
