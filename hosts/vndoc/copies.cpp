@@ -1,36 +1,44 @@
 #include "copies.h"
 
-#include "common/properties.h"
-
 namespace vndoc {
 
 using vndoc6::automation::Make;
 
 namespace {
 
+// A step that belongs to a document drops its dependencies on steps that are gone when it is saved.
+// Without one it writes what it has, and a step that nobody has read copies its text.
+class Detached {
+ public:
+  explicit Detached(vnStep& step) : step_(step), document_(step.Document()) {
+    step_.SetDocument(nullptr);
+  }
+  ~Detached() { step_.SetDocument(document_.get()); }
+  Detached(const Detached&) = delete;
+  Detached& operator=(const Detached&) = delete;
+
+ private:
+  vnStep& step_;
+  Ref<vnDocument> document_;
+};
+
+Text TextOf(vnStep& step) {
+  const Detached detached(step);
+  return step.Save();
+}
+Text TextOf(vnLink& link) { return link.Save(); }
+
 template <class T>
 Ref<T> Copy(T& original) {
   auto copy = Make<T>();
+  copy->Load(TextOf(original), original.Key());
   copy->SetDocument(original.Document().get());
-  copy->Load(original.Save(), original.Key());
   return copy;
-}
-
-bool DependsOnWhatIsGone(vnStep& step) {
-  const Ref<vnDocument> document = step.Document();
-  if (!document) return false;
-  bool gone = false;
-  ForEachIn(*step.Dependancies(), [&](Object& entry) {
-    const Text& key = static_cast<vndoc6::Property&>(entry).Key();
-    gone = gone || !document->Steps()->ItemByStepKey(key);
-  });
-  return gone;
 }
 
 }  // namespace
 
-Ref<vnStep> CopyToRead(vnStep& step) { return DependsOnWhatIsGone(step) ? &step : Copy(step); }
-
+Ref<vnStep> CopyToRead(vnStep& step) { return Copy(step); }
 Ref<vnLink> CopyToRead(vnLink& link) { return Copy(link); }
 
 Ref<Object> FrugalVisitor::ObjectToVisit(Object& member) {

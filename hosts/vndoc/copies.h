@@ -14,8 +14,6 @@ namespace vndoc {
 using vndoc6::vnLink;
 using vndoc6::vnStep;
 
-// The step itself where a copy would not be the same: saving a step drops its dependencies on
-// steps that are gone.
 Ref<vnStep> CopyToRead(vnStep& step);
 Ref<vnLink> CopyToRead(vnLink& link);
 
