@@ -52,6 +52,7 @@ class BandChooser {
       group.last = std::max(group.last, layer);
     }
     std::vector<Group> groups;
+    groups.reserve(found.size());
     for (const auto& [number, group] : found) groups.push_back(group);
     std::stable_sort(groups.begin(), groups.end(),
                      [](const Group& a, const Group& b) { return a.first < b.first; });

@@ -107,6 +107,7 @@ std::optional<Ended> RunProgram(const std::string& name, const std::vector<std::
   std::vector<std::string> words = {name};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> argv;
+  argv.reserve(words.size() + 1);
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
   const SpawnSettings settings(in.descriptor(), out.descriptor());
