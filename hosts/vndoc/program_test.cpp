@@ -33,6 +33,7 @@ using Arguments = std::vector<std::string>;
 [[noreturn]] void Become(Arguments arguments) {
   arguments.insert(arguments.begin(), VNDOC_PROGRAM);
   std::vector<char*> argv;
+  argv.reserve(arguments.size() + 1);
   for (std::string& argument : arguments) argv.push_back(argument.data());
   argv.push_back(nullptr);
   execv(VNDOC_PROGRAM, argv.data());
