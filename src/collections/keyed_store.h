@@ -121,7 +121,8 @@ class KeyedStore {
   automation::Ref<T> RemoveAt(size_t index) {
     automation::Ref<T> removed(entries_[index].member.get());
     const bool last = index + 1 == entries_.size();
-    if (last && !slots_.empty()) Unindex(SlotOf(index));
+    // No other member has stepped over a slot that was taken after all of theirs.
+    if (last && !slots_.empty()) slots_[SlotOf(index)] = 0;
     entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
     if (!last) ReindexInPlace();
     return removed;
@@ -160,19 +161,6 @@ class KeyedStore {
     if (slots_.empty()) return;
     std::fill(slots_.begin(), slots_.end(), 0);
     for (size_t i = 0; i < entries_.size(); ++i) Index(i);
-  }
-  // Frees a slot and moves up those that had stepped over it.
-  void Unindex(size_t slot) {
-    size_t hole = slot;
-    for (size_t next = NextSlot(hole); slots_[next] != 0; next = NextSlot(next)) {
-      const size_t home = FirstSlot(entries_[slots_[next] - 1].key);
-      const size_t mask = slots_.size() - 1;
-      if (((next - home) & mask) >= ((next - hole) & mask)) {
-        slots_[hole] = slots_[next];
-        hole = next;
-      }
-    }
-    slots_[hole] = 0;
   }
 
   std::vector<Entry> entries_;
