@@ -77,7 +77,9 @@ void vnTemplate::InternalLoad(const common::KeptText& text, const Text& /*key*/)
   display_name_ = reader.GetText("DisplayName");
   description_ = reader.GetText("Description");
   value_ = reader.GetText("Value");
-  SetTagVariant(reader.Get("TagVariant").value_or(Variant()));
+  // No object is saved, so a picture in a file comes from elsewhere and would be lost again.
+  const Variant tag = reader.Get("TagVariant").value_or(Variant());
+  SetTagVariant(tag.IsObject() ? Variant() : tag);
 }
 
 automation::Ref<vnTemplateLibrary> vnTemplates::TemplateLibrary() const { return library_.get(); }
