@@ -87,13 +87,14 @@ std::string VersionEntries() {
 Salvaged Salvage(Context& context, const std::string& bytes) {
   Mended mended = Mend(bytes);
   Salvaged best = TryAllDepths(context, bytes, mended.breaks_off);
-  const bool has_steps = mended.text.find("S=~64\"") != mended.text.npos;
-  if (best.text.empty() && has_steps) {
+  Salvaged other;
+  if (mended.text != bytes) other = TryAllDepths(context, mended.text, mended.breaks_off);
+  const bool has_parts = mended.text.find("=~64\"") != mended.text.npos;
+  if (best.text.empty() && other.text.empty() && has_parts) {
     mended.text = VersionEntries() + mended.text;
     mended.places.insert(mended.places.begin(), {"FV", 0});
+    other = TryAllDepths(context, mended.text, mended.breaks_off);
   }
-  if (mended.text == bytes) return best;
-  Salvaged other = TryAllDepths(context, mended.text, mended.breaks_off);
   if (other.text.size() <= best.text.size()) return best;
   other.mended = std::move(mended.places);
   return other;
