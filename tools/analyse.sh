@@ -21,11 +21,11 @@ run_cppcheck() {
 # GCC 12 knows its analyzer to be unfinished for C++. The checks that are off take what a function
 # makes in place for its caller for uninitialised, operator new for one that may give null, and an
 # allocation that a destructor frees for a leak; leaks are the address sanitizer's part.
-unfinished_checks="-Wno-analyzer-use-of-uninitialized-value -Wno-analyzer-possible-null-argument
-  -Wno-analyzer-possible-null-dereference -Wno-analyzer-malloc-leak"
+unfinished_checks=(-Wno-analyzer-use-of-uninitialized-value -Wno-analyzer-possible-null-argument
+  -Wno-analyzer-possible-null-dereference -Wno-analyzer-malloc-leak)
 
 run_gcc_analyzer() {
   cmake -G Ninja -S . -B build/analyzer -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=g++ \
-    -DVNDOC6_TESTS=OFF -DCMAKE_CXX_FLAGS="-fanalyzer ${unfinished_checks//$'\n'/} -Werror" &&
+    -DVNDOC6_TESTS=OFF -DCMAKE_CXX_FLAGS="-fanalyzer ${unfinished_checks[*]} -Werror" &&
     cmake --build build/analyzer --parallel "$(nproc)" --target vndoc6
 }
