@@ -61,8 +61,8 @@ void* WriteObject(const Ref<Object>& object) {
   return ExportObject(*object).Detach();
 }
 
-Code ReportFault(const DualHead& self) noexcept {
-  return SetErrorObject(CaughtFault(), ToIid(self.object->GetClassInfo()->interface_id()));
+Code ReportFault(const Object& object) noexcept {
+  return SetErrorObject(CaughtFault(), ToIid(object.GetClassInfo()->interface_id()));
 }
 
 }  // namespace vndoc6::windows::abi

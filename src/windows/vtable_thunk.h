@@ -62,7 +62,7 @@ void WriteAny(const Variant& value, AnyValue& out);
 Ref<Object> ReadObject(void* object);
 void* WriteObject(const Ref<Object>& object);
 // The exception being handled as the thread's error object; gives its code.
-Code ReportFault(const DualHead& self) noexcept;
+Code ReportFault(const Object& object) noexcept;
 
 // How a parameter of C++ type T is passed, and held for the member while it runs.
 template <class T, bool kByReference = false>
@@ -188,7 +188,8 @@ using Plain = std::remove_cvref_t<T>;
 template <class T, bool kByReference>
 using Passed = typename Received<Plain<T>, kByReference>::Passed;
 
-// The slot of one member. The object stays alive while it runs, whatever the call releases.
+// The slot of one member. The object stays alive while it runs and until its fault is reported,
+// whatever the call releases; `self` may be gone by then.
 template <auto kMember, class Shape, bool... kByReference>
 struct Slot;
 
@@ -198,29 +199,29 @@ struct Slot<kMember, Result (Class::*)(Params...), kByReference...> {
   static Code __stdcall Call(DualHead* self, Passed<Params, kByReference>... arguments, Out* out) {
     if (out == nullptr) return kInvalidPointer;
     *out = Out{};
+    const Ref<Object> running(self->object);
     return Guarded(
         [&] {
-          const Ref<Object> running(self->object);
           Given<Plain<Result>>::Give((static_cast<Class&>(*running).*kMember)(
                                          Received<Plain<Params>, kByReference>(arguments).get()...),
                                      *out);
           return kOk;
         },
-        [&] { return ReportFault(*self); });
+        [&] { return ReportFault(*running); });
   }
 };
 
 template <auto kMember, class Class, class... Params, bool... kByReference>
 struct Slot<kMember, void (Class::*)(Params...), kByReference...> {
   static Code __stdcall Call(DualHead* self, Passed<Params, kByReference>... arguments) {
+    const Ref<Object> running(self->object);
     return Guarded(
         [&] {
-          const Ref<Object> running(self->object);
           (static_cast<Class&>(*running).*
            kMember)(Received<Plain<Params>, kByReference>(arguments).get()...);
           return kOk;
         },
-        [&] { return ReportFault(*self); });
+        [&] { return ReportFault(*running); });
   }
 };
 
