@@ -5,7 +5,7 @@
 
 #include "automation/class_info.h"
 #include "bench/allocations.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "process/steps.h"
 #include "process/task.h"
 

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <type_traits>
 
+#include "bag/bag_scanner.h"
+#include "bag/bag_writer.h"
 #include "bench/rows.h"
-#include "common/bag_scanner.h"
-#include "common/bag_writer.h"
 #include "process/steps.h"
 
 namespace vndoc6::bench {
@@ -127,7 +127,7 @@ void ChangeDocument(vnDocument& document) {
 
 std::string DocumentBytes(vnDocument& document) {
   std::string bytes;
-  common::BagWriter writer(bytes);
+  bag::BagWriter writer(bytes);
   document.InternalWrite(writer);
   return bytes;
 }
@@ -135,9 +135,9 @@ std::string DocumentBytes(vnDocument& document) {
 namespace {
 
 // Bags nested in bags count by what they hold, other texts by their own characters.
-size_t OwnCharactersOf(const common::KeptText& text) {
-  common::BagScanner scanner(text);
-  common::BagEntry entry;
+size_t OwnCharactersOf(const bag::KeptText& text) {
+  bag::BagScanner scanner(text);
+  bag::BagEntry entry;
   size_t sum = 0;
   bool any = false;
   while (scanner.Next(entry)) {
@@ -152,7 +152,7 @@ size_t OwnCharactersOf(const common::KeptText& text) {
 }  // namespace
 
 size_t OwnCharacters(const std::string& bytes) {
-  return OwnCharactersOf(common::KeptText(common::SharedBytes(bytes)));
+  return OwnCharactersOf(bag::KeptText(bag::SharedBytes(bytes)));
 }
 
 }  // namespace vndoc6::bench

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "bench/content.h"
-#include "core/document.h"
+#include "document/document.h"
 
 namespace vndoc6::bench {
 

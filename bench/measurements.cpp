@@ -18,7 +18,7 @@
 #include "bench/protobuf_side.h"
 #include "bench/sqlite_side.h"
 #include "bench/xml_side.h"
-#include "common/file_system.h"
+#include "platform/file_system.h"
 
 namespace vndoc6::bench {
 namespace {
@@ -237,7 +237,7 @@ Measured CopyBytes(size_t steps) {
 }
 Measured ReadFileOnly(size_t steps) {
   const std::filesystem::path file = FileOf(steps, ".vn6");
-  return Time([&] { return common::ReadWholeFile(file.u16string()); });
+  return Time([&] { return platform::ReadWholeFile(file.u16string()); });
 }
 
 Measured FileSize(size_t steps) { return {0, std::filesystem::file_size(FileOf(steps, ".vn6"))}; }

@@ -12,7 +12,7 @@ endfunction()
 # two versions of one thing, of which each platform has its own.
 function(vndoc6_model_files result pattern)
   vndoc6_glob(files ${pattern} "*")
-  list(FILTER files EXCLUDE REGEX "/src/(windows|registration)/")
+  list(FILTER files EXCLUDE REGEX "/src/com/")
   if(WIN32)
     list(FILTER files EXCLUDE REGEX "_posix\\.cpp$")
   else()

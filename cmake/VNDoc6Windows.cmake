@@ -29,7 +29,7 @@ endfunction()
 
 # The resource script that embeds the type library, which lies in the build folder.
 function(vndoc6_resources target)
-  set(script ${PROJECT_SOURCE_DIR}/src/registration/VNDoc6.rc)
+  set(script ${PROJECT_SOURCE_DIR}/src/com/server/VNDoc6.rc)
   enable_language(RC)
   target_sources(${target} PRIVATE ${script})
   string(REPLACE "." "," version_numbers ${PROJECT_VERSION},0)
@@ -44,11 +44,11 @@ endfunction()
 # The door without its entry points is part of the library: the slots of the dual interfaces, which
 # stand in the member tables, call it.
 function(vndoc6_com_door)
-  vndoc6_glob(sources "*.cpp" windows)
+  vndoc6_glob(sources "*.cpp" com)
   list(FILTER sources EXCLUDE REGEX "_test\\.cpp$")
   target_sources(vndoc6 PRIVATE ${sources})
   # What the member tables' header needs of the door.
-  set(folder ${PROJECT_SOURCE_DIR}/src/windows)
+  set(folder ${PROJECT_SOURCE_DIR}/src/com)
   target_sources(vndoc6 PUBLIC FILE_SET HEADERS FILES ${folder}/dual_head.h ${folder}/guard.h
                                                       ${folder}/vtable_thunk.h)
   target_compile_definitions(vndoc6 PUBLIC UNICODE _UNICODE NOMINMAX)
@@ -56,9 +56,9 @@ function(vndoc6_com_door)
 endfunction()
 
 function(vndoc6_dll)
-  vndoc6_glob(sources "*.cpp" registration)
+  vndoc6_glob(sources "*.cpp" com/server)
   list(FILTER sources EXCLUDE REGEX "_test\\.cpp$")
-  add_library(vndoc6_dll SHARED ${sources} ${PROJECT_SOURCE_DIR}/src/registration/VNDoc6.def)
+  add_library(vndoc6_dll SHARED ${sources} ${PROJECT_SOURCE_DIR}/src/com/server/VNDoc6.def)
   vndoc6_configure(vndoc6_dll)
   set_target_properties(vndoc6_dll PROPERTIES OUTPUT_NAME VNDoc6 PREFIX "")
   target_link_libraries(vndoc6_dll PRIVATE vndoc6)
@@ -72,7 +72,7 @@ endfunction()
 
 # Tests of the door, run under Wine where there is no Windows.
 function(vndoc6_windows_tests)
-  vndoc6_glob(class_tests "*_test.cpp" windows registration)
+  vndoc6_glob(class_tests "*_test.cpp" com com/server)
   file(GLOB host_tests CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/windows/*.cpp)
   vndoc6_test_program(vndoc6_com_tests ${class_tests} ${host_tests})
   if(TARGET vndoc6_com_tests)
@@ -90,7 +90,7 @@ function(vndoc6_windows_memory_tests)
   file(GLOB tests CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/windows/out_of_memory/*.cpp)
   vndoc6_test_program(vndoc6_com_memory_tests ${tests} ${VNDOC6_HEADER}
                       ${PROJECT_SOURCE_DIR}/tests/out_of_memory/shortage.cpp
-                      ${PROJECT_SOURCE_DIR}/src/registration/class_factory.cpp)
+                      ${PROJECT_SOURCE_DIR}/src/com/server/class_factory.cpp)
   if(TARGET vndoc6_com_memory_tests)
     target_include_directories(vndoc6_com_memory_tests SYSTEM PRIVATE ${PROJECT_BINARY_DIR})
   endif()

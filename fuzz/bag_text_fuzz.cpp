@@ -3,14 +3,14 @@
 #include <cstdlib>
 #include <string>
 
-#include "common/bag_scanner.h"
-#include "common/bag_writer.h"
+#include "bag/bag_scanner.h"
+#include "bag/bag_writer.h"
 
-using vndoc6::common::BagEntry;
-using vndoc6::common::BagScanner;
-using vndoc6::common::BagWriter;
-using vndoc6::common::KeptText;
-using vndoc6::common::SharedBytes;
+using vndoc6::bag::BagEntry;
+using vndoc6::bag::BagScanner;
+using vndoc6::bag::BagWriter;
+using vndoc6::bag::KeptText;
+using vndoc6::bag::SharedBytes;
 
 // The entries of `text`, and of the bags in it, written anew.
 static std::string Rewritten(const KeptText& text) {

@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "automation/error.h"
-#include "compare/compare.h"
-#include "compare/walk.h"
-#include "core/document.h"
+#include "content/compare.h"
+#include "content/walk.h"
+#include "document/document.h"
 #include "tests/support/memory_disk.h"
 #include "tests/support/saved_text.h"
 

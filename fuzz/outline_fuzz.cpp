@@ -5,8 +5,8 @@
 #include <iostream>
 #include <string>
 
-#include "compare/compare.h"
-#include "core/document.h"
+#include "content/compare.h"
+#include "document/document.h"
 #include "hosts/vndoc/drawing.h"
 #include "hosts/vndoc/outline_reader.h"
 #include "hosts/vndoc/page.h"

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "automation/error.h"
-#include "compare/compare.h"
+#include "content/compare.h"
 #include "templates/template_library.h"
 #include "tests/support/memory_disk.h"
 

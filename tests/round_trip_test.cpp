@@ -6,10 +6,10 @@
 
 #include "automation/describe.h"
 #include "automation/late_bound.h"
-#include "common/bag_scanner.h"
-#include "common/file_system.h"
-#include "compare/compare.h"
-#include "compare/content.h"
+#include "bag/bag_scanner.h"
+#include "content/compare.h"
+#include "content/content.h"
+#include "platform/file_system.h"
 #include "templates/template_library.h"
 #include "tests/support/random_document.h"
 #include "tests/support/temporary_folder.h"
@@ -77,10 +77,10 @@ Ref<vnDocument> Load(const Text& name) {
 
 // The entries of a saved document as they lie in the file, under their keys.
 std::map<std::string, std::string> Entries(const Text& name) {
-  const common::KeptText file(common::SharedBytes(common::ReadWholeFile(name).value()));
+  const bag::KeptText file(bag::SharedBytes(platform::ReadWholeFile(name).value()));
   std::map<std::string, std::string> entries;
-  common::BagScanner scanner(file);
-  common::BagEntry entry;
+  bag::BagScanner scanner(file);
+  bag::BagEntry entry;
   while (scanner.Next(entry)) {
     Variant value;
     EXPECT_TRUE(scanner.ValueOf(entry, value));

@@ -14,8 +14,8 @@ run_cppcheck() {
   cppcheck --enable=warning,performance,portability --inline-suppr --std=c++20 --language=c++ \
     --error-exitcode=1 --quiet -j "$(nproc)" --cppcheck-build-dir=build/cppcheck -I src \
     --suppressions-list=tools/cppcheck-suppressions.txt \
-    src/automation src/chart src/collections src/common src/compare src/core src/details \
-    src/fields src/process src/published src/templates src/titles
+    src/automation src/bag src/chart src/collections src/content src/core src/details src/document \
+    src/fields src/platform src/process src/published src/templates src/titles
 }
 
 # GCC 12 knows its analyzer to be unfinished for C++. The checks that are off take what a function

@@ -14,7 +14,7 @@ build() {
 }
 
 build_dlls() {
-  require src/registration/VNDoc6.def "src/registration has no VNDoc6.def yet: no VNDoc6.dll" &&
+  require src/com/server/VNDoc6.def "src/com/server has no VNDoc6.def yet: no VNDoc6.dll" &&
     build win64 vndoc6_dll && build win32 vndoc6_dll
 }
 

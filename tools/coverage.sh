@@ -3,10 +3,10 @@
 # What takes in texts that may come from anywhere.
 parsing_sources=(
   src/automation/{text,variant}.{h,cpp}
-  src/common/{bag_reader,bag_scanner,base64,escape,kept_text,levelled_text}.{h,cpp}
-  src/common/{lazy,unchanged_text}.h src/common/properties.cpp
+  src/bag/{bag_reader,bag_scanner,base64,escape,kept_text,levelled_text}.{h,cpp}
+  src/bag/{lazy,unchanged_text}.h src/bag/properties.cpp
   src/collections/{attachment_list,collection,keyed_store,numbered_collection}.h
-  src/core/document_load.cpp src/process/step_text.cpp src/templates/{tag_text,template_library}.cpp
+  src/document/document_load.cpp src/process/step_text.cpp src/templates/{tag_text,template_library}.cpp
   hosts/vndoc/{json_tree,json_values,mended_text,outline_reader,read_json}.cpp
 )
 

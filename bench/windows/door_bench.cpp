@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "VNDoc6.h"
+#include "com/com_object.h"
 #include "published/published.h"
-#include "windows/com_object.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 namespace {
 
 constexpr const wchar_t* kModule = L"VNDoc6.dll";
@@ -207,10 +207,10 @@ void Run() {
 }
 
 }  // namespace
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com
 
 int main() {
   if (FAILED(OleInitialize(nullptr))) return 1;
-  vndoc6::windows::Run();
+  vndoc6::com::Run();
   OleUninitialize();
 }

@@ -6,15 +6,15 @@
 #include <vector>
 
 #include "automation/services.h"
+#include "bag/properties.h"
 #include "chart/chart.h"
 #include "chart/figure.h"
 #include "chart/line.h"
-#include "collections/file.h"
-#include "collections/jump.h"
-#include "common/properties.h"
 #include "details/details.h"
 #include "process/condition.h"
 #include "process/container.h"
+#include "process/file.h"
+#include "process/jump.h"
 #include "process/link.h"
 #include "process/steps.h"
 #include "process/task.h"

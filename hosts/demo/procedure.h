@@ -1,7 +1,7 @@
 // The procedure that the demo builds: the approval of a purchase, from the request to the archive.
 #pragma once
 
-#include "core/document.h"
+#include "document/document.h"
 
 namespace demo {
 

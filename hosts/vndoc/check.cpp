@@ -5,15 +5,15 @@
 #include <ostream>
 #include <set>
 
-#include "collections/jump.h"
+#include "bag/properties.h"
 #include "command.h"
-#include "common/file_system.h"
-#include "common/properties.h"
 #include "copies.h"
 #include "file_text.h"
 #include "flow.h"
 #include "objects.h"
 #include "one_line.h"
+#include "platform/file_system.h"
+#include "process/jump.h"
 
 namespace vndoc {
 namespace {
@@ -138,7 +138,7 @@ class Checker {
   bool IsThere(const Text& name) const {
     const Text document = document_.FileName();
     const Text folder = document.substr(0, document.find_last_of(u"/\\") + 1);
-    return vndoc6::common::FileExists(name) || vndoc6::common::FileExists(folder + name);
+    return vndoc6::platform::FileExists(name) || vndoc6::platform::FileExists(folder + name);
   }
 
   vnDocument& document_;

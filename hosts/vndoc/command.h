@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/document.h"
+#include "document/document.h"
 
 namespace vndoc {
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "command.h"
-#include "compare/walk.h"
+#include "content/walk.h"
 #include "objects.h"
 #include "process/link.h"
 #include "process/steps.h"

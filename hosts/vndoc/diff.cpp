@@ -3,7 +3,7 @@
 #include <ostream>
 
 #include "command.h"
-#include "compare/compare.h"
+#include "content/compare.h"
 #include "document_json.h"
 #include "one_line.h"
 

@@ -8,12 +8,12 @@
 #include "chart/chart.h"
 #include "chart/figure.h"
 #include "chart/line.h"
-#include "collections/jump.h"
 #include "copies.h"
 #include "details/details.h"
 #include "label.h"
 #include "layout.h"
 #include "process/container.h"
+#include "process/jump.h"
 #include "router.h"
 
 namespace vndoc {

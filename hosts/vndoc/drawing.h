@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/document.h"
+#include "document/document.h"
 #include "geometry.h"
 #include "outlines.h"
 

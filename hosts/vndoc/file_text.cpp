@@ -4,21 +4,21 @@
 #include <utility>
 #include <vector>
 
-#include "common/bag_scanner.h"
-#include "common/file_system.h"
-#include "common/utility.h"
+#include "bag/bag_scanner.h"
 #include "copies.h"
 #include "one_line.h"
+#include "platform/file_system.h"
+#include "platform/keys.h"
 #include "scratch_folder.h"
 
 namespace vndoc {
 
 using vndoc6::automation::Call;
 using vndoc6::automation::Get;
-using vndoc6::common::BagEntry;
-using vndoc6::common::BagScanner;
-using vndoc6::common::KeptText;
-using vndoc6::common::SharedBytes;
+using vndoc6::bag::BagEntry;
+using vndoc6::bag::BagScanner;
+using vndoc6::bag::KeptText;
+using vndoc6::bag::SharedBytes;
 
 namespace {
 
@@ -158,7 +158,7 @@ std::string TextOf(Ref<vnDocument> document) {
   const Text name = folder.Name("again");
   if (!document->SaveAs(name)) throw Failure("a temporary file can't be written");
   document = nullptr;
-  auto bytes = vndoc6::common::ReadWholeFile(name);
+  auto bytes = vndoc6::platform::ReadWholeFile(name);
   if (!bytes) throw Failure("a temporary file can't be read again");
   return *std::move(bytes);
 }

@@ -9,8 +9,8 @@
 
 #include "automation/error.h"
 #include "command.h"
-#include "common/file_system.h"
-#include "core/temp_save.h"
+#include "document/temp_save.h"
+#include "platform/file_system.h"
 #include "progress.h"
 #include "terminal.h"
 
@@ -34,7 +34,7 @@ void RequireReadable(const std::string& file) {
   char first = 0;
   if (!stream) throw Failure(file + ": " + SystemError());
   stream.get(first);
-  if (stream.bad() || !vndoc6::common::FileExists(FromUtf8(file))) {
+  if (stream.bad() || !vndoc6::platform::FileExists(FromUtf8(file))) {
     throw Failure(file + ": not a file that can be read");
   }
 }
@@ -208,7 +208,7 @@ void SaveAs(Context& context, vnDocument& document, const std::string& file) {
 std::string ReadBytes(Context& context, const std::string& file) {
   if (file == "-") return {std::istreambuf_iterator<char>(context.in), {}};
   RequireReadable(file);
-  auto bytes = vndoc6::common::ReadWholeFile(FromUtf8(file));
+  auto bytes = vndoc6::platform::ReadWholeFile(FromUtf8(file));
   if (!bytes) throw Failure(file + ": " + SystemError());
   return *std::move(bytes);
 }
@@ -216,7 +216,7 @@ std::string ReadBytes(Context& context, const std::string& file) {
 void WriteBytes(Context& context, const std::string& file, std::string_view bytes) {
   if (file == "-") {
     context.out << bytes;
-  } else if (!vndoc6::common::ReplaceFileWith(FromUtf8(file), bytes)) {
+  } else if (!vndoc6::platform::ReplaceFileWith(FromUtf8(file), bytes)) {
     throw Failure(file + ": can't be written; it is as it was");
   }
 }

@@ -5,7 +5,7 @@
 #include <sstream>
 #include <streambuf>
 
-#include "common/properties.h"
+#include "bag/properties.h"
 #include "document_json.h"
 #include "json_tree.h"
 #include "scratch_folder.h"

@@ -8,8 +8,8 @@
 #include "automation/error.h"
 #include "automation/picture.h"
 #include "automation/services.h"
+#include "bag/base64.h"
 #include "command.h"
-#include "common/base64.h"
 
 namespace vndoc {
 
@@ -77,7 +77,7 @@ void AppendDate(Date value, std::string& out) {
 
 void AppendPicture(const Picture& picture, std::string& out) {
   out += "{\"Picture\": \"";
-  vndoc6::common::AppendBase64(picture.Bytes(), out);
+  vndoc6::bag::AppendBase64(picture.Bytes(), out);
   out += "\"}";
 }
 
@@ -215,7 +215,7 @@ Variant FromWrapped(std::string_view type, const JsonNode& json) {
   if (type == "Date") return DateFrom(json);
   if (type == "Error") return Variant(ErrorValue{IntegerFrom<int32_t>(json)});
   if (type == "Picture") {
-    const auto bytes = vndoc6::common::FromBase64(json.text());
+    const auto bytes = vndoc6::bag::FromBase64(json.text());
     if (bytes) return Variant(vndoc6::automation::services().make_picture(*bytes));
   }
   RefuseValue(json);

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "common/base64.h"
+#include "bag/base64.h"
 
 namespace vndoc {
 namespace {
@@ -163,7 +163,7 @@ ImageKind SniffImage(const std::vector<uint8_t>& bytes) {
 
 std::string DataUri(const char* type, const std::vector<uint8_t>& bytes) {
   std::string out = std::string("data:") + type + ";base64,";
-  vndoc6::common::AppendBase64(bytes, out);
+  vndoc6::bag::AppendBase64(bytes, out);
   return out;
 }
 

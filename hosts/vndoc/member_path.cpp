@@ -7,8 +7,8 @@
 #include "automation/describe.h"
 #include "automation/services.h"
 #include "command.h"
-#include "common/file_system.h"
-#include "compare/content.h"
+#include "content/content.h"
+#include "platform/file_system.h"
 
 namespace vndoc {
 
@@ -120,7 +120,7 @@ Variant Named(const EnumInfo& enumeration, const std::string& text) {
 }
 
 Variant PictureIn(const std::string& file) {
-  const auto bytes = vndoc6::common::ReadWholeFile(FromUtf8(file));
+  const auto bytes = vndoc6::platform::ReadWholeFile(FromUtf8(file));
   if (!bytes) throw Failure(file + ": can't be read");
   return Variant(vndoc6::automation::services().make_picture({bytes->begin(), bytes->end()}));
 }

@@ -4,15 +4,15 @@
 #include <set>
 #include <utility>
 
-#include "common/escape.h"
+#include "bag/escape.h"
 #include "one_line.h"
 
 namespace vndoc {
 
-using vndoc6::common::Escape;
-using vndoc6::common::EscapeClass;
-using vndoc6::common::kEscapeLiterals;
-using vndoc6::common::ReadEscape;
+using vndoc6::bag::Escape;
+using vndoc6::bag::EscapeClass;
+using vndoc6::bag::kEscapeLiterals;
+using vndoc6::bag::ReadEscape;
 
 namespace {
 
@@ -165,7 +165,7 @@ class Mender {
     if (level == kPart) {
       mended_.text += kClosing;
     } else {
-      vndoc6::common::AppendEscape(EscapeClass::kClosing, level, mended_.text);
+      vndoc6::bag::AppendEscape(EscapeClass::kClosing, level, mended_.text);
     }
   }
 

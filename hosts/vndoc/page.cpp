@@ -8,9 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "collections/file.h"
-#include "collections/jump.h"
-#include "common/properties.h"
+#include "bag/properties.h"
 #include "copies.h"
 #include "details/details.h"
 #include "details/revision.h"
@@ -18,6 +16,8 @@
 #include "markup.h"
 #include "process/condition.h"
 #include "process/container.h"
+#include "process/file.h"
+#include "process/jump.h"
 #include "process/task.h"
 #include "svg.h"
 #include "titles/title_ref.h"

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "core/document.h"
+#include "document/document.h"
 
 namespace vndoc {
 

@@ -6,10 +6,10 @@
 #include <regex>
 #include <set>
 
-#include "collections/file.h"
-#include "collections/jump.h"
 #include "details/details.h"
 #include "process/condition.h"
+#include "process/file.h"
+#include "process/jump.h"
 #include "process/link.h"
 #include "process/steps.h"
 #include "process/task.h"

@@ -7,14 +7,14 @@
 #include <unordered_map>
 
 #include "automation/error.h"
-#include "common/file_system.h"
-#include "common/properties.h"
-#include "common/scoped_value.h"
-#include "compare/content.h"
+#include "automation/scoped_value.h"
+#include "bag/properties.h"
+#include "content/content.h"
 #include "details/details.h"
 #include "details/revision.h"
 #include "document_json.h"
 #include "host_object.h"
+#include "platform/file_system.h"
 #include "scratch_folder.h"
 #include "titles/title_ref.h"
 #include "titles/titles.h"
@@ -278,7 +278,7 @@ class Importer {
       return revisions.AddImport(counter, reason, static_cast<int32_t>(number), date);
     }
     auto& clock = vndoc6::automation::services().today;
-    const vndoc6::common::ScopedValue<std::function<vndoc6::automation::Date()>> today(
+    const vndoc6::automation::ScopedValue<std::function<vndoc6::automation::Date()>> today(
         clock, [date] { return date; }, clock);
     document_.Details()->SetRevision(number);
     SetCounter(counter);
@@ -357,7 +357,7 @@ Ref<vnDocument> DocumentFromJson(const JsonTree& json) {
   // A file without content counts as one of the older format.
   const ScratchFolder folder;
   const Text carrier = folder.Name("empty");
-  if (!vndoc6::common::ReplaceFileWith(carrier, {}) || !document->Load(carrier, {})) {
+  if (!vndoc6::platform::ReplaceFileWith(carrier, {}) || !document->Load(carrier, {})) {
     throw Failure("the document can't be made");
   }
   return document;

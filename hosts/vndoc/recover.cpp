@@ -3,12 +3,12 @@
 #include <ostream>
 
 #include "automation/error.h"
+#include "bag/properties.h"
 #include "command.h"
-#include "common/file_system.h"
-#include "common/properties.h"
-#include "core/file_version.h"
+#include "document/file_version.h"
 #include "file_text.h"
 #include "mended_text.h"
+#include "platform/file_system.h"
 #include "process/link.h"
 #include "process/steps.h"
 #include "scratch_folder.h"
@@ -49,7 +49,7 @@ struct Salvaged {
 Salvaged Try(Context& context, std::string bytes) {
   const ScratchFolder folder;
   const Text name = folder.Name("tried");
-  if (!vndoc6::common::ReplaceFileWith(name, bytes)) {
+  if (!vndoc6::platform::ReplaceFileWith(name, bytes)) {
     throw Failure("a temporary file can't be written");
   }
   try {

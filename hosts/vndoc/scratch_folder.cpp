@@ -1,7 +1,7 @@
 #include "scratch_folder.h"
 
 #include "command.h"
-#include "common/utility.h"
+#include "platform/keys.h"
 
 namespace vndoc {
 
@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 ScratchFolder::ScratchFolder() {
   try {
     path_ = fs::temp_directory_path() /
-            ("vndoc " + vndoc6::automation::ToUtf8(vndoc6::common::NewKey()));
+            ("vndoc " + vndoc6::automation::ToUtf8(vndoc6::platform::NewKey()));
     if (!fs::create_directory(path_))
       throw Failure("a folder for temporary files is there already");
     fs::permissions(path_, fs::perms::owner_all);

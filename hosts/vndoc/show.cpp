@@ -3,10 +3,8 @@
 #include <memory>
 #include <ostream>
 
-#include "collections/file.h"
-#include "collections/jump.h"
+#include "bag/properties.h"
 #include "command.h"
-#include "common/properties.h"
 #include "copies.h"
 #include "details/details.h"
 #include "details/revision.h"
@@ -15,6 +13,8 @@
 #include "one_line.h"
 #include "process/condition.h"
 #include "process/container.h"
+#include "process/file.h"
+#include "process/jump.h"
 #include "process/task.h"
 
 namespace vndoc {

@@ -4,7 +4,7 @@
 
 #ifdef _WIN32
 
-#include "windows/vtable_thunk.h"
+#include "com/vtable_thunk.h"
 
 #else
 

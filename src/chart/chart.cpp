@@ -2,12 +2,12 @@
 
 #include "automation/describe.h"
 #include "automation/services.h"
+#include "bag/bag_reader.h"
 #include "chart/field_table.h"
 #include "chart/font_text.h"
 #include "chart/shapes.h"
-#include "common/bag_reader.h"
 #include "core/detail_id.h"
-#include "core/document.h"
+#include "document/document.h"
 
 namespace vndoc6 {
 namespace {
@@ -131,7 +131,7 @@ void vnChart::SetPicture(automation::Picture* poPicture) {
   ReportChange(vndPicture);
 }
 
-void vnChart::InternalWrite(common::BagWriter& writer) {
+void vnChart::InternalWrite(bag::BagWriter& writer) {
   BackColour();  // alone of the four it is saved as it reads
   WriteFields(writer, kToFont, values_);
   WriteFontText(writer, *Font());
@@ -140,8 +140,8 @@ void vnChart::InternalWrite(common::BagWriter& writer) {
   WriteFields(writer, kFromPicture, values_);
 }
 
-void vnChart::InternalLoad(const common::KeptText& text) {
-  common::BagReader reader(text);
+void vnChart::InternalLoad(const bag::KeptText& text) {
+  bag::BagReader reader(text);
   ReadFields(reader, kToFont, values_);
   automation::WriteFont(*Font(), ReadFontText(reader));
   ReadFields(reader, kToPicture, values_);

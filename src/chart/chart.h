@@ -6,8 +6,8 @@
 #include "automation/font.h"
 #include "automation/object.h"
 #include "automation/picture.h"
-#include "common/bag_writer.h"
-#include "common/kept_text.h"
+#include "bag/bag_writer.h"
+#include "bag/kept_text.h"
 #include "core/member.h"
 
 namespace vndoc6 {
@@ -257,9 +257,9 @@ class vnChart : public Member {
   void SetGridColour(int32_t plGridColour) { Put(&Values::grid_colour, plGridColour); }
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalWrite(common::BagWriter& writer);
+  void InternalWrite(bag::BagWriter& writer);
   // Reports nothing.
-  void InternalLoad(const common::KeptText& text);
+  void InternalLoad(const bag::KeptText& text);
 
  private:
   using Values = ChartValues;

@@ -5,7 +5,7 @@
 
 #include "automation/late_bound.h"
 #include "automation/services.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "tests/support/property_walk.h"
 #include "tests/support/recording_listener.h"
 
@@ -22,12 +22,12 @@ using vndoc6::testing::RecordingListener;
 
 std::string SavedText(vnChart& chart) {
   return automation::ToUtf8(
-      common::BagTextOf([&](common::BagWriter& writer) { chart.InternalWrite(writer); }));
+      bag::BagTextOf([&](bag::BagWriter& writer) { chart.InternalWrite(writer); }));
 }
 
 Ref<vnChart> Loaded(const Text& text) {
   Ref<vnChart> chart = Make<vnChart>();
-  chart->InternalLoad(common::KeptText(text));
+  chart->InternalLoad(bag::KeptText(text));
   return chart;
 }
 
@@ -60,8 +60,7 @@ TEST(ChartTest, ValuesComeBackButForTwo) {
   ChangeEveryProperty(*chart, events);
   chart->Font()->SetName(u"Courier");
   chart->SetPicture(automation::services().make_picture({1, 2, 3}).get());
-  const Text saved =
-      common::BagTextOf([&](common::BagWriter& writer) { chart->InternalWrite(writer); });
+  const Text saved = bag::BagTextOf([&](bag::BagWriter& writer) { chart->InternalWrite(writer); });
   EXPECT_THAT(automation::ToUtf8(saved), HasSubstr(":OD=T:Pic=pAQID:PicP=16:"));
 
   const Ref<vnChart> copy = Loaded(saved);
@@ -107,7 +106,7 @@ TEST(ChartTest, TakesTheFontItIsGivenAndDoesNotListen) {
   EXPECT_EQ(chart->Font(), font);
 
   font->SetBold(true);
-  chart->InternalLoad(common::KeptText(TextView(u"F.I=T:")));
+  chart->InternalLoad(bag::KeptText(TextView(u"F.I=T:")));
   EXPECT_THAT(events.Take(), IsEmpty());
   EXPECT_EQ(chart->Font(), font);
   EXPECT_FALSE(font->Bold());
@@ -118,7 +117,7 @@ TEST(ChartTest, PictureIsNothingUnlessThereIsOne) {
   EXPECT_FALSE(Loaded(u"")->Picture());
   const Ref<vnChart> chart = Loaded(u"Pic=pAQ==:");
   EXPECT_THAT(chart->Picture()->Bytes(), ElementsAre(1));
-  chart->InternalLoad(common::KeptText(TextView(u"Pic=~64\"x\":")));
+  chart->InternalLoad(bag::KeptText(TextView(u"Pic=~64\"x\":")));
   EXPECT_FALSE(chart->Picture());
 }
 

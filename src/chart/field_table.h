@@ -19,8 +19,8 @@
 
 #include "automation/text.h"
 #include "automation/variant.h"
-#include "common/bag_reader.h"
-#include "common/bag_writer.h"
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 
 namespace vndoc6 {
 
@@ -51,7 +51,7 @@ constexpr Field<Values, T> row(T Values::*member, const char* key,
 namespace detail {
 
 template <class T>
-void WriteValue(common::BagWriter& writer, std::string_view key, const T& value) {
+void WriteValue(bag::BagWriter& writer, std::string_view key, const T& value) {
   if constexpr (std::is_enum_v<T>) {
     writer.Add(key, static_cast<int32_t>(value));
   } else {
@@ -60,7 +60,7 @@ void WriteValue(common::BagWriter& writer, std::string_view key, const T& value)
 }
 
 template <class T, class Default>
-T ReadValue(common::BagReader& reader, std::string_view key, Default missing) {
+T ReadValue(bag::BagReader& reader, std::string_view key, Default missing) {
   if constexpr (std::is_enum_v<T>) {
     return static_cast<T>(reader.GetLong(key, static_cast<int32_t>(missing)));
   } else if constexpr (std::is_same_v<T, int32_t>) {
@@ -80,7 +80,7 @@ T ReadValue(common::BagReader& reader, std::string_view key, Default missing) {
 }  // namespace detail
 
 template <class... Fields, class Values>
-void WriteFields(common::BagWriter& writer, const std::tuple<Fields...>& fields,
+void WriteFields(bag::BagWriter& writer, const std::tuple<Fields...>& fields,
                  const Values& values) {
   const auto write = [&](const auto& field) {
     detail::WriteValue(writer, field.key, values.*field.member);
@@ -89,7 +89,7 @@ void WriteFields(common::BagWriter& writer, const std::tuple<Fields...>& fields,
 }
 
 template <class... Fields, class Values>
-void ReadFields(common::BagReader& reader, const std::tuple<Fields...>& fields, Values& values) {
+void ReadFields(bag::BagReader& reader, const std::tuple<Fields...>& fields, Values& values) {
   const auto read = [&](const auto& field) {
     using T = std::remove_cvref_t<decltype(values.*field.member)>;
     if (field.load_key == nullptr) return;

@@ -2,12 +2,12 @@
 
 #include "automation/describe.h"
 #include "automation/services.h"
+#include "bag/bag_reader.h"
 #include "chart/field_table.h"
 #include "chart/font_text.h"
-#include "common/bag_reader.h"
-#include "common/utility.h"
 #include "core/detail_id.h"
-#include "core/document.h"
+#include "document/document.h"
+#include "platform/keys.h"
 #include "process/container.h"
 #include "process/step.h"
 
@@ -138,10 +138,10 @@ void vnFigure::SetPicture(automation::Picture* poPicture) {
   ReportChange(vndPicture);
 }
 
-void vnFigure::InternalWrite(common::BagWriter& writer) {
+void vnFigure::InternalWrite(bag::BagWriter& writer) {
   // Saved as "K" but loaded from "Key": a figure's key lives as long as the figure, and its text
   // is told apart by a key of its own on every save.
-  writer.Add("K", key_.empty() ? common::NewKey() : key_);
+  writer.Add("K", key_.empty() ? platform::NewKey() : key_);
   WriteFields(writer, kToFont, values_);
   WriteFontText(writer, *Font());
   WriteFields(writer, kToPicture, values_);
@@ -149,9 +149,9 @@ void vnFigure::InternalWrite(common::BagWriter& writer) {
   WriteFields(writer, kFromPicture, values_);
 }
 
-void vnFigure::InternalLoad(const common::KeptText& text, const Text& key) {
+void vnFigure::InternalLoad(const bag::KeptText& text, const Text& key) {
   const automation::Ref<vnFigure> alive(this);  // what is reported runs a host's code
-  common::BagReader reader(text);
+  bag::BagReader reader(text);
   key_ = key.empty() ? reader.GetText("Key") : key;
   ReadFields(reader, kToFont, values_);
   LoadFont(reader);
@@ -164,13 +164,13 @@ void vnFigure::InternalLoad(const common::KeptText& text, const Text& key) {
 }
 
 // A host that listens while loading relies on one vndFont for each of the six properties.
-void vnFigure::LoadFont(common::BagReader& reader) {
+void vnFigure::LoadFont(bag::BagReader& reader) {
   const automation::Ref<automation::Font> font = automation::services().make_font();
   KeepFont(font.get());
   automation::WriteFont(*font, ReadFontText(reader));
 }
 
-void vnFigure::LoadPicture(common::BagReader& reader) {
+void vnFigure::LoadPicture(bag::BagReader& reader) {
   // Files of early versions have it as "Picture". It is put as a host would put it, also when
   // there is none, so that every load reports vndPicture once.
   SetPicture(ReadPicture(reader, "Picture").get());

@@ -6,14 +6,14 @@
 #include "automation/font.h"
 #include "automation/object.h"
 #include "automation/picture.h"
+#include "bag/bag_writer.h"
+#include "bag/kept_text.h"
 #include "chart/shapes.h"
-#include "common/bag_writer.h"
-#include "common/kept_text.h"
 #include "core/member.h"
 
 namespace vndoc6 {
 
-namespace common {
+namespace bag {
 class BagReader;
 }
 
@@ -209,10 +209,10 @@ class vnFigure : public Member {
   void SetLogical(bool pbLogical) { Put(&Values::logical, pbLogical); }
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalWrite(common::BagWriter& writer);
+  void InternalWrite(bag::BagWriter& writer);
   // The owner must be set: some defaults depend on it. Reports vndFont six times and vndPicture
   // once, as changes of the owner.
-  void InternalLoad(const common::KeptText& text, const Text& key);
+  void InternalLoad(const bag::KeptText& text, const Text& key);
   // Takes over every value, font and picture included, with an equal font object of its own.
   // Document and owner stay. Reports nothing.
   void InternalCopyFrom(const vnFigure& other);
@@ -226,8 +226,8 @@ class vnFigure : public Member {
   void Put(T Values::*member, const T& value);
   void ReportChange(int32_t detail_id);
   void KeepFont(automation::Font* font);
-  void LoadFont(common::BagReader& reader);
-  void LoadPicture(common::BagReader& reader);
+  void LoadFont(bag::BagReader& reader);
+  void LoadPicture(bag::BagReader& reader);
 
   automation::Weak<vnStep> step_;
   automation::Weak<vnContainer> container_;

@@ -7,7 +7,7 @@
 
 #include "automation/late_bound.h"
 #include "automation/services.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "process/container.h"
 #include "process/steps.h"
 #include "tests/support/property_walk.h"
@@ -24,11 +24,11 @@ using vndoc6::testing::ChangeEveryProperty;
 using vndoc6::testing::RecordingListener;
 
 Text SavedText(vnFigure& figure) {
-  return common::BagTextOf([&](common::BagWriter& writer) { figure.InternalWrite(writer); });
+  return bag::BagTextOf([&](bag::BagWriter& writer) { figure.InternalWrite(writer); });
 }
 
 void Load(vnFigure& figure, const Text& text, const Text& key = {}) {
-  figure.InternalLoad(common::KeptText(text), key);
+  figure.InternalLoad(bag::KeptText(text), key);
 }
 
 std::vector<uint8_t> BytesOf(vnFigure& figure) { return figure.Picture()->Bytes(); }

@@ -25,11 +25,11 @@ constexpr std::tuple kFields{
 
 }  // namespace
 
-void WriteFontText(common::BagWriter& writer, const automation::Font& font) {
+void WriteFontText(bag::BagWriter& writer, const automation::Font& font) {
   WriteFields(writer, kFields, automation::ReadFont(font));
 }
 
-FontValues ReadFontText(common::BagReader& reader) {
+FontValues ReadFontText(bag::BagReader& reader) {
   FontValues values;
   ReadFields(reader, kFields, values);
   return values;
@@ -42,7 +42,7 @@ automation::Ref<automation::Font> CopyFont(const automation::Font* font) {
   return copy;
 }
 
-automation::Ref<automation::Picture> ReadPicture(common::BagReader& reader, std::string_view key) {
+automation::Ref<automation::Picture> ReadPicture(bag::BagReader& reader, std::string_view key) {
   std::optional<std::vector<uint8_t>> bytes = reader.GetPicture(key);
   return bytes ? automation::services().make_picture(std::move(*bytes)) : nullptr;
 }

@@ -6,19 +6,19 @@
 
 #include "automation/font.h"
 #include "automation/picture.h"
-#include "common/bag_reader.h"
-#include "common/bag_writer.h"
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 
 namespace vndoc6 {
 
-void WriteFontText(common::BagWriter& writer, const automation::Font& font);
+void WriteFontText(bag::BagWriter& writer, const automation::Font& font);
 // Missing entries give Tahoma, size 9, plain.
-automation::FontValues ReadFontText(common::BagReader& reader);
+automation::FontValues ReadFontText(bag::BagReader& reader);
 
 // Another font object of the same values; null for null.
 automation::Ref<automation::Font> CopyFont(const automation::Font* font);
 
 // The picture under the key; null when there is none or the entry is something else.
-automation::Ref<automation::Picture> ReadPicture(common::BagReader& reader, std::string_view key);
+automation::Ref<automation::Picture> ReadPicture(bag::BagReader& reader, std::string_view key);
 
 }  // namespace vndoc6

@@ -8,13 +8,13 @@
 #include "automation/describe.h"
 #include "automation/error.h"
 #include "automation/services.h"
+#include "bag/bag_reader.h"
+#include "bag/bag_scanner.h"
 #include "chart/field_table.h"
 #include "chart/font_text.h"
-#include "common/bag_reader.h"
-#include "common/bag_scanner.h"
-#include "common/utility.h"
 #include "core/detail_id.h"
-#include "core/document.h"
+#include "document/document.h"
+#include "platform/keys.h"
 #include "process/link.h"
 
 namespace vndoc6 {
@@ -139,7 +139,7 @@ void vnLine::SetExtraPointY(int32_t plIndex, int32_t plValue) {
 }
 
 void vnLine::SetExtraPointCount(int32_t plExtraPointCount) {
-  const int32_t count = common::Limit(plExtraPointCount, 0, kMaxCountPut);
+  const int32_t count = std::clamp(plExtraPointCount, 0, kMaxCountPut);
   points_.resize(static_cast<size_t>(count) + 1);
   if (update_extra_points_) return;
   const automation::Ref<vnLine> alive(this);
@@ -147,7 +147,7 @@ void vnLine::SetExtraPointCount(int32_t plExtraPointCount) {
   ReportChange(vndExtraPointX);
 }
 
-void vnLine::InternalWrite(common::BagWriter& writer) const {
+void vnLine::InternalWrite(bag::BagWriter& writer) const {
   // Unlike a figure or the chart, a line that nobody loaded has no font to save.
   if (!font_) throw automation::Error(automation::kObjectNotSet);
   WriteFields(writer, kToFont, values_);
@@ -156,7 +156,7 @@ void vnLine::InternalWrite(common::BagWriter& writer) const {
   WritePoints(writer);
 }
 
-void vnLine::WritePoints(common::BagWriter& writer) const {
+void vnLine::WritePoints(bag::BagWriter& writer) const {
   writer.Add("EPC", ExtraPointCount());
   for (size_t i = 1; i < points_.size(); ++i) {
     const std::string number = std::to_string(i);
@@ -165,8 +165,8 @@ void vnLine::WritePoints(common::BagWriter& writer) const {
   }
 }
 
-void vnLine::InternalLoad(const common::KeptText& text) {
-  common::BagReader reader(text);
+void vnLine::InternalLoad(const bag::KeptText& text) {
+  bag::BagReader reader(text);
   ReadFields(reader, kToFont, values_);
   const automation::Ref<automation::Font> font = automation::services().make_font();
   automation::WriteFont(*font, ReadFontText(reader));
@@ -176,12 +176,12 @@ void vnLine::InternalLoad(const common::KeptText& text) {
 }
 
 // Goes by the entries that there are: a count that no text backs takes no time.
-void vnLine::ReadPoints(const common::KeptText& text, common::BagReader& reader) {
-  const int32_t count = common::Limit(reader.GetLong("EPC"), 0, kMaxCount);
+void vnLine::ReadPoints(const bag::KeptText& text, bag::BagReader& reader) {
+  const int32_t count = std::clamp(reader.GetLong("EPC"), 0, kMaxCount);
   points_.assign(static_cast<size_t>(count) + 1, {});
   if (count == 0) return;
-  common::BagScanner scanner(text);
-  common::BagEntry entry;
+  bag::BagScanner scanner(text);
+  bag::BagEntry entry;
   while (scanner.Next(entry)) {
     const bool is_x = entry.key.starts_with(kPointX);
     if (!is_x && !entry.key.starts_with(kPointY)) continue;

@@ -6,13 +6,13 @@
 
 #include "automation/font.h"
 #include "automation/object.h"
-#include "common/bag_writer.h"
-#include "common/kept_text.h"
+#include "bag/bag_writer.h"
+#include "bag/kept_text.h"
 #include "core/member.h"
 
 namespace vndoc6 {
 
-namespace common {
+namespace bag {
 class BagReader;
 }
 
@@ -206,9 +206,9 @@ class vnLine : public Member {
 
   // --- Inside the library; hosts have no use for these. ---
   // Error 91 when the line was never loaded nor its font read.
-  void InternalWrite(common::BagWriter& writer) const;
+  void InternalWrite(bag::BagWriter& writer) const;
   // Reports nothing.
-  void InternalLoad(const common::KeptText& text);
+  void InternalLoad(const bag::KeptText& text);
   // Takes over every saved value, with an equal font object of its own. Document and link stay.
   // Reports nothing.
   void InternalCopyFrom(const vnLine& other);
@@ -227,8 +227,8 @@ class vnLine : public Member {
   void ReportChange(int32_t detail_id);
   const Point& PointAt(int32_t index) const;
   void PutPoint(int32_t index, int32_t Point::*member, int32_t value, int32_t detail_id);
-  void WritePoints(common::BagWriter& writer) const;
-  void ReadPoints(const common::KeptText& text, common::BagReader& reader);
+  void WritePoints(bag::BagWriter& writer) const;
+  void ReadPoints(const bag::KeptText& text, bag::BagReader& reader);
 
   automation::Weak<vnLink> link_;
   Values values_;

@@ -6,7 +6,7 @@
 #include "automation/error.h"
 #include "automation/late_bound.h"
 #include "automation/services.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "process/link.h"
 #include "tests/support/property_walk.h"
 #include "tests/support/recording_listener.h"
@@ -23,7 +23,7 @@ using vndoc6::testing::ChangeEveryProperty;
 using vndoc6::testing::RecordingListener;
 
 Text SavedText(const vnLine& line) {
-  return common::BagTextOf([&](common::BagWriter& writer) { line.InternalWrite(writer); });
+  return bag::BagTextOf([&](bag::BagWriter& writer) { line.InternalWrite(writer); });
 }
 
 // The number of the error that the call raises; 0 for none.
@@ -47,7 +47,7 @@ class LineTest : public ::testing::Test {
     Ref<vnLine> line = Make<vnLine>();
     line->SetDocument(document_.get());
     line->SetLink(link_.get());
-    line->InternalLoad(common::KeptText(text));
+    line->InternalLoad(bag::KeptText(text));
     return line;
   }
 
@@ -176,7 +176,7 @@ TEST_F(LineTest, TakesTheFontItIsGivenAndDoesNotListen) {
   line->SetFont(font.get());
   EXPECT_THAT(events.Take(), ElementsAre("LinkChange l 34"));
   EXPECT_EQ(line->Font(), font);
-  line->InternalLoad(common::KeptText(TextView(u"F.B=T:")));
+  line->InternalLoad(bag::KeptText(TextView(u"F.B=T:")));
   EXPECT_FALSE(font->Bold());
   EXPECT_TRUE(line->Font()->Bold());
 }

@@ -4,11 +4,11 @@
 #include <string>
 
 #include "automation/enumerator.h"
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 #include "collections/keyed_store.h"
-#include "common/bag_reader.h"
-#include "common/bag_writer.h"
-#include "common/utility.h"
 #include "core/member.h"
+#include "platform/keys.h"
 
 namespace vndoc6 {
 
@@ -37,29 +37,29 @@ class Collection : public Base {
  protected:
   // Stores a member under its key, a fresh one when it has none. False when the key is taken.
   bool AddUnderOwnKey(T& member) {
-    if (member.Key().empty()) member.InternalSetKey(common::NewKey());
+    if (member.Key().empty()) member.InternalSetKey(platform::NewKey());
     return store_.Add(member.Key(), member);
   }
   // The saved text under "<prefix><position>"; an empty collection writes nothing.
-  void WriteByPosition(common::BagWriter& writer, std::string_view prefix) const {
+  void WriteByPosition(bag::BagWriter& writer, std::string_view prefix) const {
     std::string key;
     for (size_t i = 0; i < store_.size(); ++i) {
       key.assign(prefix).append(std::to_string(i + 1));
-      writer.AddNested(key, [&](common::BagWriter& nested) { store_[i].InternalWrite(nested); });
+      writer.AddNested(key, [&](bag::BagWriter& nested) { store_[i].InternalWrite(nested); });
     }
   }
   // The saved text under "<prefix><key>".
-  void WriteByKey(common::BagWriter& writer, char16_t prefix) const {
+  void WriteByKey(bag::BagWriter& writer, char16_t prefix) const {
     for (size_t i = 0; i < store_.size(); ++i) {
       writer.AddNestedUnder(prefix + store_[i].Key(),
-                            [&](common::BagWriter& nested) { store_[i].InternalWrite(nested); });
+                            [&](bag::BagWriter& nested) { store_[i].InternalWrite(nested); });
     }
   }
   // Calls `add(member)` for a new member loaded from each entry, in order. Entry keys say nothing.
   template <class Add>
-  static void ReadMembers(const common::KeptText& text, Add&& add) {
-    common::BagScanner scanner(text);
-    common::BagEntry entry;
+  static void ReadMembers(const bag::KeptText& text, Add&& add) {
+    bag::BagScanner scanner(text);
+    bag::BagEntry entry;
     while (scanner.Next(entry)) {
       const automation::Ref<T> member = automation::Make<T>();
       member->InternalLoad(scanner.TextOf(entry), Text());
@@ -68,7 +68,7 @@ class Collection : public Base {
   }
   // Adds the members of a document's own list, which were in the document already: they get the
   // document, and nothing is reported.
-  void ReadMembersQuietly(const common::KeptText& text) {
+  void ReadMembersQuietly(const bag::KeptText& text) {
     ReadMembers(text, [this](T* member) {
       if (AddUnderOwnKey(*member)) member->InternalSetDocument(this->InternalDocument());
     });

@@ -13,7 +13,7 @@
 #include "automation/object.h"
 #include "automation/text.h"
 #include "automation/variant.h"
-#include "common/position.h"
+#include "bag/position.h"
 
 namespace vndoc6 {
 
@@ -101,7 +101,7 @@ class KeyedStore {
   size_t IndexOf(const automation::Variant& position_or_key) const {
     if (const auto* key = position_or_key.If<Text>())
       return FindFolded(automation::FoldedUtf8(*key));
-    return common::IndexOfPosition(position_or_key, entries_.size()).value_or(kNone);
+    return bag::IndexOfPosition(position_or_key, entries_.size()).value_or(kNone);
   }
 
   size_t FindFolded(std::string_view folded) const {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <random>
 
-#include "collections/item.h"
+#include "details/item.h"
 
 namespace vndoc6 {
 namespace {

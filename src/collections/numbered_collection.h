@@ -34,7 +34,7 @@ class NumberedCollection : public Collection<T, Base> {
     return true;
   }
   // The members under "L<position>", then the counter. An empty list writes nothing.
-  void WriteNumbered(common::BagWriter& writer) const {
+  void WriteNumbered(bag::BagWriter& writer) const {
     if (this->store_.empty()) return;
     this->WriteByPosition(writer, "L");
     writer.Add("NextID", next_id_);
@@ -42,11 +42,11 @@ class NumberedCollection : public Collection<T, Base> {
   // Sets the counter, then calls `add(member)` for each member. A text without entries changes
   // nothing.
   template <class Add>
-  void ReadNumbered(const common::KeptText& text, Add&& add) {
-    common::BagEntry entry;
-    if (!common::BagScanner(text).Next(entry)) return;
-    next_id_ = common::BagReader(text).GetLong("NextID");
-    common::BagScanner scanner(text);
+  void ReadNumbered(const bag::KeptText& text, Add&& add) {
+    bag::BagEntry entry;
+    if (!bag::BagScanner(text).Next(entry)) return;
+    next_id_ = bag::BagReader(text).GetLong("NextID");
+    bag::BagScanner scanner(text);
     while (scanner.Next(entry)) {
       if (scanner.KeyOf(entry) == u"NextID") continue;
       const automation::Ref<T> member = automation::Make<T>();

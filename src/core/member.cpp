@@ -1,6 +1,6 @@
 #include "core/member.h"
 
-#include "core/document.h"
+#include "document/document.h"
 
 namespace vndoc6 {
 

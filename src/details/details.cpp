@@ -2,11 +2,11 @@
 
 #include "automation/describe.h"
 #include "automation/services.h"
-#include "common/bag_reader.h"
-#include "common/utility.h"
-#include "core/document.h"
+#include "bag/bag_reader.h"
 #include "details/revision.h"
+#include "document/document.h"
 #include "fields/fields.h"
+#include "platform/keys.h"
 
 namespace vndoc6 {
 namespace {
@@ -70,7 +70,7 @@ automation::Ref<vnTitleRef> vnDetails::AuthorisedBy() {
         authoriser->InternalSetDocument(InternalDocument());
         return authoriser;
       },
-      [](vnTitleRef& authoriser, const common::KeptText& text) { authoriser.InternalLoad(text); });
+      [](vnTitleRef& authoriser, const bag::KeptText& text) { authoriser.InternalLoad(text); });
 }
 
 automation::Ref<automation::Object> vnDetails::Fields() {
@@ -95,9 +95,9 @@ void vnDetails::InternalSetDocument(vnDocument* document) {
 }
 
 // Every key is written every time, the passwords excepted: files without them stay as they were.
-void vnDetails::InternalWrite(common::BagWriter& writer) const {
-  writer.Add("K", key_.empty() ? common::NewKey() : key_);
-  authorised_by_.Save(writer, "AB", [](const vnTitleRef& authoriser, common::BagWriter& nested) {
+void vnDetails::InternalWrite(bag::BagWriter& writer) const {
+  writer.Add("K", key_.empty() ? platform::NewKey() : key_);
+  authorised_by_.Save(writer, "AB", [](const vnTitleRef& authoriser, bag::BagWriter& nested) {
     authoriser.InternalWrite(nested);
   });
   writer.Add("DA", date_approved_);
@@ -122,9 +122,9 @@ void vnDetails::InternalWrite(common::BagWriter& writer) const {
 
 // Hosts that listen while loading hear of the four that are set as a host sets them, not of the
 // title, the scope and the purpose.
-void vnDetails::InternalLoad(const common::KeptText& text) {
+void vnDetails::InternalLoad(const bag::KeptText& text) {
   const automation::Ref<vnDetails> self(this);
-  common::BagReader reader(text);
+  bag::BagReader reader(text);
   key_ = reader.GetText("K");
   authorised_by_.Reset(reader.GetKept("AB"));
   SetDateApproved(reader.GetDate("DA"));

@@ -5,9 +5,9 @@
 
 #include "automation/object.h"
 #include "automation/variant.h"
-#include "common/bag_writer.h"
-#include "common/kept_text.h"
-#include "common/lazy.h"
+#include "bag/bag_writer.h"
+#include "bag/kept_text.h"
+#include "bag/lazy.h"
 #include "core/member.h"
 #include "titles/title_ref.h"
 
@@ -83,8 +83,8 @@ class vnDetails : public Member {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetDocument(vnDocument* document) override;
-  void InternalWrite(common::BagWriter& writer) const;
-  void InternalLoad(const common::KeptText& text);
+  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalLoad(const bag::KeptText& text);
   // Plain text, compared exactly; empty means none.
   const Text& InternalReadPassword() const { return read_password_; }
   void InternalSetReadPassword(const Text& password) { read_password_ = password; }
@@ -101,9 +101,9 @@ class vnDetails : public Member {
   float revision_ = 0;
   Text scope_;
   Text purpose_;
-  common::Lazy<vnTitleRef> authorised_by_;
+  bag::Lazy<vnTitleRef> authorised_by_;
   automation::Date date_approved_;
-  common::Lazy<automation::Object> fields_;
+  bag::Lazy<automation::Object> fields_;
   Text description_;
   int32_t due_date_type_ = 0;
   Text duration_;

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "automation/late_bound.h"
-#include "common/bag_reader.h"
-#include "core/document.h"
+#include "bag/bag_reader.h"
+#include "document/document.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
 
@@ -42,7 +42,7 @@ TEST(Details, ReadAndWriteEveryKeyInOrder) {
 TEST(Details, WithoutValuesWriteEveryKeyButThePasswords) {
   const auto details = Make<vnDetails>();
   const std::string text = SavedText(*details);
-  const std::string key = automation::ToUtf8(common::BagReader(Kept(text)).GetText("K"));
+  const std::string key = automation::ToUtf8(bag::BagReader(Kept(text)).GetText("K"));
   EXPECT_EQ(key.size(), 38U);
   EXPECT_EQ(text, "K=~64\"" + key +
                       "\":AB=~64\"\":DA=t0:DC=~64\"\":DS=0:P=~64\"\":R=s0:T=~64\"\":S=~64\"\":"

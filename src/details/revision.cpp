@@ -1,21 +1,21 @@
 #include "details/revision.h"
 
 #include "automation/describe.h"
-#include "core/document.h"
+#include "document/document.h"
 
 namespace vndoc6 {
 
 using automation::Variant;
 
-void vnRevision::InternalWrite(common::BagWriter& writer) const {
+void vnRevision::InternalWrite(bag::BagWriter& writer) const {
   writer.Add("D", revision_date_);
   writer.Add("R", revision_);
   writer.Add("IR", ir_);
   writer.Add("Rs", reason_);
 }
 
-bool vnRevision::InternalLoad(const common::KeptText& text) {
-  common::BagReader reader(text);
+bool vnRevision::InternalLoad(const bag::KeptText& text) {
+  bag::BagReader reader(text);
   // A missing number or date can't be converted either.
   const auto value = [&](std::string_view key) { return reader.Get(key).value_or(Variant(u"")); };
   try {
@@ -55,11 +55,11 @@ void vnRevisions::AddImport(int32_t plIR, const Text& psReason, int32_t plRevisi
 
 void vnRevisions::Remove(const Variant& pvRef) { store_.Remove(pvRef); }
 
-void vnRevisions::InternalWrite(common::BagWriter& writer) const { WriteByPosition(writer, "F"); }
+void vnRevisions::InternalWrite(bag::BagWriter& writer) const { WriteByPosition(writer, "F"); }
 
-void vnRevisions::InternalLoad(const common::KeptText& text) {
-  common::BagScanner scanner(text);
-  common::BagEntry entry;
+void vnRevisions::InternalLoad(const bag::KeptText& text) {
+  bag::BagScanner scanner(text);
+  bag::BagEntry entry;
   while (scanner.Next(entry)) {
     const automation::Ref<vnRevision> revision = automation::Make<vnRevision>();
     if (revision->InternalLoad(scanner.TextOf(entry))) Add(revision.get());

@@ -4,9 +4,9 @@
 #include <cstdint>
 
 #include "automation/variant.h"
+#include "bag/bag_writer.h"
+#include "bag/kept_text.h"
 #include "collections/collection.h"
-#include "common/bag_writer.h"
-#include "common/kept_text.h"
 #include "core/member.h"
 
 namespace vndoc6 {
@@ -31,10 +31,10 @@ class vnRevision : public Member {
   void InternalSetRevision(float revision) { revision_ = revision; }
   void InternalSetIR(int32_t ir) { ir_ = ir; }
   void InternalSetReason(const Text& reason) { reason_ = reason; }
-  void InternalWrite(common::BagWriter& writer) const;
+  void InternalWrite(bag::BagWriter& writer) const;
   // False when the date, the number or the IR is missing, or a value can't be converted;
   // then the revision is as it was.
-  bool InternalLoad(const common::KeptText& text);
+  bool InternalLoad(const bag::KeptText& text);
 
  private:
   automation::Date revision_date_;
@@ -58,9 +58,9 @@ class vnRevisions : public Collection<vnRevision> {
   void Remove(const automation::Variant& pvRef);
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalWrite(common::BagWriter& writer) const;
+  void InternalWrite(bag::BagWriter& writer) const;
   // Skips entries out of which no revision can be made.
-  void InternalLoad(const common::KeptText& text);
+  void InternalLoad(const bag::KeptText& text);
 };
 
 }  // namespace vndoc6

@@ -4,8 +4,8 @@
 
 #include "automation/error.h"
 #include "automation/services.h"
-#include "core/document.h"
 #include "details/details.h"
+#include "document/document.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
 
@@ -97,7 +97,7 @@ TEST(Revisions, AreSavedByPosition) {
   const auto loaded = Make<vnRevisions>();
   loaded->InternalLoad(Kept(text));
   EXPECT_EQ(SavedText(*loaded), text);
-  loaded->InternalLoad(common::KeptText());
+  loaded->InternalLoad(bag::KeptText());
   EXPECT_EQ(loaded->Count(), 2);
 }
 

@@ -30,14 +30,13 @@ Ref<Object> MakeFieldValues(const Text& text) {
 }
 Ref<Object> MakeFormDef(const Text& text) { return MakeLoaded<FormDef>(u"Forms2.FormDef", text); }
 
-Ref<Object> Read(Object& owner, common::Lazy<Object>& kept, Ref<Object> (*make)(const Text& text)) {
+Ref<Object> Read(Object& owner, bag::Lazy<Object>& kept, Ref<Object> (*make)(const Text& text)) {
   // Making it may run a host's code, which may let go of the owner.
   const Ref<Object> self(&owner);
-  return kept.Get([&] { return make(kept.text().ToText()); },
-                  [](Object&, const common::KeptText&) {});
+  return kept.Get([&] { return make(kept.text().ToText()); }, [](Object&, const bag::KeptText&) {});
 }
 
-void Write(common::BagWriter& writer, std::string_view key, const common::Lazy<Object>& kept) {
+void Write(bag::BagWriter& writer, std::string_view key, const bag::Lazy<Object>& kept) {
   if (Object* object = kept.built()) {
     writer.Add(key, TextOf(*object));
   } else {

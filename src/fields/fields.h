@@ -8,8 +8,8 @@
 
 #include "automation/object.h"
 #include "automation/text.h"
-#include "common/bag_writer.h"
-#include "common/lazy.h"
+#include "bag/bag_writer.h"
+#include "bag/lazy.h"
 
 namespace vndoc6::fields {
 
@@ -20,11 +20,10 @@ automation::Ref<automation::Object> MakeFormDef(const Text& text);
 
 // The object that `owner` keeps as text until it is read; `make` is one of the above.
 automation::Ref<automation::Object> Read(
-    automation::Object& owner, common::Lazy<automation::Object>& kept,
+    automation::Object& owner, bag::Lazy<automation::Object>& kept,
     automation::Ref<automation::Object> (*make)(const Text& text));
 // Writes it back: the text that the object gives, or the kept one.
-void Write(common::BagWriter& writer, std::string_view key,
-           const common::Lazy<automation::Object>& kept);
+void Write(bag::BagWriter& writer, std::string_view key, const bag::Lazy<automation::Object>& kept);
 
 // The text to save for any of them.
 Text TextOf(automation::Object& object);

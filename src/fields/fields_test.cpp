@@ -8,7 +8,7 @@
 #include "automation/error.h"
 #include "automation/late_bound.h"
 #include "automation/services.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "fields/stand_ins.h"
 
 namespace vndoc6::fields {

@@ -2,15 +2,15 @@
 
 #include "automation/describe.h"
 #include "core/detail_id.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "process/link.h"
 
 namespace vndoc6 {
 
 using automation::Ref;
 using automation::Variant;
-using common::BagWriter;
-using common::KeptText;
+using bag::BagWriter;
+using bag::KeptText;
 
 namespace {
 
@@ -49,7 +49,7 @@ void vnCondition::ReportTest() {
 }
 
 Text vnCondition::Save() const {
-  return common::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
 }
 
 void vnCondition::Load(const Text& psLoad, const Text& psKey) {
@@ -65,7 +65,7 @@ void vnCondition::InternalWrite(BagWriter& writer) const {
 }
 
 void vnCondition::InternalLoad(const KeptText& text, const Text& key) {
-  common::BagReader reader(text);
+  bag::BagReader reader(text);
   key_ = key.empty() ? reader.GetText("K") : key;
   display_name_ = reader.GetText("DN");
   condition_test_ = reader.GetText("CT");

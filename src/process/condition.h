@@ -38,8 +38,8 @@ class vnCondition : public Member {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetKey(Text key) { key_ = std::move(key); }
-  void InternalWrite(common::BagWriter& writer) const;
-  void InternalLoad(const common::KeptText& text, const Text& key);
+  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalLoad(const bag::KeptText& text, const Text& key);
   // Everything but the key and the owners. Reports nothing.
   void InternalCopyFrom(const vnCondition& other);
 
@@ -74,8 +74,8 @@ class vnConditions : public Collection<vnCondition> {
   // --- Inside the library; hosts have no use for these. ---
   // Remove; whether there was one.
   bool InternalRemove(const automation::Variant& ref);
-  void InternalWrite(common::BagWriter& writer) const;
-  void InternalLoad(const common::KeptText& text);
+  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalLoad(const bag::KeptText& text);
 
  protected:
   automation::Object* FindParent() const override;

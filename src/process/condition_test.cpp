@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/document.h"
+#include "document/document.h"
 #include "process/steps.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
@@ -146,7 +146,7 @@ TEST(Conditions, DamagedTextGivesWhatComesBeforeTheFault) {
   // with a taken key and the cut-off one are dropped.
   ASSERT_EQ(conditions->Count(), 2);
   EXPECT_EQ(conditions->Item(Variant(1))->Key(), u"a");
-  EXPECT_EQ(conditions->Item(Variant(2))->Key().size(), common::NewKey().size());
+  EXPECT_EQ(conditions->Item(Variant(2))->Key().size(), platform::NewKey().size());
 }
 
 }  // namespace

@@ -2,14 +2,14 @@
 
 #include "automation/describe.h"
 #include "chart/figure.h"
-#include "core/document.h"
+#include "document/document.h"
 
 namespace vndoc6 {
 
 using automation::Ref;
 using automation::Variant;
-using common::BagWriter;
-using common::KeptText;
+using bag::BagWriter;
+using bag::KeptText;
 
 namespace {
 
@@ -64,7 +64,7 @@ void vnContainer::Load(const Text& psLoad, const Text& psKey) {
 }
 
 Text vnContainer::Save() const {
-  return common::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
 }
 
 // The keys are in every file: never change one.
@@ -77,7 +77,7 @@ void vnContainer::InternalWrite(BagWriter& writer) const {
 }
 
 void vnContainer::InternalLoad(const KeptText& text, const Text& key) {
-  common::BagReader reader(text);
+  bag::BagReader reader(text);
   key_ = key.empty() ? reader.GetText("K") : key;
   label_ = reader.GetText("L");
   description_ = reader.GetText("D");

@@ -3,8 +3,8 @@
 
 #include <utility>
 
+#include "bag/lazy.h"
 #include "collections/collection.h"
-#include "common/lazy.h"
 
 namespace vndoc6 {
 
@@ -45,8 +45,8 @@ class vnContainer : public Member {
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetDocument(vnDocument* document) override;
   void InternalSetKey(Text key) { key_ = std::move(key); }
-  void InternalWrite(common::BagWriter& writer) const;
-  void InternalLoad(const common::KeptText& text, const Text& key);
+  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalLoad(const bag::KeptText& text, const Text& key);
   // Everything but the key and the document, the figure's values included.
   void InternalCopyFrom(vnContainer& other);
 
@@ -56,7 +56,7 @@ class vnContainer : public Member {
   Text key_;
   Text label_;
   Text description_;
-  common::Lazy<vnFigure> figure_;
+  bag::Lazy<vnFigure> figure_;
 };
 
 class vnContainers : public Collection<vnContainer> {
@@ -76,10 +76,10 @@ class vnContainers : public Collection<vnContainer> {
   void Remove(const automation::Variant& pvRef);
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalWrite(common::BagWriter& writer) const;
-  void InternalLoad(const common::KeptText& text);
+  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalLoad(const bag::KeptText& text);
   // The same, for containers that were in the document already: raises nothing.
-  void InternalLoadQuietly(const common::KeptText& text);
+  void InternalLoadQuietly(const bag::KeptText& text);
 
  private:
   automation::Owned<vnContainer> container_;

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "chart/figure.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "process/steps.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"

@@ -4,43 +4,43 @@
 #include <utility>
 
 #include "automation/describe.h"
+#include "bag/lazy.h"
+#include "bag/unchanged_text.h"
 #include "chart/line.h"
-#include "common/lazy.h"
-#include "common/unchanged_text.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "process/condition.h"
 
 namespace vndoc6 {
 
 using automation::Ref;
 using automation::Variant;
-using common::BagWriter;
-using common::KeptText;
+using bag::BagWriter;
+using bag::KeptText;
 
 // --- vnLink ---
 
 struct vnLink::Content {
   vndoc6::Text text, tooltip, origin_step_key, destination_step_key, condition_expression;
-  common::Lazy<vnLine> line;
-  common::Lazy<vnConditions> conditions;
+  bag::Lazy<vnLine> line;
+  bag::Lazy<vnConditions> conditions;
 };
 
 namespace {
 
 // The entries of a link's text in the order in which they are written. In every file: never change
 // one.
-constexpr common::EntryForm kEntries[] = {{"K", '"', true}, {"TT", '"'}, {"T", '"'}, {"OSK", '"'},
-                                          {"DSK", '"'},     {"L", '"'},  {"C", '"'}, {"CE", '"'}};
+constexpr bag::EntryForm kEntries[] = {{"K", '"', true}, {"TT", '"'}, {"T", '"'}, {"OSK", '"'},
+                                       {"DSK", '"'},     {"L", '"'},  {"C", '"'}, {"CE", '"'}};
 
 // The key in a link's text, without reading on when it comes first, as it does in what is written
 // here.
 vndoc6::Text KeyIn(const KeptText& text) {
-  common::BagScanner scanner(text);
-  common::BagEntry entry;
+  bag::BagScanner scanner(text);
+  bag::BagEntry entry;
   if (scanner.Next(entry) && entry.key == "K" && entry.tag == '"') {
     return scanner.TextOf(entry).ToText();
   }
-  return common::BagReader(text).GetText("K");
+  return bag::BagReader(text).GetText("K");
 }
 
 }  // namespace
@@ -59,7 +59,7 @@ vnLink::Content& vnLink::content() {
 }
 
 void vnLink::ReadContent(const KeptText& text, Content& content) {
-  common::BagReader reader(text);
+  bag::BagReader reader(text);
   content.tooltip = reader.GetText("TT");
   content.text = reader.GetText("T");
   content.origin_step_key = reader.GetText("OSK");
@@ -140,7 +140,7 @@ bool vnLink::RemoveCondition(const vndoc6::Text& psKey) {
 }
 
 vndoc6::Text vnLink::Save() {
-  return common::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
 }
 
 void vnLink::Load(const vndoc6::Text& psLoad, const vndoc6::Text& psKey) {
@@ -167,7 +167,7 @@ bool vnLink::CopyUnread(BagWriter& writer) const {
   const auto is_same = [this](std::string_view, const automation::Variant& key) {
     return key == automation::Variant(key_);
   };
-  return common::CopyIfUnchanged(unread_, kEntries, writer, is_same);
+  return bag::CopyIfUnchanged(unread_, kEntries, writer, is_same);
 }
 
 void vnLink::InternalLoad(const KeptText& text, const vndoc6::Text& key) {

@@ -61,19 +61,19 @@ class vnLink : public Member {
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetDocument(vnDocument* document) override;
   void InternalSetKey(vndoc6::Text key) { key_ = std::move(key); }
-  void InternalWrite(common::BagWriter& writer);
-  void InternalLoad(const common::KeptText& text, const vndoc6::Text& key);
+  void InternalWrite(bag::BagWriter& writer);
+  void InternalLoad(const bag::KeptText& text, const vndoc6::Text& key);
 
  private:
   struct Content;
   // Everything but the key, read from the text on first use: most links of a document that is
   // loaded are saved again unread.
   Content& content();
-  static void ReadContent(const common::KeptText& text, Content& content);
-  bool CopyUnread(common::BagWriter& writer) const;
+  static void ReadContent(const bag::KeptText& text, Content& content);
+  bool CopyUnread(bag::BagWriter& writer) const;
 
   vndoc6::Text key_;
-  common::KeptText unread_;
+  bag::KeptText unread_;
   std::unique_ptr<Content> content_;
 };
 
@@ -91,10 +91,10 @@ class vnLinks : public Collection<vnLink> {
   void Remove(const automation::Variant& pvRef);
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalWrite(common::BagWriter& writer) const;
-  void InternalLoad(const common::KeptText& text);
+  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalLoad(const bag::KeptText& text);
   // The same, for links that were in the document already: raises nothing.
-  void InternalLoadQuietly(const common::KeptText& text);
+  void InternalLoadQuietly(const bag::KeptText& text);
 };
 
 }  // namespace vndoc6

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "chart/line.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "process/condition.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"

@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "automation/error.h"
-#include "common/bag_part.h"
-#include "common/utility.h"
+#include "bag/bag_part.h"
 #include "core/detail_id.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "fields/fields.h"
+#include "platform/keys.h"
 #include "process/step_content.h"
 #include "process/steps.h"
 
@@ -19,8 +19,8 @@ namespace vndoc6 {
 using automation::Object;
 using automation::Owned;
 using automation::Ref;
-using common::KeptText;
-using common::Lazy;
+using bag::KeptText;
+using bag::Lazy;
 
 namespace {
 
@@ -156,15 +156,15 @@ Ref<vnLinks> vnStep::Links() {
   return parts.links.get();
 }
 
-Ref<Properties> vnStep::GetProperties() { return common::BagPart(content().properties, this); }
+Ref<Properties> vnStep::GetProperties() { return bag::BagPart(content().properties, this); }
 void vnStep::SetProperties(Properties* poProperties) {
-  common::SetBagPart(content().properties, poProperties, this);
+  bag::SetBagPart(content().properties, poProperties, this);
 }
-Ref<Properties> vnStep::Attachments() { return common::BagPart(content().attachments, this); }
+Ref<Properties> vnStep::Attachments() { return bag::BagPart(content().attachments, this); }
 void vnStep::SetAttachments(Properties* poAttachments) {
-  common::SetBagPart(content().attachments, poAttachments, this);
+  bag::SetBagPart(content().attachments, poAttachments, this);
 }
-Ref<Properties> vnStep::Dependancies() { return common::BagPart(content().dependancies, this); }
+Ref<Properties> vnStep::Dependancies() { return bag::BagPart(content().dependancies, this); }
 
 Ref<Object> vnStep::Fields() {
   return fields::Read(*this, content().fields, &fields::MakeFieldValues);
@@ -198,7 +198,7 @@ Ref<vnTask> vnStep::NewTask() {
   task->SetStep(this);
   task->SetTaskOrder(InternalNextTaskOrder());
   // The order index needs the key before the collection would make one.
-  task->InternalSetKey(common::NewKey());
+  task->InternalSetKey(platform::NewKey());
   const Ref<vnTasks> tasks = Tasks();
   content().task_order.Add(task->Key(), task->TaskOrder());
   try {
@@ -233,7 +233,7 @@ void vnStep::InternalReorderTask(const Text& key, int32_t order) {
   const Ref<vnTask> task = tasks->Item(automation::Variant(key));
   if (!task) return;
   const int32_t current = task->TaskOrder();
-  const int32_t target = common::Limit(order, 1, tasks->Count());
+  const int32_t target = std::clamp(order, 1, tasks->Count());
   const int32_t move = target <= current ? 1 : -1;
   const auto [low, high] = std::minmax(target, current);
   for (size_t i = 0; i < tasks->InternalStore().size(); ++i) {

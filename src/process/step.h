@@ -5,9 +5,9 @@
 
 #include "automation/object.h"
 #include "automation/variant.h"
-#include "common/bag_writer.h"
-#include "common/kept_text.h"
-#include "common/lazy.h"
+#include "bag/bag_writer.h"
+#include "bag/kept_text.h"
+#include "bag/lazy.h"
 #include "core/member.h"
 
 namespace vndoc6 {
@@ -157,11 +157,11 @@ class vnStep : public Member {
   void InternalRebuildTaskOrder();
   // With the key of a step in the document and `check_key`, the step gets a fresh key when it is
   // added.
-  void InternalLoadFrom(const common::KeptText& text, const Text& key, bool check_key);
-  void InternalLoad(const common::KeptText& text, const Text& key) {
+  void InternalLoadFrom(const bag::KeptText& text, const Text& key, bool check_key);
+  void InternalLoad(const bag::KeptText& text, const Text& key) {
     InternalLoadFrom(text, key, false);
   }
-  void InternalWrite(common::BagWriter& writer);
+  void InternalWrite(bag::BagWriter& writer);
   // Copies everything but key, document and owners, parts included; the copied tasks, files, jumps
   // and conditions get fresh keys, and the copy's task order counts all its tasks.
   void InternalCopyFrom(vnStep& source);
@@ -170,13 +170,13 @@ class vnStep : public Member {
   struct Content;
   // A part, built on the first read.
   template <class T>
-  automation::Ref<T> Part(common::Lazy<T>& part);
+  automation::Ref<T> Part(bag::Lazy<T>& part);
   // Everything but the key and the number, read from the text on first use.
   Content& content();
-  void ReadContent(const common::KeptText& text, Content& content);
-  void WriteContent(common::BagWriter& writer, Content& content);
+  void ReadContent(const bag::KeptText& text, Content& content);
+  void WriteContent(bag::BagWriter& writer, Content& content);
   void InternalCopyTitlesFrom(vnStep& source);
-  bool CopyUnread(common::BagWriter& writer) const;
+  bool CopyUnread(bag::BagWriter& writer) const;
   void PruneDependencies(Content& content);
   void ReportChange(int32_t detail_id);
   void TakeOutOfNumbering();
@@ -186,7 +186,7 @@ class vnStep : public Member {
   Text key_;
   int32_t step_index_ = 0;
   automation::Weak<vnSteps> owner_;
-  common::KeptText text_;
+  bag::KeptText text_;
   std::unique_ptr<Content> content_;
 };
 

@@ -2,13 +2,13 @@
 // For the sources of vnStep only.
 #pragma once
 
+#include "bag/lazy.h"
+#include "bag/properties.h"
 #include "chart/figure.h"
-#include "collections/file.h"
-#include "collections/jump.h"
-#include "common/lazy.h"
-#include "common/properties.h"
 #include "process/condition.h"
 #include "process/container.h"
+#include "process/file.h"
+#include "process/jump.h"
 #include "process/link.h"
 #include "process/step.h"
 #include "process/task.h"
@@ -25,16 +25,16 @@ struct vnStep::Content {
   int32_t due_date_type = 0;
   int32_t continue_style = 0;
   bool auto_complete = false;
-  common::Lazy<vnTitleRefs> performed_by;
-  common::Lazy<vnFiles> files;
-  common::Lazy<vnJumps> jumps;
-  common::Lazy<automation::Object> fields;
-  common::Lazy<vnFigure> figure;
-  common::Lazy<vnConditions> conditions;
-  common::Lazy<Properties> properties;
-  common::Lazy<vnTasks> tasks;
-  common::Lazy<Properties> attachments;
-  common::Lazy<Properties> dependancies;
+  bag::Lazy<vnTitleRefs> performed_by;
+  bag::Lazy<vnFiles> files;
+  bag::Lazy<vnJumps> jumps;
+  bag::Lazy<automation::Object> fields;
+  bag::Lazy<vnFigure> figure;
+  bag::Lazy<vnConditions> conditions;
+  bag::Lazy<Properties> properties;
+  bag::Lazy<vnTasks> tasks;
+  bag::Lazy<Properties> attachments;
+  bag::Lazy<Properties> dependancies;
   automation::Owned<vnLinks> links;
   automation::Owned<vnContainer> container;
   TaskOrderIndex task_order;

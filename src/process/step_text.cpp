@@ -3,10 +3,10 @@
 
 #include <utility>
 
-#include "common/bag_part.h"
-#include "common/bag_reader.h"
-#include "common/unchanged_text.h"
-#include "core/document.h"
+#include "bag/bag_part.h"
+#include "bag/bag_reader.h"
+#include "bag/unchanged_text.h"
+#include "document/document.h"
 #include "fields/fields.h"
 #include "process/step_content.h"
 #include "process/steps.h"
@@ -15,14 +15,14 @@ namespace vndoc6 {
 
 using automation::Object;
 using automation::Ref;
-using common::BagWriter;
-using common::KeptText;
+using bag::BagWriter;
+using bag::KeptText;
 
 namespace {
 
 // The entries of a step's text in the order in which they are written. "DP" stands before "CS" when
 // there are dependencies. In every file: never change one.
-constexpr common::EntryForm kEntries[] = {
+constexpr bag::EntryForm kEntries[] = {
     {"PB", '"'},  {"D", '"'},  {"L", '"'},   {"SI", '0', true}, {"K", '"', true}, {"CK", '"'},
     {"INS", '"'}, {"AT", '0'}, {"ATo", '0'}, {"TBL", '0'},      {"F", '"'},       {"DDT", '0'},
     {"DUR", '"'}, {"AC", 'b'}, {"Fig", '"'}, {"FL", '"'},       {"J", '"'},       {"Fd", '"'},
@@ -59,7 +59,7 @@ vnStep::Content& vnStep::content() {
 }
 
 Text vnStep::Save() {
-  return common::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
 }
 
 void vnStep::Load(const Text& psLoad, const Text& psKey) {
@@ -72,7 +72,7 @@ void vnStep::InternalSetKey(Text key) {
 }
 
 void vnStep::InternalLoadFrom(const KeptText& text, const Text& key, bool check_key) {
-  common::BagReader reader(text);
+  bag::BagReader reader(text);
   // The order in which they are written.
   const int32_t step_index = reader.GetLong("SI");
   Text loaded_key = key.empty() ? reader.GetText("K") : key;
@@ -92,7 +92,7 @@ void vnStep::InternalLoadFrom(const KeptText& text, const Text& key, bool check_
 }
 
 void vnStep::ReadContent(const KeptText& text, Content& content) {
-  common::BagReader reader(text);
+  bag::BagReader reader(text);
   // A PerformedBy that was read survives, see InternalLoadFrom.
   if (content.performed_by.built() == nullptr) content.performed_by.Reset(reader.GetKept("PB"));
   content.description = reader.GetText("D");
@@ -130,7 +130,7 @@ bool vnStep::CopyUnread(BagWriter& writer) const {
   const auto is_same = [this](std::string_view key, const automation::Variant& value) {
     return value == (key == "SI" ? automation::Variant(step_index_) : automation::Variant(key_));
   };
-  return common::CopyIfUnchanged(text_, kEntries, writer, is_same);
+  return bag::CopyIfUnchanged(text_, kEntries, writer, is_same);
 }
 
 void vnStep::WriteContent(BagWriter& writer, Content& content) {
@@ -167,7 +167,7 @@ void vnStep::WriteContent(BagWriter& writer, Content& content) {
 // Takes out the dependencies on steps that are gone; when none is left, the bag too.
 void vnStep::PruneDependencies(Content& content) {
   if (content.dependancies.built() == nullptr && content.dependancies.text().empty()) return;
-  const Ref<Properties> bag = common::BagPart(content.dependancies, this);
+  const Ref<Properties> bag = bag::BagPart(content.dependancies, this);
   const vnDocument* const document = InternalDocument();
   for (int32_t i = bag->Count(); i >= 1 && document != nullptr; --i) {
     const Text key = bag->Key(i);
@@ -201,16 +201,16 @@ void vnStep::InternalCopyFrom(vnStep& source) {
   CopyMembers<vnCondition>(source.Conditions(), Conditions());
   InternalCopyTitlesFrom(source);
   copy.fields.Reset(KeptText(fields::TextOf(*source.Fields())));
-  common::SetBagPart(copy.properties, source.GetProperties()->Clone().get(), this);
-  common::SetBagPart(copy.attachments, source.Attachments()->Clone().get(), this);
-  common::SetBagPart(copy.dependancies, source.Dependancies()->Clone().get(), this);
+  bag::SetBagPart(copy.properties, source.GetProperties()->Clone().get(), this);
+  bag::SetBagPart(copy.attachments, source.Attachments()->Clone().get(), this);
+  bag::SetBagPart(copy.dependancies, source.Dependancies()->Clone().get(), this);
 }
 
 // References to titles have no identity of their own: their text is all there is to copy.
 void vnStep::InternalCopyTitlesFrom(vnStep& source) {
   const Ref<vnTitleRefs> titles = source.PerformedBy();
   PerformedBy()->InternalLoad(
-      KeptText(common::BagTextOf([&](BagWriter& writer) { titles->InternalWrite(writer); })));
+      KeptText(bag::BagTextOf([&](BagWriter& writer) { titles->InternalWrite(writer); })));
 }
 
 }  // namespace vndoc6

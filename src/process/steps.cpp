@@ -4,7 +4,7 @@
 #include <new>
 
 #include "automation/describe.h"
-#include "core/document.h"
+#include "document/document.h"
 
 namespace vndoc6 {
 
@@ -27,7 +27,7 @@ void vnSteps::Add(vnStep* poStep) {
   // A host's handler may let go of the step, or of all of this, while it is told.
   const Ref<vnStep> step(poStep);
   const Ref<vnSteps> self(this);
-  if (step->Key().empty()) step->InternalSetKey(common::NewKey());
+  if (step->Key().empty()) step->InternalSetKey(platform::NewKey());
   if (step->InternalStepsOwner() == nullptr) step->InternalSetStepsOwner(this);
   vnDocument* const document = InternalDocument();
   if (step->InternalDocument() == nullptr && document != nullptr) step->SetDocument(document);
@@ -112,9 +112,9 @@ std::vector<Ref<vnStep>> vnSteps::InternalStepsNumbered(int32_t low, int32_t hig
   return steps;
 }
 
-void vnSteps::InternalWrite(common::BagWriter& writer) { WriteByKey(writer, u'T'); }
+void vnSteps::InternalWrite(bag::BagWriter& writer) { WriteByKey(writer, u'T'); }
 
-void vnSteps::InternalLoad(const common::KeptText& text) {
+void vnSteps::InternalLoad(const bag::KeptText& text) {
   ReadMembers(text, [this](vnStep* step) { Add(step); });
 }
 

@@ -33,8 +33,8 @@ class vnSteps : public Collection<vnStep> {
   automation::Ref<vnStep> ItemByStepKey(const Text& psKey) const;
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalWrite(common::BagWriter& writer);
-  void InternalLoad(const common::KeptText& text);
+  void InternalWrite(bag::BagWriter& writer);
+  void InternalLoad(const bag::KeptText& text);
   // A step that calls this collection its owner bears another number, or another key, now.
   void InternalNumberChanged(vnStep& step, int32_t previous);
   void InternalKeyChanged();

@@ -7,7 +7,7 @@
 
 #include "automation/error.h"
 #include "automation/late_bound.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "tests/support/plain_document.h"
 #include "tests/support/recording_listener.h"
 
@@ -152,8 +152,8 @@ TEST(Steps, AStepThatIsLoadedAgainIsFoundUnderItsNewKeyAndNumber) {
 
 TEST(Steps, TextRoundTripsAndNumbersStayAsTheyAre) {
   const auto text_of = [](vnDocument& document) {
-    return common::BagTextOf(
-        [&](common::BagWriter& writer) { document.InternalSteps().InternalWrite(writer); });
+    return bag::BagTextOf(
+        [&](bag::BagWriter& writer) { document.InternalSteps().InternalWrite(writer); });
   };
   const auto document = WithSteps(0);
   EXPECT_EQ(text_of(*document), u"");
@@ -161,7 +161,7 @@ TEST(Steps, TextRoundTripsAndNumbersStayAsTheyAre) {
     document->Steps()->Add(KeyedStep(key, 3).get());
   }
   const auto loaded = Make<vnDocument>();
-  loaded->InternalSteps().InternalLoad(common::KeptText(text_of(*document)));
+  loaded->InternalSteps().InternalLoad(bag::KeptText(text_of(*document)));
   EXPECT_EQ(Numbering(*loaded), "3one 3t:w\"o=^ 3three");
   EXPECT_EQ(text_of(*loaded), text_of(*document));
 }

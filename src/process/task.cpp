@@ -2,15 +2,15 @@
 
 #include "automation/describe.h"
 #include "core/detail_id.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "process/steps.h"
 
 namespace vndoc6 {
 
 using automation::Ref;
 using automation::Variant;
-using common::BagWriter;
-using common::KeptText;
+using bag::BagWriter;
+using bag::KeptText;
 
 namespace {
 
@@ -42,7 +42,7 @@ void vnTask::SetTaskData(const Text& psTaskData) {
 }
 
 Text vnTask::Save() const {
-  return common::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
 }
 
 void vnTask::Load(const Text& psLoad, const Text& psKey) { InternalLoad(KeptText(psLoad), psKey); }
@@ -59,7 +59,7 @@ void vnTask::InternalWrite(BagWriter& writer) const {
 }
 
 void vnTask::InternalLoad(const KeptText& text, const Text& key) {
-  common::BagReader reader(text);
+  bag::BagReader reader(text);
   key_ = key.empty() ? reader.GetText("K") : key;
   name_ = reader.GetText("N");
   description_ = reader.GetText("D");

@@ -44,8 +44,8 @@ class vnTask : public StepMember {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetKey(Text key) { key_ = std::move(key); }
-  void InternalWrite(common::BagWriter& writer) const;
-  void InternalLoad(const common::KeptText& text, const Text& key);
+  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalLoad(const bag::KeptText& text, const Text& key);
   // Everything but the key and the owners. Reports nothing.
   void InternalCopyFrom(const vnTask& other);
 
@@ -75,8 +75,8 @@ class vnTasks : public Collection<vnTask, StepMember> {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalRemove(vnTask& task);
-  void InternalWrite(common::BagWriter& writer) const;
-  void InternalLoad(const common::KeptText& text);
+  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalLoad(const bag::KeptText& text);
 };
 
 }  // namespace vndoc6

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <random>
 
-#include "core/document.h"
+#include "document/document.h"
 #include "process/steps.h"
 #include "process/task_order.h"
 #include "tests/support/plain_document.h"

@@ -63,7 +63,7 @@ void vnTemplate::InternalSetTemplates(vnTemplates* templates) {
 
 automation::Object* vnTemplate::FindParent() const { return templates_.get(); }
 
-void vnTemplate::InternalWrite(common::BagWriter& writer) const {
+void vnTemplate::InternalWrite(bag::BagWriter& writer) const {
   writer.Add("ID", id_);
   writer.Add("DisplayName", display_name_);
   writer.Add("Description", description_);
@@ -71,8 +71,8 @@ void vnTemplate::InternalWrite(common::BagWriter& writer) const {
   if (!tag_value_.IsEmpty()) writer.AddVariant(u"TagVariant", tag_value_);
 }
 
-void vnTemplate::InternalLoad(const common::KeptText& text, const Text& /*key*/) {
-  common::BagReader reader(text);
+void vnTemplate::InternalLoad(const bag::KeptText& text, const Text& /*key*/) {
+  bag::BagReader reader(text);
   id_ = reader.GetLong("ID");
   display_name_ = reader.GetText("DisplayName");
   description_ = reader.GetText("Description");
@@ -127,7 +127,7 @@ automation::Ref<vnTemplate> vnTemplates::NewItem(const Text& psDisplayName) {
   return created;
 }
 
-void vnTemplates::InternalLoad(const common::KeptText& text) {
+void vnTemplates::InternalLoad(const bag::KeptText& text) {
   const automation::Ref<vnTemplates> self(this);
   ReadNumbered(text, [this](vnTemplate* loaded) { Add(loaded); });
 }

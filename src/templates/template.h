@@ -5,10 +5,10 @@
 
 #include "automation/object.h"
 #include "automation/variant.h"
+#include "bag/bag_writer.h"
+#include "bag/kept_text.h"
 #include "collections/numbered_collection.h"
-#include "common/bag_writer.h"
-#include "common/kept_text.h"
-#include "core/document_events.h"
+#include "document/document_events.h"
 
 namespace vndoc6 {
 
@@ -47,9 +47,9 @@ class vnTemplate : public automation::Object {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetTemplates(vnTemplates* templates);
-  void InternalWrite(common::BagWriter& writer) const;
+  void InternalWrite(bag::BagWriter& writer) const;
   // The key says nothing.
-  void InternalLoad(const common::KeptText& text, const Text& key);
+  void InternalLoad(const bag::KeptText& text, const Text& key);
 
  protected:
   automation::Object* FindParent() const override;
@@ -90,8 +90,8 @@ class vnTemplates : public NumberedCollection<vnTemplate, automation::Object> {
   void InternalSetTemplateLibrary(vnTemplateLibrary* library);
   // Passes a change of a template on to the library.
   void InternalReport(vnTemplate& changed, EnumVantrelChangeEvent type, int32_t detail_id);
-  void InternalWrite(common::BagWriter& writer) const { WriteNumbered(writer); }
-  void InternalLoad(const common::KeptText& text);
+  void InternalWrite(bag::BagWriter& writer) const { WriteNumbered(writer); }
+  void InternalLoad(const bag::KeptText& text);
 
  protected:
   automation::Object* FindParent() const override;

@@ -5,11 +5,11 @@
 #include <utility>
 
 #include "automation/describe.h"
+#include "automation/scoped_value.h"
 #include "automation/sink_forwarders.h"
-#include "common/bag_reader.h"
-#include "common/bag_writer.h"
-#include "common/file_system.h"
-#include "common/scoped_value.h"
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
+#include "platform/file_system.h"
 
 namespace vndoc6 {
 namespace {
@@ -36,17 +36,17 @@ constexpr ListInfo kLists[] = {
     {"JumpTemplates", u"jmp", &Listener::JumpTemplateChange, 0, 90},
 };
 
-bool IsWellFormed(const common::KeptText& text) {
-  common::BagScanner scanner(text);
-  common::BagEntry entry;
+bool IsWellFormed(const bag::KeptText& text) {
+  bag::BagScanner scanner(text);
+  bag::BagEntry entry;
   while (scanner.Next(entry)) continue;
   return !scanner.faulty();
 }
 
-common::KeptText ReadLibraryFile(const Text& file_name) {
-  std::optional<std::string> bytes = common::ReadWholeFile(file_name);
+bag::KeptText ReadLibraryFile(const Text& file_name) {
+  std::optional<std::string> bytes = platform::ReadWholeFile(file_name);
   if (bytes) {
-    const common::KeptText text{common::SharedBytes(std::move(*bytes))};
+    const bag::KeptText text{bag::SharedBytes(std::move(*bytes))};
     // A library that was cut short would be saved without the lists that it lost.
     if (IsWellFormed(text)) return text;
   }
@@ -88,7 +88,7 @@ bool vnTemplateLibrary::Load(const Text& psFileName) {
     Raise(&Listener::LoadFailed, refusal);
     return false;
   }
-  const common::KeptText text = ReadLibraryFile(psFileName);
+  const bag::KeptText text = ReadLibraryFile(psFileName);
   file_name_ = psFileName;
   LoadLists(text);
   Raise(&Listener::Loading, int16_t{100});
@@ -99,12 +99,12 @@ bool vnTemplateLibrary::Load(const Text& psFileName) {
 int32_t vnTemplateLibrary::LoadRefusal(const Text& file_name) const {
   if (!file_name_.empty()) return kHasFile;
   if (file_name.empty()) return kNoFileName;
-  return common::FileExists(file_name) ? kNotRefused : kNoSuchFile;
+  return platform::FileExists(file_name) ? kNotRefused : kNoSuchFile;
 }
 
-void vnTemplateLibrary::LoadLists(const common::KeptText& text) {
-  const common::ScopedValue events(change_events_, change_events_loading_, true);
-  common::BagReader reader(text);
+void vnTemplateLibrary::LoadLists(const bag::KeptText& text) {
+  const automation::ScopedValue events(change_events_, change_events_loading_, true);
+  bag::BagReader reader(text);
   Raise(&Listener::Loading, int16_t{10});
   for (size_t i = 0; i < kListCount; ++i) {
     lists_[i]->InternalLoad(reader.GetKept(kLists[i].file_key));
@@ -142,13 +142,13 @@ bool vnTemplateLibrary::SaveAs(const Text& psFileName) {
 void vnTemplateLibrary::WriteFile(const char16_t* source) {
   const Text file_name = file_name_;
   std::string bytes;
-  common::BagWriter writer(bytes);
+  bag::BagWriter writer(bytes);
   for (size_t i = 0; i < kListCount; ++i) {
     writer.AddNested(kLists[i].file_key,
-                     [&](common::BagWriter& nested) { lists_[i]->InternalWrite(nested); });
+                     [&](bag::BagWriter& nested) { lists_[i]->InternalWrite(nested); });
     Raise(&Listener::Saving, kLists[i].saving_percent);
   }
-  if (!common::ReplaceFileWith(file_name, bytes)) {
+  if (!platform::ReplaceFileWith(file_name, bytes)) {
     throw automation::Error(automation::kPathFileAccess, {}, source);
   }
   Raise(&Listener::Saving, int16_t{100});

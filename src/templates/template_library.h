@@ -10,7 +10,7 @@
 #include "automation/event_info.h"
 #include "automation/listeners.h"
 #include "automation/object.h"
-#include "common/kept_text.h"
+#include "bag/kept_text.h"
 #include "templates/template.h"
 #include "templates/template_library_events.h"
 
@@ -73,7 +73,7 @@ class vnTemplateLibrary : public automation::Object, public automation::EventSou
 
   automation::Ref<vnTemplates> List(ListIndex index) const { return lists_[index].get(); }
   int32_t LoadRefusal(const Text& file_name) const;
-  void LoadLists(const common::KeptText& text);
+  void LoadLists(const bag::KeptText& text);
   void WriteFile(const char16_t* source);
   template <class Event, class... Args>
   void Raise(Event event, Args&&... args);

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "automation/event_info.h"
-#include "core/document_events.h"
+#include "document/document_events.h"
 
 namespace vndoc6 {
 

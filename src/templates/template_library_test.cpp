@@ -8,8 +8,8 @@
 
 #include "automation/error.h"
 #include "automation/late_bound.h"
-#include "common/file_system.h"
-#include "common/properties.h"
+#include "bag/properties.h"
+#include "platform/file_system.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/temporary_folder.h"
 
@@ -186,7 +186,7 @@ TEST_F(TemplateLibrary, RaisesAnErrorWhenTheFileCannotBeWritten) {
 
 TEST_F(TemplateLibrary, LoadsNothingOfAFileThatWasCutShort) {
   SaveSample("a.vnt");
-  std::string bytes = *common::ReadWholeFile(Name("a.vnt"));
+  std::string bytes = *platform::ReadWholeFile(Name("a.vnt"));
   const auto library = Make<vnTemplateLibrary>();
   testing::RecordingListener events(*library);
   for (size_t size = bytes.size() - 1; size > 2; --size) {

@@ -1,8 +1,8 @@
 #include "titles/title_ref.h"
 
 #include "automation/describe.h"
-#include "common/levelled_text.h"
-#include "core/document.h"
+#include "bag/levelled_text.h"
+#include "document/document.h"
 #include "titles/titles.h"
 
 namespace vndoc6 {
@@ -51,17 +51,17 @@ void vnTitleRef::Clear() {
 }
 
 // Put together by hand: a document has very many of these, each with just two texts.
-void vnTitleRef::InternalWrite(common::BagWriter& writer) const {
+void vnTitleRef::InternalWrite(bag::BagWriter& writer) const {
   std::string text = "R=~64\"";
-  common::AppendEscaped(automation::ToUtf8(ref_), 1, text);
+  bag::AppendEscaped(automation::ToUtf8(ref_), 1, text);
   text += "\":DN=~64\"";
-  common::AppendEscaped(automation::ToUtf8(display_name_cache_), 1, text);
+  bag::AppendEscaped(automation::ToUtf8(display_name_cache_), 1, text);
   text += "\":";
-  common::AppendEscaped(text, writer.depth(), writer.out());
+  bag::AppendEscaped(text, writer.depth(), writer.out());
 }
 
-void vnTitleRef::InternalLoad(const common::KeptText& text, const Text& /*key*/) {
-  common::BagReader reader(text);
+void vnTitleRef::InternalLoad(const bag::KeptText& text, const Text& /*key*/) {
+  bag::BagReader reader(text);
   ref_ = reader.GetText("R");
   display_name_cache_ = reader.GetText("DN");
 }
@@ -101,9 +101,9 @@ void vnTitleRefs::InternalAddReference(vnTitleRef& reference) {
   store_.Add(reference.Ref(), reference);
 }
 
-void vnTitleRefs::InternalWrite(common::BagWriter& writer) const { WriteByPosition(writer, "TR"); }
+void vnTitleRefs::InternalWrite(bag::BagWriter& writer) const { WriteByPosition(writer, "TR"); }
 
-void vnTitleRefs::InternalLoad(const common::KeptText& text) {
+void vnTitleRefs::InternalLoad(const bag::KeptText& text) {
   ReadMembers(text, [this](vnTitleRef* reference) { InternalAddReference(*reference); });
 }
 

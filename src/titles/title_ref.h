@@ -3,9 +3,9 @@
 
 #include "automation/object.h"
 #include "automation/variant.h"
+#include "bag/bag_writer.h"
+#include "bag/kept_text.h"
 #include "collections/collection.h"
-#include "common/bag_writer.h"
-#include "common/kept_text.h"
 #include "core/member.h"
 
 namespace vndoc6 {
@@ -37,9 +37,9 @@ class vnTitleRef : public Member {
   void Clear();
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalWrite(common::BagWriter& writer) const;
+  void InternalWrite(bag::BagWriter& writer) const;
   // The key says nothing. Looks nothing up among the titles.
-  void InternalLoad(const common::KeptText& text, const Text& key = {});
+  void InternalLoad(const bag::KeptText& text, const Text& key = {});
 
  private:
   // Nothing without a document.
@@ -64,8 +64,8 @@ class vnTitleRefs : public Collection<vnTitleRef> {
   // Enters a reference under its text, unless that is taken; in a document without a handler it
   // takes the place of what was there.
   void InternalAddReference(vnTitleRef& reference);
-  void InternalWrite(common::BagWriter& writer) const;
-  void InternalLoad(const common::KeptText& text);
+  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalLoad(const bag::KeptText& text);
 
  private:
   bool UsingHandler() const;

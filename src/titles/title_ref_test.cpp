@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "common/properties.h"
-#include "core/document.h"
+#include "bag/properties.h"
+#include "document/document.h"
 #include "tests/support/saved_text.h"
 #include "tests/support/scripted_object.h"
 #include "titles/titles.h"
@@ -18,7 +18,7 @@ using automation::Variant;
 using testing::SavedText;
 
 Text BagText(const Text& ref, const Text& name) {
-  return common::BagTextOf([&](common::BagWriter& writer) {
+  return bag::BagTextOf([&](bag::BagWriter& writer) {
     writer.Add("R", ref);
     writer.Add("DN", name);
   });
@@ -106,15 +106,15 @@ TEST_F(TitleRefs, AreWrittenAsABagWritesThem) {
     EXPECT_EQ(SavedText(*reference), automation::ToUtf8(BagText(u"", name)));
     // However deep it lies.
     const auto nest = [](const auto& write) {
-      return common::BagTextOf([&](common::BagWriter& outer) {
-        outer.AddNested("A", [&](common::BagWriter& middle) { middle.AddNested("B", write); });
+      return bag::BagTextOf([&](bag::BagWriter& outer) {
+        outer.AddNested("A", [&](bag::BagWriter& middle) { middle.AddNested("B", write); });
       });
     };
-    const Text by_bag = nest([&](common::BagWriter& writer) {
+    const Text by_bag = nest([&](bag::BagWriter& writer) {
       writer.Add("R", Text());
       writer.Add("DN", name);
     });
-    EXPECT_EQ(nest([&](common::BagWriter& writer) { reference->InternalWrite(writer); }), by_bag);
+    EXPECT_EQ(nest([&](bag::BagWriter& writer) { reference->InternalWrite(writer); }), by_bag);
     const auto loaded = Make<vnTitleRef>();
     loaded->InternalLoad(testing::Kept(SavedText(*reference)));
     EXPECT_EQ(loaded->DisplayName(), name);
@@ -124,18 +124,18 @@ TEST_F(TitleRefs, AreWrittenAsABagWritesThem) {
 }
 
 TEST_F(TitleRefs, AreLoadedWithoutLookingAtTheTitles) {
-  const Text three = common::BagTextOf([](common::BagWriter& writer) {
+  const Text three = bag::BagTextOf([](bag::BagWriter& writer) {
     writer.Add("TR1", BagText(u"gone", u"Gone"));
     writer.Add("TR2", BagText(u"GONE", u"Twice"));
     writer.Add("TR3", BagText(u"mgr", u"Old name"));
   });
-  references_->InternalLoad(common::KeptText(three));
+  references_->InternalLoad(bag::KeptText(three));
   ASSERT_EQ(references_->Count(), 1);
   EXPECT_EQ(references_->Item(Variant(u"mgr"))->DisplayName(), u"Old name");
 
   UseHandler();
   const Ref<vnTitleRefs> listed = titles_->TitleRefsObj();
-  listed->InternalLoad(common::KeptText(three));
+  listed->InternalLoad(bag::KeptText(three));
   ASSERT_EQ(listed->Count(), 2);
   EXPECT_EQ(listed->Item(Variant(1))->Document(), document_);
   EXPECT_EQ(listed->Item(Variant(2))->DisplayNameCache(), u"Old name");

@@ -2,10 +2,10 @@
 
 #include "automation/describe.h"
 #include "automation/late_bound.h"
+#include "automation/scoped_value.h"
 #include "automation/services.h"
-#include "common/properties.h"
-#include "common/scoped_value.h"
-#include "core/document.h"
+#include "bag/properties.h"
+#include "document/document.h"
 #include "titles/title_ref.h"
 
 namespace vndoc6 {
@@ -119,7 +119,7 @@ automation::Ref<vnTitles> vnTitles::Consulted() {
 }
 
 void vnTitles::Consult() {
-  const common::ScopedValue consulting(consulting_, true, false);
+  const automation::ScopedValue consulting(consulting_, true, false);
   store_.Clear();
   handler_loaded_ = false;
   const automation::Ref<vnDocument> document = Document();

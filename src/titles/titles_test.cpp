@@ -6,8 +6,8 @@
 
 #include "automation/error.h"
 #include "automation/late_bound.h"
-#include "common/properties.h"
-#include "core/document.h"
+#include "bag/properties.h"
+#include "document/document.h"
 #include "tests/support/scripted_object.h"
 #include "tests/support/temporary_folder.h"
 #include "titles/title_ref.h"

@@ -1,7 +1,7 @@
 // Makes a document with one step, saves it, loads it into another and compares.
 #include <cstdio>
 
-#include "core/document.h"
+#include "document/document.h"
 #include "process/step.h"
 #include "process/steps.h"
 

@@ -11,8 +11,8 @@
 #include <iterator>
 #include <thread>
 
-#include "common/file_system.h"
-#include "core/temp_save.h"
+#include "document/temp_save.h"
+#include "platform/file_system.h"
 #include "tests/endurance/numbered_document.h"
 #include "tests/endurance/soak.h"
 #include "tests/hostile_text.h"
@@ -79,9 +79,9 @@ class Crash : public ::testing::Test {
  protected:
   // A flush costs milliseconds and decides nothing here: what was written is the system's already.
   Crash() {
-    common::file_calls().fsync = [](int) { return 0; };
+    platform::file_calls().fsync = [](int) { return 0; };
   }
-  ~Crash() override { common::file_calls() = real_; }
+  ~Crash() override { platform::file_calls() = real_; }
 
   // What must hold after a save of `after` over `before` was cut off. The number in the file.
   int32_t Check(const Text& name, int32_t before, int32_t after) const {
@@ -95,7 +95,7 @@ class Crash : public ::testing::Test {
         EXPECT_EQ(NumberInFile(TempSaveName(name)), before);
         break;
       default:
-        EXPECT_FALSE(common::FileExists(TempSaveName(name)));
+        EXPECT_FALSE(platform::FileExists(TempSaveName(name)));
     }
     return number.value_or(before);
   }
@@ -129,7 +129,7 @@ class Crash : public ::testing::Test {
   TemporaryFolder folder_;
 
  private:
-  const common::FileCalls real_ = common::file_calls();
+  const platform::FileCalls real_ = platform::file_calls();
 };
 
 enum class Moment { kBefore, kWithin, kAfter };
@@ -138,9 +138,9 @@ enum class Moment { kBefore, kWithin, kAfter };
 void ArmKill(int32_t call, Moment moment) {
   if (moment == Moment::kWithin) {
     // Half of what is to be written arrives.
-    const auto write = common::file_calls().write;
-    common::file_calls().write = [write, call, written = 0](int file, const void* bytes,
-                                                            size_t size) mutable {
+    const auto write = platform::file_calls().write;
+    platform::file_calls().write = [write, call, written = 0](int file, const void* bytes,
+                                                              size_t size) mutable {
       if (++written != call) return write(file, bytes, size);
       write(file, bytes, size / 2);
       KillThisProcess();
@@ -208,11 +208,11 @@ TEST_F(Crash, KilledAtAnyCallOfAFirstSaveThereIsAWholeFileOrNone) {
   const int32_t kills =
       KillAtEveryCall([&] { document->SaveAs(name); },
                       [&](bool killed) {
-                        const bool exists = common::FileExists(name);
+                        const bool exists = platform::FileExists(name);
                         EXPECT_TRUE(killed || exists);
                         EXPECT_EQ(NumberInFile(name), exists ? std::optional(1) : std::nullopt);
                         EXPECT_EQ(Make<vnDocument>()->TempSaveTest(name), 0);
-                        common::DeleteFileNamed(name);
+                        platform::DeleteFileNamed(name);
                       });
   EXPECT_GT(kills, 15);
 }
@@ -271,7 +271,7 @@ TEST_F(Crash, KilledAtRandomMomentsTheFileIsWhole) {
       ++offered;
     } else {
       // One that is older than the file stays until the next save, which may not get that far.
-      common::DeleteFileNamed(TempSaveName(name));
+      platform::DeleteFileNamed(TempSaveName(name));
     }
     ASSERT_FALSE(HasFailure()) << "after " << kill << " kills";
   }

@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <sstream>
 
-#include "common/bag_writer.h"
-#include "core/temp_save.h"
+#include "bag/bag_writer.h"
+#include "document/temp_save.h"
 #include "tests/endurance/numbered_document.h"
 #include "tests/endurance/soak.h"
 #include "tests/support/memory_disk.h"
@@ -147,7 +147,7 @@ TEST(PowerLoss, AtAnyMomentOfASaveTheNameHoldsAWholeDocument) {
 // Shows that the disk above loses what it may lose.
 TEST(PowerLoss, WithoutFlushesDocumentsWouldBeLost) {
   MemoryDisk disk;
-  common::file_calls().fsync = [](int) { return 0; };
+  platform::file_calls().fsync = [](int) { return 0; };
   const std::vector<MemoryDisk::Files> losses = PowerLossesDuringASave(disk);
   size_t lost = 0;
   for (const MemoryDisk::Files& files : losses) {

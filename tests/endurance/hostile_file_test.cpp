@@ -10,13 +10,13 @@
 #include <string>
 
 #include "automation/error.h"
+#include "bag/escape.h"
+#include "bag/properties.h"
 #include "chart/chart.h"
 #include "chart/figure.h"
-#include "collections/file.h"
-#include "common/escape.h"
-#include "common/properties.h"
-#include "core/document.h"
 #include "details/revision.h"
+#include "document/document.h"
+#include "process/file.h"
 #include "process/link.h"
 #include "process/steps.h"
 #include "process/task.h"
@@ -51,10 +51,10 @@ std::string NestedAsWritten(size_t depth) {
   std::string text;
   for (size_t level = 1; level <= depth; ++level) {
     text += 'T';
-    common::AppendEscape(common::EscapeClass::kOpening, level, text);
+    bag::AppendEscape(bag::EscapeClass::kOpening, level, text);
   }
   for (size_t level = depth; level > 0; --level) {
-    common::AppendEscape(common::EscapeClass::kClosing, level, text);
+    bag::AppendEscape(bag::EscapeClass::kClosing, level, text);
   }
   return text;
 }

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "core/document.h"
+#include "document/document.h"
 
 namespace vndoc6::testing {
 

@@ -8,11 +8,11 @@
 #include <optional>
 
 #include "automation/late_bound.h"
+#include "automation/scoped_value.h"
+#include "bag/properties.h"
 #include "chart/figure.h"
 #include "chart/line.h"
-#include "common/properties.h"
-#include "common/scoped_value.h"
-#include "common/utility.h"
+#include "platform/keys.h"
 #include "process/condition.h"
 #include "process/container.h"
 #include "process/link.h"
@@ -88,7 +88,7 @@ class Sequence {
     Occupied(Subject& subject, Busy busy) : occupied_(subject.busy, busy, Busy(subject.busy)) {}
 
    private:
-    common::ScopedValue<Busy> occupied_;
+    automation::ScopedValue<Busy> occupied_;
   };
 
   size_t Pick(size_t end) { return testing::Below(random_, end); }
@@ -205,7 +205,7 @@ void Sequence::Interfere() {
 }
 
 void Sequence::OperateOnce() {
-  const common::ScopedValue<int> deeper(depth_, depth_ + 1, int(depth_));
+  const automation::ScopedValue<int> deeper(depth_, depth_ + 1, int(depth_));
   if (subjects_.empty() || OneIn(60)) return OperateOnDocuments();
   const SubjectPtr subject = subjects_[Pick(subjects_.size())];
   if (subject->busy == Busy::kClosed) return;
@@ -433,7 +433,7 @@ void Sequence::AddDependancy(Subject& subject) {
 
 void Sequence::AddLink(Subject& subject) {
   if (subject.plain.links.size() >= kMostSteps) return RemoveLink(subject);
-  const PlainLink plain{common::NewKey(), AnyText(), AnyText()};
+  const PlainLink plain{platform::NewKey(), AnyText(), AnyText()};
   const auto link = Make<vnLink>();
   link->Load(u"", plain.key);
   link->SetOriginStepKey(plain.origin);
@@ -476,7 +476,7 @@ void Sequence::MoveLink(Subject& subject) {
 
 void Sequence::AddContainer(Subject& subject) {
   if (subject.plain.containers.size() > 5) return RemoveContainer(subject);
-  const PlainContainer plain{AnyText() + common::NewKey(), AnyText()};
+  const PlainContainer plain{AnyText() + platform::NewKey(), AnyText()};
   const auto container = Make<vnContainer>();
   container->SetKey(plain.key);
   container->SetLabel(plain.label);

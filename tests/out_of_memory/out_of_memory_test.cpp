@@ -7,19 +7,19 @@
 
 #include "automation/enumerator.h"
 #include "automation/late_bound.h"
+#include "bag/properties.h"
 #include "chart/chart.h"
 #include "chart/figure.h"
 #include "chart/line.h"
-#include "collections/file.h"
-#include "collections/item.h"
-#include "collections/jump.h"
-#include "common/file_calls.h"
-#include "common/properties.h"
-#include "compare/compare.h"
+#include "content/compare.h"
 #include "details/details.h"
+#include "details/item.h"
 #include "details/revision.h"
+#include "platform/file_calls.h"
 #include "process/condition.h"
 #include "process/container.h"
+#include "process/file.h"
+#include "process/jump.h"
 #include "process/link.h"
 #include "process/steps.h"
 #include "process/task.h"
@@ -255,7 +255,7 @@ class OutOfMemoryFiles : public ::testing::Test {
  protected:
   // A flush costs milliseconds, and needs no memory.
   OutOfMemoryFiles() {
-    common::file_calls().fsync = [](int) { return 0; };
+    platform::file_calls().fsync = [](int) { return 0; };
   }
 
   TemporaryFolder folder_;

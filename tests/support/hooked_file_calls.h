@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "common/file_calls.h"
+#include "platform/file_calls.h"
 
 namespace vndoc6::testing {
 
@@ -15,8 +15,8 @@ class HookedFileCalls {
   using After = std::function<void(const char* call)>;
 
   explicit HookedFileCalls(Before before, After after = {})
-      : real_(common::file_calls()), before_(std::move(before)), after_(std::move(after)) {
-    common::FileCalls& calls = common::file_calls();
+      : real_(platform::file_calls()), before_(std::move(before)), after_(std::move(after)) {
+    platform::FileCalls& calls = platform::file_calls();
     Hook(calls.open, real_.open, "open");
     Hook(calls.fstat, real_.fstat, "fstat");
     Hook(calls.stat, real_.stat, "stat");
@@ -36,7 +36,7 @@ class HookedFileCalls {
       return result;
     };
   }
-  ~HookedFileCalls() { common::file_calls() = real_; }
+  ~HookedFileCalls() { platform::file_calls() = real_; }
   HookedFileCalls(const HookedFileCalls&) = delete;
   HookedFileCalls& operator=(const HookedFileCalls&) = delete;
 
@@ -52,7 +52,7 @@ class HookedFileCalls {
     };
   }
 
-  const common::FileCalls real_;
+  const platform::FileCalls real_;
   Before before_;
   After after_;
 };

@@ -32,7 +32,7 @@ void MemoryDisk::Serve(std::function<Result(Params...)>& call, const char* name,
 }
 
 MemoryDisk::MemoryDisk() {
-  common::FileCalls& calls = common::file_calls();
+  platform::FileCalls& calls = platform::file_calls();
   Serve(calls.open, "open", &MemoryDisk::Open);
   Serve(calls.fstat, "fstat", &MemoryDisk::Fstat);
   Serve(calls.stat, "stat", &MemoryDisk::Stat);

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "common/file_calls.h"
+#include "platform/file_calls.h"
 #include "tests/hostile_text.h"
 
 namespace vndoc6::testing {
@@ -27,7 +27,7 @@ class MemoryDisk {
 
   // Takes the place of the system's calls until it is destroyed.
   MemoryDisk();
-  ~MemoryDisk() { common::file_calls() = real_; }
+  ~MemoryDisk() { platform::file_calls() = real_; }
   MemoryDisk(const MemoryDisk&) = delete;
   MemoryDisk& operator=(const MemoryDisk&) = delete;
 
@@ -84,7 +84,7 @@ class MemoryDisk {
   std::map<int, OpenFile> open_;
   int next_file_ = 100;
   int64_t time_ = 1;
-  const common::FileCalls real_ = common::file_calls();
+  const platform::FileCalls real_ = platform::file_calls();
 };
 
 }  // namespace vndoc6::testing

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "bag/properties.h"
 #include "chart/figure.h"
-#include "common/properties.h"
 #include "process/condition.h"
 #include "process/container.h"
 #include "process/link.h"

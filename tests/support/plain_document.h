@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "automation/text.h"
-#include "core/document.h"
+#include "document/document.h"
 
 namespace vndoc6::testing {
 

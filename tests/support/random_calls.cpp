@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "automation/error.h"
+#include "automation/scoped_value.h"
 #include "automation/services.h"
-#include "common/scoped_value.h"
 #include "published/published.h"
 
 namespace vndoc6::testing {
@@ -115,7 +115,7 @@ void RandomCalls::OnEvent(const automation::EventInfo& /*event*/,
 }
 
 void RandomCalls::Call() {
-  const common::ScopedValue<int> deeper(depth_, depth_ + 1, int(depth_));
+  const automation::ScopedValue<int> deeper(depth_, depth_ + 1, int(depth_));
   // Alive while it is called, as whoever calls an object holds it.
   const Ref<Object> object(&AnyObject());
   const ClassInfo* info = object->GetClassInfo();

@@ -5,8 +5,8 @@
 #include "automation/error.h"
 #include "automation/late_bound.h"
 #include "automation/services.h"
-#include "common/properties.h"
-#include "compare/content.h"
+#include "bag/properties.h"
+#include "content/content.h"
 #include "process/link.h"
 #include "process/steps.h"
 

@@ -9,7 +9,7 @@
 #include "automation/class_info.h"
 #include "automation/object.h"
 #include "automation/variant.h"
-#include "core/document.h"
+#include "document/document.h"
 #include "tests/hostile_text.h"
 
 namespace vndoc6::testing {

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "common/bag_writer.h"
-#include "common/kept_text.h"
+#include "bag/bag_writer.h"
+#include "bag/kept_text.h"
 
 namespace vndoc6::testing {
 
@@ -13,11 +13,11 @@ namespace vndoc6::testing {
 template <class T>
 std::string SavedText(T& object) {
   return automation::ToUtf8(
-      common::BagTextOf([&](common::BagWriter& writer) { object.InternalWrite(writer); }));
+      bag::BagTextOf([&](bag::BagWriter& writer) { object.InternalWrite(writer); }));
 }
 
-inline common::KeptText Kept(std::string_view saved) {
-  return common::KeptText(automation::FromUtf8(saved));
+inline bag::KeptText Kept(std::string_view saved) {
+  return bag::KeptText(automation::FromUtf8(saved));
 }
 
 // Keys that a host may think of: what the text form itself is made of, line ends, other scripts,

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "automation/text.h"
-#include "common/utility.h"
+#include "platform/keys.h"
 
 namespace vndoc6::testing {
 
@@ -15,7 +15,7 @@ class TemporaryFolder {
   // The blank is there to be stumbled over.
   TemporaryFolder()
       : path_(std::filesystem::temp_directory_path() /
-              ("vndoc6 " + automation::ToUtf8(common::NewKey()))) {
+              ("vndoc6 " + automation::ToUtf8(platform::NewKey()))) {
     std::filesystem::create_directory(path_);
   }
   ~TemporaryFolder() { std::filesystem::remove_all(path_); }

@@ -4,7 +4,7 @@
 
 #include "VNDoc6.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 namespace {
 
 class EarlyBoundTest : public ServerTest {
@@ -172,4 +172,4 @@ TEST_F(EarlyBoundTest, EverythingElseIsReachedFromItsOwner) {
 }
 
 }  // namespace
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com

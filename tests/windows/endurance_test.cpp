@@ -3,13 +3,13 @@
 #include <functional>
 #include <thread>
 
+#include "com/host_for_tests.h"
 #include "tests/endurance/soak.h"
 #include "tests/windows/server.h"
-#include "windows/host_for_tests.h"
 
 #include "VNDoc6.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 namespace {
 
 using vndoc6::testing::Times;
@@ -236,4 +236,4 @@ TEST(ModuleEnduranceTest, TheDllIsLoadedAndUnloaded) {
 }
 
 }  // namespace
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com

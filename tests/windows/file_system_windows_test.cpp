@@ -1,12 +1,12 @@
 // The file system's Windows version.
-#include "common/file_system.h"
+#include "platform/file_system.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <string>
 
-namespace vndoc6::common {
+namespace vndoc6::platform {
 namespace {
 
 using Bytes = std::optional<std::string>;
@@ -64,4 +64,4 @@ TEST_F(FileSystemOnWindows, AFileThatIsReadOnlyOrInUseStaysAsItIs) {
 }
 
 }  // namespace
-}  // namespace vndoc6::common
+}  // namespace vndoc6::platform

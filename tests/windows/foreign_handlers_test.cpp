@@ -4,10 +4,10 @@
 #include <functional>
 #include <map>
 
+#include "com/host_for_tests.h"
 #include "tests/windows/server.h"
-#include "windows/host_for_tests.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 namespace {
 
 using Action = std::function<Value(const std::vector<Value>& arguments)>;
@@ -212,4 +212,4 @@ TEST_F(ForeignHandlersTest, OlderFilesAndFieldDefinitionsGoThroughTheHostsClasse
 }
 
 }  // namespace
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com

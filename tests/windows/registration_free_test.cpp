@@ -1,7 +1,7 @@
 // A program that has the manifest beside the DLL uses the library without any registration.
 #include "tests/windows/server.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 namespace {
 
 class ActivationContext {
@@ -51,4 +51,4 @@ TEST(RegistrationFreeTest, EveryClassIsCreatedByItsName) {
 }
 
 }  // namespace
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com

@@ -8,7 +8,7 @@
 #include "published/library.h"
 #include "tests/windows/server.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 namespace {
 
 // Every key and value below a key of HKEY_CURRENT_USER, as lines.
@@ -157,4 +157,4 @@ TEST_F(RegistrationTest, StaysLoadedWhileAnythingIsHeld) {
 }
 
 }  // namespace
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com

@@ -3,10 +3,10 @@
 
 #include <gmock/gmock.h>
 
+#include "com/com.h"
 #include "published/published.h"
-#include "windows/com.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 
 class Server {
  public:
@@ -68,4 +68,4 @@ class ServerTest : public ::testing::Test {
   const Server server_;
 };
 
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com

@@ -1,9 +1,9 @@
 // The slots of a dual interface, as the type library describes them.
 #pragma once
 
-#include "windows/com.h"
+#include "com/com.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 
 // The interface with the slots, behind the one for late-bound calls.
 inline ComPtr<ITypeInfo> SlotsOf(ITypeInfo& dispatch) {
@@ -15,4 +15,4 @@ inline ComPtr<ITypeInfo> SlotsOf(ITypeInfo& dispatch) {
   return slots;
 }
 
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com

@@ -1,11 +1,11 @@
 // Calls that the system makes through the slots of the built DLL, knowing no more than its type
 // library: each property's get and put, beside the same late-bound call.
 #include "tests/windows/slots.h"
+#include "com/host_for_tests.h"
+#include "com/variants.h"
 #include "tests/windows/server.h"
-#include "windows/host_for_tests.h"
-#include "windows/variants.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 namespace {
 
 using automation::CallKind;
@@ -92,4 +92,4 @@ TEST_F(SlotsTest, EveryPropertyDoesWhatTheLateBoundCallDoes) {
 }
 
 }  // namespace
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com

@@ -1,15 +1,15 @@
 // The type library in the DLL, read back and compared with the member tables, row by row.
 #include <set>
 
+#include "com/variants.h"
 #include "published/library.h"
 #include "published/published.h"
 #include "templates/template.h"
 #include "tests/windows/server.h"
 #include "tests/windows/slots.h"
 #include "titles/titles.h"
-#include "windows/variants.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 namespace {
 
 using namespace automation;
@@ -319,4 +319,4 @@ TEST_F(TypeLibraryTest, ObjectsTellTheirTypes) {
 }
 
 }  // namespace
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com

@@ -3,15 +3,15 @@
 #include <functional>
 #include <ostream>
 
-#include "core/document.h"
+#include "com/host_for_tests.h"
+#include "com/server/class_factory.h"
+#include "document/document.h"
 #include "published/published.h"
-#include "registration/class_factory.h"
 #include "tests/out_of_memory/shortage.h"
-#include "windows/host_for_tests.h"
 
 #include "VNDoc6.h"
 
-namespace vndoc6::windows {
+namespace vndoc6::com {
 namespace {
 
 using vndoc6::testing::LiveBlocks;
@@ -243,4 +243,4 @@ TEST_F(DoorMemoryTest, EveryClassIsCreatedOrNot) {
 }
 
 }  // namespace
-}  // namespace vndoc6::windows
+}  // namespace vndoc6::com

@@ -1,0 +1,188 @@
+#include "bag/bag_reader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <numeric>
+
+#include "automation/error.h"
+#include "bag/base64.h"
+
+namespace vndoc6::bag {
+namespace {
+
+using automation::Currency;
+using automation::Variant;
+
+// Keys of one bag differ at their ends or in their lengths.
+size_t HashOf(std::string_view key) {
+  constexpr uint32_t kFactor = 0x9E3779B1;  // 2^32 by the golden ratio: spreads to the top bits
+  uint32_t first = 0, last = 0;
+  if (key.size() >= sizeof first) {
+    std::memcpy(&first, key.data(), sizeof first);
+    std::memcpy(&last, key.data() + key.size() - sizeof last, sizeof last);
+  } else if (!key.empty()) {
+    first = static_cast<unsigned char>(key.front());
+    last = static_cast<unsigned char>(key.back());
+  }
+  const auto size = static_cast<uint32_t>(key.size());
+  return ((first * 31 + last + size) * kFactor) >> 23;
+}
+
+template <class T>
+T ConvertedOr(const Variant& value, T (Variant::*convert)() const, const T& missing) {
+  try {
+    return (value.*convert)();
+  } catch (const automation::Error&) {
+    return missing;  // a text that is no number, a number out of range, a Null
+  }
+}
+
+}  // namespace
+
+// Looks for the next entry with a key of its own. False when there is none, or when there are so
+// many that they are all in by_key_ now.
+bool BagReader::TakeNext() {
+  BagEntry entry;
+  while (scanner_.Next(entry)) {
+    const size_t hash = HashOf(entry.key);
+    if (keys_.MayHave(hash) && PositionOf(entry.key) != count_) continue;
+    if (count_ == kFew) {
+      TakeMany(entry);
+      return false;
+    }
+    keys_.Add(hash);
+    std::construct_at(&few_.entries[count_++], entry);
+    return true;
+  }
+  return false;
+}
+
+void BagReader::TakeMany(const BagEntry& next) {
+  many_.assign(few_.entries, few_.entries + count_);
+  many_.push_back(next);
+  BagEntry entry;
+  while (scanner_.Next(entry)) many_.push_back(entry);
+  by_key_.resize(many_.size());
+  std::iota(by_key_.begin(), by_key_.end(), 0U);
+  const auto key = [this](uint32_t position) { return many_[position].key; };
+  std::stable_sort(by_key_.begin(), by_key_.end(),
+                   [key](uint32_t left, uint32_t right) { return key(left) < key(right); });
+  const auto same = [key](uint32_t left, uint32_t right) { return key(left) == key(right); };
+  by_key_.erase(std::unique(by_key_.begin(), by_key_.end(), same), by_key_.end());
+}
+
+const BagEntry* BagReader::Find(std::string_view key) {
+  if (!by_key_.empty()) return FindByKey(key);
+  if ((cursor_ < count_ || TakeNext()) && few_.entries[cursor_].key == key) {
+    return &few_.entries[cursor_++];
+  }
+  return FindElsewhere(key);
+}
+
+// Leaves the cursor where it is when there is no such entry: the next one asked for may be there.
+const BagEntry* BagReader::FindElsewhere(std::string_view key) {
+  if (keys_.MayHave(HashOf(key))) {
+    const size_t at = PositionOf(key);
+    if (at != count_) {
+      cursor_ = at + 1;
+      return &few_.entries[at];
+    }
+  }
+  while (by_key_.empty() && TakeNext()) {
+    const BagEntry& last = few_.entries[count_ - 1];
+    if (last.key != key) continue;
+    cursor_ = count_;
+    return &last;
+  }
+  return by_key_.empty() ? nullptr : FindByKey(key);
+}
+
+size_t BagReader::PositionOf(std::string_view key) const {
+  size_t at = 0;
+  while (at < count_ && few_.entries[at].key != key) ++at;
+  return at;
+}
+
+const BagEntry* BagReader::FindByKey(std::string_view key) const {
+  const auto found = std::lower_bound(
+      by_key_.begin(), by_key_.end(), key,
+      [this](uint32_t at, std::string_view sought) { return many_[at].key < sought; });
+  const bool is_there = found != by_key_.end() && many_[*found].key == key;
+  return is_there ? &many_[*found] : nullptr;
+}
+
+std::optional<Variant> BagReader::Get(std::string_view key) {
+  const BagEntry* const entry = Find(key);
+  Variant value;
+  if (entry == nullptr || !scanner_.ValueOf(*entry, value)) return std::nullopt;
+  return value;
+}
+
+Text BagReader::GetText(std::string_view key, TextView missing) {
+  const BagEntry* const entry = Find(key);
+  if (entry == nullptr) return Text(missing);
+  return entry->tag == '"' ? scanner_.PlainTextOf(*entry) : KeptOf(*entry).ToText();
+}
+
+KeptText BagReader::GetKept(std::string_view key) {
+  const BagEntry* const entry = Find(key);
+  return entry != nullptr ? KeptOf(*entry) : KeptText();
+}
+
+KeptText BagReader::KeptOf(const BagEntry& entry) const {
+  if (entry.tag == '"') return scanner_.TextOf(entry);
+  Variant value;
+  if (!scanner_.ValueOf(entry, value)) return KeptText();
+  return KeptText(TextView(ConvertedOr(value, &Variant::ToText, Text())));
+}
+
+template <class T>
+T BagReader::Converted(const BagEntry& entry, T (Variant::*convert)() const, T missing) const {
+  Variant value;
+  return scanner_.ValueOf(entry, value) ? ConvertedOr(value, convert, missing) : missing;
+}
+
+// The types that figures and lines consist of are read without a Variant.
+
+int32_t BagReader::GetLong(std::string_view key, int32_t missing) {
+  const BagEntry* const entry = Find(key);
+  if (entry == nullptr) return missing;
+  if (entry->tag != '0') return Converted(*entry, &Variant::ToLong, missing);
+  int32_t value = 0;
+  return ReadNumber(entry->value, value) ? value : missing;
+}
+
+bool BagReader::GetBoolean(std::string_view key, bool missing) {
+  const BagEntry* const entry = Find(key);
+  if (entry == nullptr) return missing;
+  const bool is_boolean = entry->tag == 'T' || entry->tag == 'F';
+  if (!is_boolean) return Converted(*entry, &Variant::ToBoolean, missing);
+  return entry->value.empty() ? entry->tag == 'T' : missing;
+}
+
+float BagReader::GetSingle(std::string_view key, float missing) {
+  const BagEntry* const entry = Find(key);
+  if (entry == nullptr) return missing;
+  if (entry->tag != 's') return Converted(*entry, &Variant::ToSingle, missing);
+  float value = 0;
+  return ReadNumber(entry->value, value) ? value : missing;
+}
+
+automation::Date BagReader::GetDate(std::string_view key, automation::Date missing) {
+  const BagEntry* const entry = Find(key);
+  return entry != nullptr ? Converted(*entry, &Variant::ToDate, missing) : missing;
+}
+
+Currency BagReader::GetCurrency(std::string_view key, Currency missing) {
+  const BagEntry* const entry = Find(key);
+  return entry != nullptr ? Converted(*entry, &Variant::ToCurrency, missing) : missing;
+}
+
+std::optional<std::vector<uint8_t>> BagReader::GetPicture(std::string_view key) {
+  const BagEntry* const entry = Find(key);
+  if (entry == nullptr || entry->tag != 'p') return std::nullopt;
+  return FromBase64(entry->value);
+}
+
+}  // namespace vndoc6::bag

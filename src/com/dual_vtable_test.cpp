@@ -1,0 +1,197 @@
+#include "com/dual_vtable.h"
+
+#include <filesystem>
+#include <regex>
+
+#include "com/host_for_tests.h"
+#include "com/variants.h"
+#include "published/published.h"
+#include "tests/support/temporary_folder.h"
+
+namespace vndoc6::com {
+namespace {
+
+using automation::CallKind;
+using automation::MemberInfo;
+using automation::ParameterInfo;
+using automation::TypeInfo;
+using automation::TypeKind;
+
+constexpr size_t kDispatchSlots = 7;
+
+VARTYPE VarTypeOf(const TypeInfo& type) {
+  switch (type.kind) {
+    case TypeKind::kBoolean:
+      return VT_BOOL;
+    case TypeKind::kShort:
+      return VT_I2;
+    case TypeKind::kLong:
+    case TypeKind::kEnum:
+      return VT_I4;
+    case TypeKind::kSingle:
+      return VT_R4;
+    case TypeKind::kDouble:
+      return VT_R8;
+    case TypeKind::kCurrency:
+      return VT_CY;
+    case TypeKind::kDate:
+      return VT_DATE;
+    case TypeKind::kText:
+      return VT_BSTR;
+    case TypeKind::kEnumerator:
+      return VT_UNKNOWN;
+    default:
+      return VT_DISPATCH;
+  }
+}
+
+// A value that any member of the type takes.
+Value Sample(const TypeInfo& type) {
+  Value sample(type.kind == TypeKind::kEnum ? 1 : 7);
+  if (type.kind == TypeKind::kText) return L"7";
+  if (type.kind == TypeKind::kVariant) return sample;
+  Value converted;
+  if (VarTypeOf(type) == VT_DISPATCH) {
+    converted.vt = VT_DISPATCH;
+    return converted;
+  }
+  VariantChangeType(&converted, &sample, 0, VarTypeOf(type));
+  return converted;
+}
+
+// Calls the member through its slot, as a host compiled from the published contract does.
+HRESULT CallSlot(IDispatch* object, size_t slot, const MemberInfo& member,
+                 std::vector<Value> arguments, Value* result) {
+  std::vector<VARTYPE> types;
+  std::vector<VARIANTARG*> passed;
+  std::vector<Value> references(arguments.size());
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    const ParameterInfo& parameter = member.parameters[i];
+    const bool variant = parameter.type.kind == TypeKind::kVariant;
+    if (parameter.by_reference) {
+      references[i] = Value::Reference(arguments[i]);
+      types.push_back(VT_BYREF | VT_VARIANT);
+      passed.push_back(&references[i]);
+    } else {
+      types.push_back(variant ? static_cast<VARTYPE>(VT_VARIANT) : VarTypeOf(parameter.type));
+      passed.push_back(&arguments[i]);
+    }
+  }
+  Value out;
+  if (member.result.kind != TypeKind::kVoid) {
+    const bool variant = member.result.kind == TypeKind::kVariant;
+    if (!variant) result->vt = VarTypeOf(member.result);
+    out = variant ? Value::Reference(*result) : Value::Reference(result->vt, &result->byref);
+    types.push_back(out.vt);
+    passed.push_back(&out);
+  }
+  Value code;
+  EXPECT_EQ(DispCallFunc(object, slot * sizeof(void*), CC_STDCALL, VT_ERROR,
+                         static_cast<UINT>(types.size()), types.data(), passed.data(), &code),
+            S_OK);
+  return code.scode;
+}
+
+// A value as text, with every generated key, which differs from object to object, as "{}".
+std::string Written(const Value& value) {
+  static const std::regex key("\\{[0-9A-F-]{36}\\}");
+  const Variant read = ReadVariant(value);
+  const std::string type(read.TypeName());
+  if (read.IsObject() || read.IsEmpty()) return type;
+  return type + " " + std::regex_replace(automation::ToUtf8(read.ToText()), key, "{}");
+}
+
+class DualVtableTest : public DoorTest {
+ protected:
+  // Both ways of one call, as text: what they gave or how they failed.
+  static void ExpectTwins(const ClassInfo& info, size_t row) {
+    const MemberInfo& member = info.members()[row];
+    const auto early = ExportObject(*info.Create()), late = ExportObject(*info.Create());
+    std::vector<Value> arguments;
+    for (const ParameterInfo& parameter : member.parameters) {
+      arguments.push_back(Sample(parameter.type));
+    }
+    Value result;
+    const HRESULT code = CallSlot(early.get(), kDispatchSlots + row, member, arguments, &result);
+    const bool put = Allows(CallKind::kPut | CallKind::kPutRef, member.kind);
+    std::vector<std::pair<DISPID, Value>> named;
+    if (put) {
+      named.push_back({DISPID_PROPERTYPUT, arguments.back()});
+      arguments.pop_back();
+    }
+    const Answer answer = Invoke(late, member.id, static_cast<WORD>(member.kind), arguments, named);
+    EXPECT_EQ(code, answer.code == DISP_E_EXCEPTION ? answer.scode : answer.code);
+    if (FAILED(code)) return;
+    EXPECT_EQ(Written(result), Written(answer.value));
+    // A put is seen by its get.
+    if (put && arguments.empty()) {
+      EXPECT_EQ(Written(Invoke(early, member.id, DISPATCH_PROPERTYGET).value),
+                Written(Invoke(late, member.id, DISPATCH_PROPERTYGET).value));
+    }
+  }
+};
+
+// Members that write a file get "7" for its name; that goes where the test can clear it away.
+class WorkingFolder {
+ public:
+  WorkingFolder() { std::filesystem::current_path(folder_.path()); }
+  ~WorkingFolder() { std::filesystem::current_path(before_); }
+
+ private:
+  const std::filesystem::path before_ = std::filesystem::current_path();
+  const vndoc6::testing::TemporaryFolder folder_;
+};
+
+TEST_F(DualVtableTest, EverySlotDoesWhatTheLateBoundCallDoes) {
+  const WorkingFolder folder;
+  for (const PublishedClass& published : PublishedClasses()) {
+    const ClassInfo& info = published.info();
+    for (size_t row = 0; row < info.members().size(); ++row) {
+      SCOPED_TRACE(std::string(info.name()) + "." + info.members()[row].name + ", row " +
+                   std::to_string(row));
+      ExpectTwins(info, row);
+    }
+  }
+}
+
+TEST_F(DualVtableTest, ErrorsOfSlotsCarryTheirTexts) {
+  const auto gadget = MakeGadget();
+  const auto members = Gadget::classInfo().members();
+  const auto slot = [&](const char* name) {
+    size_t row = 0;
+    while (std::string_view(members[row].name) != name) ++row;
+    return row;
+  };
+  const size_t fail = slot("Fail");
+  EXPECT_EQ(CallSlot(gadget.get(), kDispatchSlots + fail, members[fail], {2199}, nullptr),
+            static_cast<HRESULT>(0x800A0000 + 2199));
+  ComPtr<IErrorInfo> error;
+  ASSERT_EQ(GetErrorInfo(0, error.Receive()), S_OK);
+  OwnedBstr description, source;
+  error->GetDescription(description.Receive());
+  error->GetSource(source.Receive());
+  EXPECT_EQ(description.text(), u"It failed.");
+  EXPECT_EQ(source.text(), u"Gadget.Fail");
+
+  // An object of another class.
+  const size_t partner = slot("Partner") + 1;
+  const auto parts = Get(gadget, L"Parts").value;
+  EXPECT_EQ(CallSlot(gadget.get(), kDispatchSlots + partner, members[partner], {parts}, nullptr),
+            static_cast<HRESULT>(0x800A000D));
+  ComPtr<IErrorInfo> left;
+  GetErrorInfo(0, left.Receive());
+}
+
+TEST_F(DualVtableTest, ResultsAreClearedAndRequired) {
+  const auto gadget = MakeGadget();
+  using GetLabel = HRESULT(STDMETHODCALLTYPE*)(IDispatch*, BSTR*);
+  const auto* const table = *reinterpret_cast<const void* const* const*>(gadget.get());
+  const auto get_label = reinterpret_cast<GetLabel>(const_cast<void*>(table[kDispatchSlots + 2]));
+  EXPECT_EQ(get_label(gadget.get(), nullptr), E_POINTER);
+  OwnedBstr label;
+  EXPECT_EQ(get_label(gadget.get(), label.Receive()), S_OK);
+  EXPECT_EQ(label.text(), u"");
+}
+
+}  // namespace
+}  // namespace vndoc6::com

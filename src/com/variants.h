@@ -1,0 +1,17 @@
+// VARIANTs as the library's values and back. Objects cross by objects.h.
+#pragma once
+
+#include "automation/variant.h"
+#include "com/com.h"
+
+namespace vndoc6::com {
+
+// The value of a caller's VARIANT, which keeps it. By-reference ones are read through. Integers of
+// other widths become the narrowest kind that holds them all, a decimal becomes a Double. Raises
+// error 13 for arrays and records, which automation values of this library don't have.
+automation::Variant ReadVariant(const VARIANT& value);
+
+// Puts the value into `out`, whose previous content is not released. Raises std::bad_alloc.
+void WriteVariant(const automation::Variant& value, VARIANT& out);
+
+}  // namespace vndoc6::com

@@ -1,0 +1,315 @@
+#include "document/document.h"
+
+#include <limits>
+
+#include "automation/describe.h"
+#include "automation/error.h"
+#include "automation/late_bound.h"
+#include "automation/sink_forwarders.h"
+#include "bag/bag_part.h"
+#include "bag/properties.h"
+#include "chart/chart.h"
+#include "chart/figure.h"
+#include "details/details.h"
+#include "details/item.h"
+#include "details/revision.h"
+#include "fields/fields.h"
+#include "platform/keys.h"
+#include "process/condition.h"
+#include "process/container.h"
+#include "process/file.h"
+#include "process/jump.h"
+#include "process/link.h"
+#include "process/steps.h"
+#include "process/task.h"
+#include "titles/titles.h"
+
+namespace vndoc6 {
+
+using automation::Error;
+using automation::Object;
+using automation::Owned;
+using automation::Ref;
+using automation::Variant;
+using bag::KeptText;
+using bag::Lazy;
+
+namespace {
+
+// A part that is made with the document.
+template <class T>
+Owned<T> MakePart(vnDocument* document) {
+  const Ref<T> part = automation::Make<T>();
+  part->InternalSetDocument(document);
+  return Owned<T>(part.get());
+}
+
+// A part that is built on the first read. The document-wide lists are built without a report: what
+// they hold was in the document already.
+template <class T>
+Ref<T> LazyPart(Lazy<T>& part, vnDocument* document) {
+  const auto make = [document] {
+    auto object = automation::Make<T>();
+    object->InternalSetDocument(document);
+    return object;
+  };
+  const auto load = [](T& object, const KeptText& text) {
+    if constexpr (requires { object.InternalLoadQuietly(text); }) {
+      object.InternalLoadQuietly(text);
+    } else {
+      object.InternalLoad(text);
+    }
+  };
+  return part.Get(make, load);
+}
+
+}  // namespace
+
+vnDocument::vnDocument() {
+  details_ = MakePart<vnDetails>(this);
+  steps_ = MakePart<vnSteps>(this);
+  SetProperties(automation::Make<Properties>().get());
+  titles_ = MakePart<vnTitles>(this);
+}
+
+// Hosts whose own objects hang in the document (field definitions, forms, a database) see them go
+// in this order.
+vnDocument::~vnDocument() {
+  details_ = nullptr;
+  steps_ = nullptr;
+  chart_.Reset({});
+  revision_history_.Reset({});
+  properties_ = nullptr;
+  titles_ = nullptr;
+  for (Definitions* definitions :
+       {&details_definitions_, &steps_definitions_, &links_definitions_}) {
+    definitions->field_defs.Reset({});
+    definitions->form.Reset({});
+  }
+  containers_.Reset({});
+}
+
+// --- Parts ---
+
+Ref<vnChart> vnDocument::Chart() { return LazyPart(chart_, this); }
+Ref<vnSteps> vnDocument::Steps() const { return steps_.get(); }
+Ref<vnDetails> vnDocument::Details() const { return details_.get(); }
+Ref<vnRevisions> vnDocument::RevisionHistory() { return LazyPart(revision_history_, this); }
+Ref<vnTitles> vnDocument::Titles() const { return titles_.get(); }
+Ref<Properties> vnDocument::GetProperties() const { return properties_.get(); }
+void vnDocument::SetProperties(Properties* poProperties) {
+  if (properties_) properties_->InternalSetOwner(nullptr);
+  properties_ = Owned<Properties>(poProperties);
+  if (properties_) properties_->InternalSetOwner(this);
+}
+
+Variant vnDocument::Containers() { return Variant(LazyPart(containers_, this)); }
+Ref<vnLinks> vnDocument::Links() { return LazyPart(links_, this); }
+Ref<vnFiles> vnDocument::Files() { return LazyPart(files_, this); }
+Ref<vnJumps> vnDocument::Jumps() { return LazyPart(jumps_, this); }
+
+vnContainers& vnDocument::InternalContainers() { return *LazyPart(containers_, this); }
+vnLinks& vnDocument::InternalLinks() { return *Links(); }
+vnFiles& vnDocument::InternalFiles() { return *Files(); }
+vnJumps& vnDocument::InternalJumps() { return *Jumps(); }
+
+Ref<Properties> vnDocument::Attachments() { return bag::BagPart(attachments_, this); }
+void vnDocument::SetAttachments(Properties* poAttachments) {
+  bag::SetBagPart(attachments_, poAttachments, this);
+}
+
+// --- Identity ---
+
+EnumVantrelDocumentType vnDocument::DocumentType() const {
+  return static_cast<EnumVantrelDocumentType>(document_type_);
+}
+void vnDocument::SetDocumentType(EnumVantrelDocumentType peDocumentType) {
+  document_type_ = peDocumentType;
+}
+EnumVantrelDocType vnDocument::DocType() const {
+  return static_cast<EnumVantrelDocType>(document_type_);
+}
+void vnDocument::SetDocType(EnumVantrelDocType peDocType) { document_type_ = peDocType; }
+
+int32_t vnDocument::IR() {
+  if (ir_ == 0) InternalIncrementIR();
+  return ir_;
+}
+
+void vnDocument::SetIR(int32_t plIR) {
+  if (!assignment_unlocked_) {
+    throw Error(automation::kReadOnlyProperty, {}, u"vnDocument.IR");
+  }
+  // One more than was asked for: converters have always passed the last number used.
+  if (plIR == std::numeric_limits<int32_t>::max()) throw Error(automation::kOverflow);
+  ir_ = plIR + 1;
+  ir_changed_ = true;
+}
+
+void vnDocument::InternalIncrementIR() {
+  if (ir_ == std::numeric_limits<int32_t>::max()) throw Error(automation::kOverflow);
+  ++ir_;
+  ir_changed_ = true;
+}
+
+void vnDocument::SetGUID(const Text& psGUID) {
+  const auto allowed = [this] {
+    if (!properties_) return false;
+    const Variant value = properties_->Value(u"AllowGUIDAssign", Variant(false));
+    const bool* flag = value.If<bool>();
+    return flag != nullptr && *flag;
+  };
+  if (!assignment_unlocked_ && !allowed()) {
+    throw Error(automation::kReadOnlyProperty, {}, u"vnDocument.GUID");
+  }
+  guid_ = psGUID;
+}
+
+// --- Field definitions and the database ---
+
+Ref<Object> vnDocument::FieldDefsDetails() { return FieldDefs(details_definitions_); }
+Ref<Object> vnDocument::FieldDefsSteps() { return FieldDefs(steps_definitions_); }
+Ref<Object> vnDocument::FieldDefsLinks() { return FieldDefs(links_definitions_); }
+Ref<Object> vnDocument::FormDetails() { return Form(details_definitions_); }
+Ref<Object> vnDocument::FormSteps() { return Form(steps_definitions_); }
+Ref<Object> vnDocument::FormLinks() { return Form(links_definitions_); }
+
+Ref<Object> vnDocument::FieldDefs(Definitions& definitions) {
+  return fields::Read(*this, definitions.field_defs, &fields::MakeFieldDefs);
+}
+Ref<Object> vnDocument::Form(Definitions& definitions) {
+  return fields::Read(*this, definitions.form, &fields::MakeFormDef);
+}
+
+void vnDocument::SetFieldDefsDetails(const Text& psFieldDefs, const Text& psForm) {
+  SetDefinitions(details_definitions_, psFieldDefs, psForm, u"vnDocument.FieldDefsDetails");
+}
+void vnDocument::SetFieldDefsSteps(const Text& psFieldDefs, const Text& psForm) {
+  SetDefinitions(steps_definitions_, psFieldDefs, psForm, u"vnDocument.FieldDefsSteps");
+}
+
+void vnDocument::SetDefinitions(Definitions& definitions, const Text& field_defs, const Text& form,
+                                const char16_t* source) {
+  if (!assignment_unlocked_) throw Error(automation::kWrongState, {}, source);
+  definitions.field_defs.Reset(KeptText(field_defs));
+  definitions.form.Reset(KeptText(form));
+}
+
+Ref<Object> vnDocument::Database() const { return database_.get(); }
+
+void vnDocument::SetDatabase(Object* poDatabase) {
+  if (poDatabase == nullptr || poDatabase->TypeName() != "osDatabase") return;
+  const Ref<vnDocument> self(this);
+  database_ = Owned<Object>(poDatabase);
+  for (const Ref<Object>& field_defs : {FieldDefsDetails(), FieldDefsSteps(), FieldDefsLinks()}) {
+    fields::SetDatabase(*field_defs, poDatabase);
+  }
+  // The titles may come from that database.
+  titles_->InternalClearTried();
+  Raise(&DocumentListener::DatabaseConnected);
+}
+
+// --- New objects ---
+
+Ref<vnStep> vnDocument::NewStep(const Text& psSourceKey, const Text& psLoadData) {
+  KeptText load_data(psLoadData);
+  if (!psSourceKey.empty()) {
+    if (vnStep* source = steps_->InternalStore().Find(TextView(psSourceKey))) {
+      load_data = KeptText(source->Save());
+    }
+  }
+  auto step = automation::Make<vnStep>();
+  step->InternalSetDocument(this);
+  if (!load_data.empty()) step->InternalLoadFrom(load_data, Text(), true);
+  steps_->Add(step.get());
+  return step;
+}
+
+Ref<vnStep> vnDocument::CopyStep(vnStep* poStep) {
+  if (poStep == nullptr) throw Error(automation::kObjectNotSet);
+  // What copying builds is reported: a host's handler may let go of the original.
+  const Ref<vnStep> original(poStep);
+  auto copy = automation::Make<vnStep>();
+  copy->InternalSetDocument(this);
+  copy->InternalCopyFrom(*original);
+  steps_->Add(copy.get());
+  return copy;
+}
+
+Ref<vnContainer> vnDocument::CopyContainer(vnContainer* poContainer) {
+  if (poContainer == nullptr) throw Error(automation::kObjectNotSet);
+  const Ref<vnDocument> self(this);
+  const Ref<vnContainer> original(poContainer);
+  auto copy = automation::Make<vnContainer>();
+  // The collection gives it the document: hosts hear of it when it is there, not of its figure.
+  copy->InternalCopyFrom(*original);
+  InternalContainers().Add(copy.get());
+  return copy;
+}
+
+// --- Events ---
+
+template <class Event, class Subject, class... Args>
+void vnDocument::Relay(Event event, Subject& subject, Args... args) {
+  if (!change_events_ || listeners_.empty()) return;
+  const Ref<Subject> alive(&subject);
+  Raise(event, subject, args...);
+}
+
+void vnDocument::RaiseLinkChange(vnLink* poLink, int32_t plDetailID) {
+  if (poLink == nullptr) throw Error(automation::kObjectNotSet);
+  Relay(&DocumentListener::LinkChange, *poLink, plDetailID);
+}
+
+void vnDocument::InternalContainerAdded(vnContainer& container) {
+  Relay(&DocumentListener::ContainerAdded, container);
+}
+void vnDocument::InternalContainerRemoved(vnContainer& container) {
+  Relay(&DocumentListener::ContainerRemoved, container);
+}
+void vnDocument::InternalContainerChange(vnContainer& container, int32_t detail_id) {
+  Relay(&DocumentListener::ContainerChange, container, detail_id);
+}
+void vnDocument::InternalFigureChange(vnFigure& figure, int32_t detail_id) {
+  Relay(&DocumentListener::FigureChange, figure, detail_id);
+}
+void vnDocument::InternalStepAdded(vnStep& step) { Relay(&DocumentListener::StepAdded, step); }
+void vnDocument::InternalStepRemoved(vnStep& step) { Relay(&DocumentListener::StepRemoved, step); }
+void vnDocument::InternalStepChange(vnStep& step, int32_t detail_id) {
+  Relay(&DocumentListener::StepChange, step, detail_id);
+}
+void vnDocument::InternalLinkAdded(vnLink& link) { Relay(&DocumentListener::LinkAdded, link); }
+void vnDocument::InternalLinkRemoved(vnLink& link) { Relay(&DocumentListener::LinkRemoved, link); }
+void vnDocument::InternalChartChange(vnChart& chart, int32_t detail_id) {
+  Relay(&DocumentListener::ChartChange, chart, detail_id);
+}
+void vnDocument::InternalConditionChange(vnCondition& condition, int32_t detail_id) {
+  Relay(&DocumentListener::ConditionChange, condition, detail_id);
+}
+void vnDocument::InternalTaskChange(vnTask& task, int32_t detail_id) {
+  Relay(&DocumentListener::TaskChange, task, detail_id);
+}
+void vnDocument::InternalDetailsChange(vnDetails& details, int32_t detail_id) {
+  Relay(&DocumentListener::DetailsChange, details, detail_id);
+}
+void vnDocument::InternalStepJumpChange(vnJump& jump, EnumVantrelChangeEvent type,
+                                        int32_t detail_id) {
+  Relay(&DocumentListener::StepJumpChange, jump, type, detail_id);
+}
+void vnDocument::InternalStepFileChange(vnFile& file, EnumVantrelChangeEvent type,
+                                        int32_t detail_id) {
+  Relay(&DocumentListener::StepFileChange, file, type, detail_id);
+}
+void vnDocument::InternalItemChange(vnItem& item, EnumVantrelChangeEvent type, int32_t detail_id) {
+  Relay(&DocumentListener::ItemChange, item, type, detail_id);
+}
+
+void vnDocument::Connect(automation::EventSink* sink) {
+  automation::ConnectSink(*sink, forwarders_, listeners_);
+}
+
+void vnDocument::Disconnect(automation::EventSink* sink) {
+  automation::DisconnectSink(sink, forwarders_, listeners_);
+}
+
+}  // namespace vndoc6

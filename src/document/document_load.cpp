@@ -1,0 +1,234 @@
+// vnDocument's file, the reading side.
+#include <new>
+
+#include "automation/error.h"
+#include "automation/late_bound.h"
+#include "automation/services.h"
+#include "bag/bag_reader.h"
+#include "bag/properties.h"
+#include "chart/chart.h"
+#include "details/details.h"
+#include "details/revision.h"
+#include "document/document.h"
+#include "document/file_version.h"
+#include "document/temp_save.h"
+#include "platform/file_system.h"
+#include "platform/keys.h"
+#include "process/container.h"
+#include "process/file.h"
+#include "process/jump.h"
+#include "process/link.h"
+#include "process/steps.h"
+#include "titles/titles.h"
+
+namespace vndoc6 {
+
+using automation::Ref;
+using automation::Variant;
+using bag::BagReader;
+using bag::KeptText;
+using bag::Lazy;
+
+namespace {
+
+// Outcomes of a load, as LoadFailed and LoadVersionError tell them. Never change one.
+constexpr int32_t kLoaded = 0;
+constexpr int32_t kNoFileName = 1;
+constexpr int32_t kHasFileAlready = 2;
+constexpr int32_t kNoSuchFile = 3;
+constexpr int32_t kUnknownFileVersion = 11;
+constexpr int32_t kOlderDocumentVersion = 12;
+constexpr int32_t kNewerDocumentVersion = 13;
+constexpr int32_t kWrongPassword = 14;
+
+constexpr TextView kConverter = u"VNDoc6Converters.VN5";
+
+// A file that can't be read is an empty one, which then counts as one of the older format.
+KeptText ReadFile(const Text& name) {
+  std::optional<std::string> bytes = platform::ReadWholeFile(name);
+  return bytes ? KeptText(bag::SharedBytes(std::move(*bytes))) : KeptText();
+}
+
+// A list that a host has read already stays the same object and gets the members.
+template <class T>
+void KeepOrLoad(Lazy<T>& part, KeptText text) {
+  if (T* built = part.built()) {
+    built->InternalLoadQuietly(text);
+  } else {
+    part.Reset(std::move(text));
+  }
+}
+
+}  // namespace
+
+// While it stands, changes are reported as ChangeEventsLoading says. However a load ends,
+// ChangeEvents is on and the assignment of GUID and IR locked afterwards.
+class vnDocument::LoadingScope {
+ public:
+  explicit LoadingScope(vnDocument& document) : document_(document) {
+    document_.change_events_ = document_.change_events_loading_;
+  }
+  ~LoadingScope() { End(); }
+  LoadingScope(const LoadingScope&) = delete;
+  LoadingScope& operator=(const LoadingScope&) = delete;
+  void End() {
+    if (ended_) return;
+    ended_ = true;
+    document_.assignment_unlocked_ = false;
+    document_.change_events_ = true;
+  }
+
+ private:
+  vnDocument& document_;
+  bool ended_ = false;
+};
+
+bool vnDocument::Load(const Text& psFileName, const Text& psPassword) {
+  return LoadAndReport(psFileName, psFileName, psPassword);
+}
+
+bool vnDocument::LoadDoc(const Text& psFileName, const Text& psPassword) {
+  const Ref<vnDocument> self(this);
+  if (!Load(psFileName, psPassword)) return false;
+  constexpr TextView kTemplate = u".vn6t";
+  const TextView name = psFileName;
+  if (name.size() >= kTemplate.size() &&
+      automation::AsciiLower(name.substr(name.size() - kTemplate.size())) == kTemplate) {
+    ir_ = 1;
+  }
+  return true;
+}
+
+bool vnDocument::LoadTempSave(const Text& psFileName, const Text& psPassword) {
+  const Ref<vnDocument> self(this);
+  if (!LoadAndReport(psFileName, TempSaveName(psFileName), psPassword)) return false;
+  file_name_ = psFileName;
+  Save();
+  return true;
+}
+
+bool vnDocument::LoadAndReport(const Text& file_name, const Text& read_from, const Text& password) {
+  const Ref<vnDocument> self(this);
+  const auto refuse = [this](int32_t code) {
+    Raise(&DocumentListener::LoadFailed, code);
+    return false;
+  };
+  if (!file_name_.empty()) return refuse(kHasFileAlready);
+  if (file_name.empty()) return refuse(kNoFileName);
+  if (!platform::FileExists(file_name) || !platform::FileExists(read_from))
+    return refuse(kNoSuchFile);
+
+  file_name_ = read_from;
+  const bool had_steps = steps_->Count() > 0;
+  int32_t code = 0;
+  try {
+    code = LoadProcedure(password);
+  } catch (const std::bad_alloc&) {
+    // The same load works when there is memory again: it replaces all but the steps.
+    file_name_.clear();
+    if (!had_steps) steps_->RemoveAll();
+    throw;
+  }
+  const bool version_error =
+      code == kUnknownFileVersion || code == kOlderDocumentVersion || code == kNewerDocumentVersion;
+  if (version_error) {
+    Raise(&DocumentListener::LoadVersionError, file_version_, document_version_, code);
+  }
+  switch (code) {
+    case kLoaded:
+    case kOlderDocumentVersion:
+      titles_->InternalClearTried();
+      Raise(&DocumentListener::LoadComplete);
+      return true;
+    case kNewerDocumentVersion:
+      // Loaded whole, and yet told as failed: hosts ask their user and go on.
+      titles_->InternalClearTried();
+      Raise(&DocumentListener::LoadFailed, code);
+      return true;
+    case kUnknownFileVersion:
+      return refuse(code);
+    default:
+      // A wrong password, or a code of the converter's own: no event.
+      return false;
+  }
+}
+
+int32_t vnDocument::LoadProcedure(const Text& password) {
+  LoadingScope scope(*this);
+  KeptText text = ReadFile(file_name_);
+  file_size_ = text.raw().size();
+  BagReader file(std::move(text));
+  file_version_ = file.GetLong("FV", 1);
+  document_version_ = file.GetSingle("DV", 1.0f);
+  document_type_ = file.GetLong("DT");
+  if (file_version_ == 1) return ImportOldFormat();
+  if (file_version_ == kFileVersion) return ReadVersion2(file, scope, password);
+  return kUnknownFileVersion;
+}
+
+int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Text& password) {
+  guid_ = file.GetText("GUID");
+  ir_ = file.GetLong("IR", 1);
+
+  details_->InternalLoad(file.GetKept("D"));
+  const Text& read_password = details_->InternalReadPassword();
+  if (!read_password.empty() && password != read_password) {
+    allow_write_ = false;
+    return kWrongPassword;
+  }
+  EnableWrite(password);
+
+  Raise(&DocumentListener::Loading, int16_t{10});
+  chart_.Reset(file.GetKept("C"));
+  Raise(&DocumentListener::Loading, int16_t{20});
+  revision_history_.Reset(file.GetKept("RH"));
+  Raise(&DocumentListener::Loading, int16_t{40});
+  steps_->InternalLoad(file.GetKept("S"));
+  if (!properties_) SetProperties(automation::Make<Properties>().get());
+  properties_->InternalLoad(file.GetKept("P"));
+  ReadDefinitions(file, details_definitions_, "FDD", "FoD");
+  Raise(&DocumentListener::Loading, int16_t{60});
+  ReadDefinitions(file, steps_definitions_, "FDS", "FoS");
+  ReadDefinitions(file, links_definitions_, "FDL", "FoL");
+  KeepOrLoad(links_, file.GetKept("LK"));
+  KeepOrLoad(files_, file.GetKept("FL"));
+  KeepOrLoad(jumps_, file.GetKept("J"));
+  Raise(&DocumentListener::Loading, int16_t{90});
+  KeepOrLoad(containers_, file.GetKept("CN"));
+  pages_count_ = file.GetLong("PC");
+  show_page_breaks_ = file.GetText("SPB") == u"T";
+  attachments_.Reset(file.GetKept("Attach"));
+  db_guid_ = file.GetText("DBGUID");
+  connection_string_ = file.GetText("ConStr");
+  chart_type_ = file.GetLong("CT");
+
+  scope.End();
+  Raise(&DocumentListener::Loading, int16_t{100});
+  if (document_version_ < kDocumentVersion) return kOlderDocumentVersion;
+  return document_version_ == kDocumentVersion ? kLoaded : kNewerDocumentVersion;
+}
+
+void vnDocument::ReadDefinitions(BagReader& file, Definitions& definitions, const char* fields_key,
+                                 const char* form_key) {
+  definitions.field_defs.Reset(file.GetKept(fields_key));
+  definitions.form.Reset(file.GetKept(form_key));
+}
+
+// The converter fills the document through its published members. Whether it succeeds or not, the
+// document is not bound to the old file: a save must never overwrite that.
+int32_t vnDocument::ImportOldFormat() {
+  struct Unbind {
+    Text& file_name;
+    ~Unbind() { file_name.clear(); }
+  } const unbind{file_name_};
+  assignment_unlocked_ = true;
+  const Ref<automation::Object> converter = automation::CreateObject(kConverter);
+  const Variant result = automation::Call(*converter, u"ImportDocument",
+                                          {Variant(file_name_), Variant(Ref<vnDocument>(this))});
+  const int32_t code = result.ToLong();
+  assignment_unlocked_ = false;
+  if (guid_.empty()) guid_ = platform::NewKey();
+  return code;
+}
+
+}  // namespace vndoc6

@@ -1,0 +1,137 @@
+// vnDocument's file, the writing side.
+#include "automation/error.h"
+#include "bag/bag_writer.h"
+#include "bag/properties.h"
+#include "chart/chart.h"
+#include "details/details.h"
+#include "details/revision.h"
+#include "document/document.h"
+#include "document/file_version.h"
+#include "fields/fields.h"
+#include "platform/file_system.h"
+#include "platform/keys.h"
+#include "process/container.h"
+#include "process/file.h"
+#include "process/jump.h"
+#include "process/link.h"
+#include "process/steps.h"
+#include "titles/titles.h"
+
+namespace vndoc6 {
+
+using automation::Ref;
+using bag::BagWriter;
+
+namespace {
+
+constexpr int32_t kNoFileName = 1;
+constexpr int32_t kNotWritten = 2;
+
+template <class T>
+void WritePart(T& part, BagWriter& writer) {
+  part.InternalWrite(writer);
+}
+
+}  // namespace
+
+bool vnDocument::Save() {
+  const Ref<vnDocument> self(this);
+  if (file_name_.empty()) {
+    Raise(&DocumentListener::SaveFailed, kNoFileName);
+    return false;
+  }
+  return SaveAndReport();
+}
+
+bool vnDocument::SaveAs(const Text& psFileName) {
+  const Ref<vnDocument> self(this);
+  if (psFileName.empty()) {
+    Raise(&DocumentListener::SaveFailed, kNoFileName);
+    return false;
+  }
+  // A copy under another name is another document.
+  if (!file_name_.empty() && !automation::EqualsFolded(file_name_, psFileName)) guid_.clear();
+  file_name_ = psFileName;
+  return SaveAndReport();
+}
+
+bool vnDocument::SaveDocAs(const Text& psFileName, int32_t plDocumentType) {
+  if (plDocumentType != -1) SetDocType(static_cast<EnumVantrelDocType>(plDocumentType));
+  return SaveAs(psFileName);
+}
+
+bool vnDocument::SaveAndReport() {
+  if (SaveProcedure()) {
+    Raise(&DocumentListener::SaveComplete);
+    return true;
+  }
+  Raise(&DocumentListener::SaveFailed, kNotWritten);
+  return false;
+}
+
+bool vnDocument::SaveProcedure() {
+  if (!allow_write_) return false;
+  TempSaveDocument();
+  if (guid_.empty()) guid_ = platform::NewKey();
+  // A save of a document whose counter did not move since the last one still moves it on.
+  if (!ir_changed_) InternalIncrementIR();
+  ir_changed_ = false;
+  std::string text;
+  BagWriter writer(text);
+  WriteParts(writer, true);
+  file_size_ = text.size();
+  const bool written = platform::ReplaceFileWith(file_name_, text);
+  // After a failed write the temporary save is what a host can recover from.
+  if (written) TempSaveClear();
+  Raise(&DocumentListener::Saving, int16_t{100});
+  return written;
+}
+
+// The keys and their order are in every file: never change them.
+void vnDocument::WriteParts(BagWriter& writer, bool with_progress) {
+  const auto progress = [&](int16_t percent) {
+    if (with_progress) Raise(&DocumentListener::Saving, percent);
+  };
+  // A little more than the last time: a text that outgrows its place is copied whole.
+  writer.out().reserve(writer.out().size() + file_size_ + file_size_ / 8);
+  writer.Add("GUID", guid_);
+  writer.AddNested("D", [&](BagWriter& nested) { details_->InternalWrite(nested); });
+  writer.Add("FV", kFileVersion);
+  writer.Add("DV", kDocumentVersion);
+  writer.Add("DT", document_type_);
+  writer.Add("IR", ir_);
+  progress(5);
+  chart_.Save(writer, "C", WritePart<vnChart>);
+  progress(10);
+  writer.AddNested("S", [&](BagWriter& nested) { steps_->InternalWrite(nested); });
+  links_.Save(writer, "LK", WritePart<vnLinks>);
+  progress(20);
+  revision_history_.Save(writer, "RH", WritePart<vnRevisions>);
+  writer.AddNested("P", [&](BagWriter& nested) {
+    if (properties_) properties_->InternalWrite(nested);
+  });
+  progress(30);
+  fields::Write(writer, "FDD", details_definitions_.field_defs);
+  progress(40);
+  fields::Write(writer, "FoD", details_definitions_.form);
+  progress(50);
+  fields::Write(writer, "FDS", steps_definitions_.field_defs);
+  fields::Write(writer, "FoS", steps_definitions_.form);
+  progress(60);
+  fields::Write(writer, "FDL", links_definitions_.field_defs);
+  fields::Write(writer, "FoL", links_definitions_.form);
+  progress(70);
+  files_.Save(writer, "FL", WritePart<vnFiles>);
+  progress(80);
+  jumps_.Save(writer, "J", WritePart<vnJumps>);
+  containers_.Save(writer, "CN", WritePart<vnContainers>);
+  progress(90);
+  writer.Add("PC", pages_count_);
+  writer.Add("SPB", show_page_breaks_ ? TextView(u"T") : TextView(u"F"));
+  attachments_.Save(writer, "Attach", WritePart<Properties>);
+  writer.Add("DBGUID", db_guid_);
+  writer.Add("ConStr", connection_string_);
+  writer.Add("CT", chart_type_);
+}
+
+}  // namespace vndoc6

@@ -1,0 +1,36 @@
+// Files, as the library needs them. The only part of the model that the platform decides;
+// file_system_posix.cpp and file_system_windows.cpp hold the two versions.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "automation/text.h"
+
+namespace vndoc6::platform {
+
+// No name that holds a NUL names a file; a folder or a device is no file, where that matters.
+
+bool FileExists(TextView name);
+
+// The file's bytes; nothing when it can't be read.
+std::optional<std::string> ReadWholeFile(TextView name);
+
+// Writes to a fresh file beside `name`, flushes it to the disk and puts it in the place of `name`
+// in one step, keeping the permissions of the file that was there: at any instant the name holds
+// the whole old or the whole new content. A link stays, what it points to is replaced. False when
+// that can't be done; then nothing changed, unless only the very last step failed, flushing the
+// folder: then the new content is there, but a loss of power may still undo it.
+bool ReplaceFileWith(TextView name, std::string_view bytes);
+
+// Copies over `to` in the same way, with the permissions of `from` and the modification time of the
+// copy's making. False on failure.
+bool CopyFileTo(TextView from, TextView to);
+bool DeleteFileNamed(TextView name);
+// The last modification in ticks of 100 ns, to be compared only; nothing when there is no such
+// file.
+std::optional<int64_t> ModificationTime(TextView name);
+
+}  // namespace vndoc6::platform

@@ -1,0 +1,46 @@
+// Attachment: what a step's files and jumps have in common.
+#pragma once
+
+#include <utility>
+
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
+#include "document/document_events.h"
+#include "process/step_member.h"
+
+namespace vndoc6 {
+
+class Attachment : public StepMember {
+ public:
+  // The key in its collections. Empty until the host sets one, or until the object is loaded or
+  // added to a collection. Setting it reports nothing.
+  const Text& Key() const { return key_; }
+  void SetKey(const Text& psKey) { key_ = psKey; }
+  // The name that users see. Setting it reports detail 1, changed or not.
+  const Text& DisplayName() const { return display_name_; }
+  void SetDisplayName(const Text& psDisplayName);
+  // The path of what it stands for, as the host gave it. Setting it reports detail 2, changed or
+  // not.
+  const Text& FileName() const { return file_name_; }
+  void SetFileName(const Text& psFileName);
+
+  // --- Inside the library; hosts have no use for these. ---
+  void InternalSetKey(Text key) { key_ = std::move(key); }
+  // Raises the class's own event in the document; 0 is the detail of an object that came or went.
+  virtual void InternalReport(vnDocument& document, EnumVantrelChangeEvent type,
+                              int32_t detail_id) = 0;
+
+ protected:
+  void WriteNames(bag::BagWriter& writer) const;
+  void ReadNames(bag::BagReader& reader, const Text& key);
+  void CopyNames(const Attachment& other);
+
+ private:
+  void ReportDetail(int32_t detail_id);
+
+  Text key_;
+  Text display_name_;
+  Text file_name_;
+};
+
+}  // namespace vndoc6

@@ -1,0 +1,194 @@
+#include "process/attachment_list.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "process/file.h"
+#include "process/jump.h"
+#include "process/steps.h"
+#include "tests/support/recording_listener.h"
+#include "tests/support/saved_text.h"
+
+namespace vndoc6 {
+namespace {
+
+using automation::Make;
+using automation::Ref;
+using automation::Variant;
+using testing::Kept;
+using testing::SavedText;
+using Lines = std::vector<std::string>;
+
+struct Files {
+  using List = vnFiles;
+  using Member = vnFile;
+  static constexpr const char* kEvent = "StepFileChange ";
+  static constexpr const char* kPrefix = "F";
+  static Ref<vnFiles> Of(vnStep& step) { return step.Files(); }
+  static Ref<vnFiles> Of(vnDocument& document) { return document.Files(); }
+};
+struct Jumps {
+  using List = vnJumps;
+  using Member = vnJump;
+  static constexpr const char* kEvent = "StepJumpChange ";
+  static constexpr const char* kPrefix = "J";
+  static Ref<vnJumps> Of(vnStep& step) { return step.Jumps(); }
+  static Ref<vnJumps> Of(vnDocument& document) { return document.Jumps(); }
+};
+
+// What files and jumps have in common.
+template <class Kind>
+class AttachmentListTest : public ::testing::Test {
+ protected:
+  using List = typename Kind::List;
+  using Member = typename Kind::Member;
+
+  static Ref<Member> Keyed(const Text& key) {
+    const auto member = Make<Member>();
+    member->SetKey(key);
+    return member;
+  }
+  static std::string Event(const std::string& arguments) { return Kind::kEvent + arguments; }
+
+  Ref<vnDocument> document_ = Make<vnDocument>();
+  Ref<vnStep> step_ = document_->NewStep();
+  Ref<List> of_step_ = Kind::Of(*step_);
+  Ref<List> of_document_ = Kind::Of(*document_);
+  testing::RecordingListener listener_{*document_};
+};
+
+using Kinds = ::testing::Types<Files, Jumps>;
+TYPED_TEST_SUITE(AttachmentListTest, Kinds);
+
+TYPED_TEST(AttachmentListTest, WhatAStepGetsTheDocumentGetsFirst) {
+  const auto member = this->Keyed(u"k");
+  this->of_step_->Add(member.get());
+  EXPECT_EQ(member->Step(), this->step_);
+  EXPECT_EQ(member->Document(), this->document_);
+  EXPECT_EQ(this->of_step_->Item(Variant(u"k")), member);
+  EXPECT_EQ(this->of_document_->Item(Variant(1)), member);
+  EXPECT_EQ(this->listener_.Take(), (Lines{this->Event("k 1 0"), this->Event("k 1 0")}));
+}
+
+TYPED_TEST(AttachmentListTest, RemovalFromAStepLeavesTheDocuments) {
+  this->of_step_->Add(this->Keyed(u"k").get());
+  this->listener_.Take();
+  this->of_step_->Remove(Variant(u"unknown"));
+  this->of_step_->Remove(Variant(0));
+  this->of_step_->Remove(Variant(2));
+  this->of_step_->Remove(Variant(this->of_document_->Item(Variant(1))));
+  EXPECT_EQ(this->listener_.Take(), Lines{});
+  this->of_step_->Remove(Variant(u"K"));
+  EXPECT_EQ(this->of_step_->Count(), 0);
+  EXPECT_EQ(this->of_document_->Count(), 1);
+  EXPECT_EQ(this->listener_.Take(), Lines{this->Event("k 2 0")});
+}
+
+TYPED_TEST(AttachmentListTest, TakenKeysEndAddWithoutAChange) {
+  this->of_step_->Add(this->Keyed(u"k").get());
+  this->listener_.Take();
+  const auto second = this->Keyed(u"K");
+  this->of_step_->Add(second.get());
+  this->of_step_->Add(nullptr);
+  EXPECT_EQ(this->of_step_->Count(), 1);
+  EXPECT_FALSE(second->Document());
+  EXPECT_FALSE(second->Step());
+  EXPECT_EQ(this->listener_.Take(), Lines{});
+}
+
+TYPED_TEST(AttachmentListTest, AKeyTakenInTheDocumentAloneIsAddedToTheStep) {
+  this->of_document_->Add(this->Keyed(u"k").get());
+  this->listener_.Take();
+  this->of_step_->Add(this->Keyed(u"k").get());
+  EXPECT_EQ(this->of_step_->Count(), 1);
+  EXPECT_EQ(this->of_document_->Count(), 1);
+  EXPECT_EQ(this->listener_.Take(), Lines{this->Event("k 1 0")});
+}
+
+TYPED_TEST(AttachmentListTest, EmptyKeysAreFilled) {
+  const auto first = this->Keyed(u"");
+  const auto second = this->Keyed(u"");
+  this->of_step_->Add(first.get());
+  this->of_step_->Add(second.get());
+  EXPECT_FALSE(first->Key().empty());
+  EXPECT_NE(first->Key(), second->Key());
+  EXPECT_EQ(this->of_step_->Count(), 2);
+}
+
+TYPED_TEST(AttachmentListTest, PutsReportTheirOwnNumbers) {
+  const auto member = this->Keyed(u"k");
+  member->SetFileName(u"no document, no event");
+  this->of_document_->Add(member.get());
+  EXPECT_FALSE(member->Step());
+  this->listener_.Take();
+  member->SetDisplayName(u"name");
+  member->SetFileName(u"name");
+  member->SetFileName(u"name");
+  member->SetKey(u"other");
+  EXPECT_EQ(this->listener_.Take(),
+            (Lines{this->Event("k 0 1"), this->Event("k 0 2"), this->Event("k 0 2")}));
+}
+
+TYPED_TEST(AttachmentListTest, RemoveAllReportsNothing) {
+  const auto member = this->Keyed(u"k");
+  this->of_step_->Add(member.get());
+  this->listener_.Take();
+  this->of_step_->RemoveAll();
+  EXPECT_EQ(this->of_step_->Count(), 0);
+  EXPECT_EQ(member->Step(), this->step_);
+  EXPECT_EQ(this->listener_.Take(), Lines{});
+}
+
+TYPED_TEST(AttachmentListTest, IsSavedByPosition) {
+  const auto list = Make<typename TestFixture::List>();
+  EXPECT_EQ(SavedText(*list), "");
+  for (const Text key : {u"b", u"a"}) list->Add(this->Keyed(key).get());
+  const std::string saved = SavedText(*list);
+  const std::string prefix = TypeParam::kPrefix;
+  EXPECT_EQ(saved.substr(0, 12), prefix + R"(1=~64"K^ab^)");
+  EXPECT_NE(saved.find("\":" + prefix + R"(2=~64"K^aa^A)"), std::string::npos);
+}
+
+TYPED_TEST(AttachmentListTest, BuiltFromTheDocumentsTextItReportsNothing) {
+  const auto list = Make<typename TestFixture::List>();
+  for (const Text& key : testing::kHostileKeys) list->Add(this->Keyed(key).get());
+  const std::string saved = SavedText(*list);
+  this->of_document_->InternalLoadQuietly(Kept(saved));
+  EXPECT_EQ(this->listener_.Take(), Lines{});
+  EXPECT_EQ(SavedText(*this->of_document_), saved);
+  EXPECT_EQ(this->of_document_->Item(Variant(1))->Document(), this->document_);
+
+  // A step's list reports each member it finds; the document has them all already.
+  this->of_step_->InternalLoad(Kept(saved));
+  EXPECT_EQ(this->listener_.Take().size(), std::size(testing::kHostileKeys));
+  EXPECT_EQ(this->of_document_->Count(), this->of_step_->Count());
+}
+
+// Does something whenever a file or jump comes or goes.
+class Handler : public DocumentListener {
+ public:
+  explicit Handler(std::function<void()> handle) : handle_(std::move(handle)) {}
+  void StepFileChange(vnFile&, EnumVantrelChangeEvent, int32_t) override { handle_(); }
+  void StepJumpChange(vnJump&, EnumVantrelChangeEvent, int32_t) override { handle_(); }
+
+ private:
+  std::function<void()> handle_;
+};
+
+TYPED_TEST(AttachmentListTest, AHandlerMayLetGoOfEverything) {
+  Handler handler([this] {
+    this->document_->Steps()->RemoveAll();
+    this->of_document_->RemoveAll();
+    this->step_ = nullptr;
+    this->of_step_ = nullptr;
+  });
+  this->document_->AddListener(&handler);
+  this->of_step_->Add(this->Keyed(u"k").get());
+  this->document_->RemoveListener(&handler);
+  EXPECT_EQ(this->of_document_->Count(), 0);
+  EXPECT_EQ(this->listener_.Take().size(), 2U);
+}
+
+}  // namespace
+}  // namespace vndoc6

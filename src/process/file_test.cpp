@@ -1,0 +1,33 @@
+#include "process/file.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/saved_text.h"
+
+namespace vndoc6 {
+namespace {
+
+using automation::Make;
+using testing::Kept;
+using testing::SavedText;
+
+TEST(File, SavesItsNumberOnlyWhenItHasOne) {
+  const auto file = Make<vnFile>();
+  file->SetKey(u"k");
+  file->SetDisplayName(u"Form");
+  file->SetFileName(uR"(C:\"forms"\a.doc)");
+  EXPECT_EQ(SavedText(*file), R"(K=~64"k":DN=~64"Form":FN=~64"C:\^jforms^j\a.doc":)");
+  file->SetDocID(7);
+  EXPECT_EQ(SavedText(*file), R"(K=~64"k":DN=~64"Form":FN=~64"C:\^jforms^j\a.doc":DID=7:)");
+
+  const auto loaded = Make<vnFile>();
+  loaded->InternalLoad(Kept(SavedText(*file)), u"given");
+  EXPECT_EQ(loaded->Key(), u"given");
+  EXPECT_EQ(loaded->FileName(), file->FileName());
+  EXPECT_EQ(loaded->DocID(), 7);
+  loaded->InternalLoad(Kept("DID=~64\"none\":"), Text());
+  EXPECT_EQ(SavedText(*loaded), R"(K=~64"":DN=~64"":FN=~64"":)");
+}
+
+}  // namespace
+}  // namespace vndoc6

@@ -1,0 +1,126 @@
+#include "process/jump.h"
+
+#include "automation/describe.h"
+#include "automation/error.h"
+#include "platform/file_system.h"
+#include "process/steps.h"
+
+namespace vndoc6 {
+
+using automation::Ref;
+using bag::BagWriter;
+using bag::KeptText;
+
+// --- vnJump ---
+
+void vnJump::InternalReport(vnDocument& document, EnumVantrelChangeEvent type, int32_t detail_id) {
+  document.InternalStepJumpChange(*this, type, detail_id);
+}
+
+Ref<vnDocument> vnJump::JumpDocument() {
+  if (target_) return target_.get();
+  const Text file_name = FileName();
+  if (!platform::FileExists(file_name)) return nullptr;
+  // Loading may run a host's code, which may let go of this jump.
+  const Ref<vnJump> self(this);
+  const Ref<vnDocument> target = automation::Make<vnDocument>();
+  // In its place before it is loaded: whoever asks meanwhile gets the same one.
+  target_ = target.get();
+  try {
+    if (target->Load(file_name, Text())) return target;
+  } catch (const automation::Error&) {
+    // The converter for older files failed: a target that can't be loaded, like any other.
+  } catch (...) {
+    target_ = nullptr;
+    throw;
+  }
+  target_ = nullptr;
+  return nullptr;
+}
+
+// The keys are in every file: never change one.
+void vnJump::InternalWrite(BagWriter& writer) const {
+  WriteNames(writer);
+  // Written also when it is 0, unlike a file's number.
+  writer.Add("JID", process_id_);
+}
+
+void vnJump::InternalLoad(const KeptText& text, const Text& key) {
+  bag::BagReader reader(text);
+  ReadNames(reader, key);
+  process_id_ = reader.GetLong("JID");
+  if (process_id_ == 0 && FileName().starts_with(u"000:")) RecoverProcessID();
+}
+
+// File names of the old form carry the number of the process after the second backslash that
+// follows their first five characters.
+void vnJump::RecoverProcessID() {
+  constexpr size_t kSearchFrom = 5;
+  const size_t first = FileName().find(u'\\', kSearchFrom);
+  if (first == Text::npos) return;
+  const size_t second = FileName().find(u'\\', first + 1);
+  if (second == Text::npos) return;
+  const TextView number = TextView(FileName()).substr(second + 1);
+  try {
+    process_id_ = automation::RoundToLong(automation::LeadingNumber(number));
+  } catch (const automation::Error&) {
+    // Overflow: a number that no process can have leaves 0.
+  }
+}
+
+void vnJump::InternalCopyFrom(const vnJump& other) {
+  CopyNames(other);
+  process_id_ = other.process_id_;
+}
+
+const automation::ClassInfo& vnJump::classInfo() {
+  using namespace automation;
+  static const ClassInfo info = describe<vnJump>(
+      "vnJump", "A step's reference to another document.",
+      {0x0002501F, 0xB9BD, 0x40E5, {0xBF, 0xF4, 0x99, 0xEB, 0xC4, 0x33, 0x22, 0x15}},
+      {0x48B2F5CB, 0x2291, 0x4876, {0x95, 0xD6, 0xD6, 0x7F, 0x2C, 0xA7, 0x91, 0xF3}},
+      {
+          get<&vnJump::Document>("Document"),
+          get<&vnJump::Step>("Step"),
+          putref<&vnJump::SetStep>("Step", "poStep"),
+          put<&vnJump::SetKey>("Key", "psKey"),
+          get<&vnJump::Key>("Key"),
+          get<&vnJump::DisplayName>("DisplayName"),
+          put<&vnJump::SetDisplayName>("DisplayName", "psDisplayName"),
+          get<&vnJump::FileName>("FileName"),
+          put<&vnJump::SetFileName>("FileName", "psFileName"),
+          get<&vnJump::JumpDocument>("JumpDocument"),
+          get<&vnJump::ProcessID>("ProcessID"),
+          put<&vnJump::SetProcessID>("ProcessID", "plProcessID"),
+      });
+  return info;
+}
+
+// --- vnJumps ---
+
+vnJumps::vnJumps()
+    : AttachmentList("J", [](vnDocument& document) -> AttachmentList<vnJump>& {
+        return document.InternalJumps();
+      }) {}
+
+const automation::ClassInfo& vnJumps::classInfo() {
+  using namespace automation;
+  static const ClassInfo info = describe<vnJumps>(
+      "vnJumps", "The jumps of a step, or all those of a document.",
+      {0xA71FE668, 0x728D, 0x4E77, {0x81, 0x36, 0xAD, 0x35, 0x6D, 0x3F, 0x45, 0x4B}},
+      {0xFCC79117, 0xD14F, 0x4B1C, {0xB4, 0x00, 0x97, 0x3A, 0x56, 0xDE, 0x5F, 0x90}},
+      {
+          get<&vnJumps::Step>("Step"),
+          putref<&vnJumps::SetStep>("Step", "poStep"),
+          get<&vnJumps::Document>("Document"),
+          get<&vnJumps::Item>("Item", by_reference{"pvIndexKey"}),
+          get<&vnJumps::Count>("Count"),
+          get<&vnJumps::NewEnum>("NewEnum"),
+          method<&vnJumps::Add>("Add", "poJump"),
+          method<&vnJumps::Remove>("Remove", "pvRef"),
+          method<&vnJumps::RemoveAll>("RemoveAll"),
+      });
+  return info;
+}
+
+}  // namespace vndoc6

@@ -1,8 +1,0 @@
-// Puts the platform's fonts, pictures and object creation in the place of the portable ones.
-#pragma once
-
-namespace vndoc6::windows {
-
-void UsePlatformServices();
-
-}  // namespace vndoc6::windows
