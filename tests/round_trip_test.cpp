@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <map>
 
-#include "automation/describe.h"
 #include "automation/late_bound.h"
 #include "bag/bag_scanner.h"
 #include "content/compare.h"
 #include "content/content.h"
 #include "platform/file_system.h"
+#include "schema/signature.h"
 #include "templates/template_library.h"
 #include "tests/support/random_document.h"
 #include "tests/support/temporary_folder.h"

@@ -94,7 +94,7 @@ void Report(vnDocument& document) {
   std::cout << "  \"" << ToUtf8(document.Details()->Title()) << "\", code "
             << ToUtf8(document.Details()->DocumentCode()) << ", IR " << document.IR() << ", "
             << document.Steps()->Count() << " steps, " << document.Links()->Count() << " links, "
-            << document.InternalContainers().Count() << " containers, "
+            << document.ContainerCollection()->Count() << " containers, "
             << document.RevisionHistory()->Count() << " revisions\n";
   for (int32_t number = 1; number <= document.Steps()->LastIndex(); ++number) {
     if (const auto step = document.Steps()->ItemByStepIndex(number)) ReportStep(document, *step);

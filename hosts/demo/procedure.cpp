@@ -226,7 +226,7 @@ void AddLink(vnDocument& document, const LinkPlan& plan, const std::map<Text, Re
 void AddContainer(vnDocument& document, const char16_t* label, float top, float height,
                   const std::vector<Ref<vnStep>>& steps) {
   const auto container = Make<vndoc6::vnContainer>();
-  document.InternalContainers().Add(container.get());
+  document.ContainerCollection()->Add(container.get());
   container->SetLabel(label);
   const Ref<vndoc6::vnFigure> figure = container->Figure();
   figure->SetLeft(1650);

@@ -4,11 +4,11 @@
 #include <charconv>
 #include <optional>
 
-#include "automation/describe.h"
 #include "automation/services.h"
 #include "command.h"
 #include "content/content.h"
 #include "platform/file_system.h"
+#include "schema/signature.h"
 
 namespace vndoc {
 

@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "automation/describe.h"
 #include "chart/figure.h"
 #include "details/details.h"
 #include "process/container.h"
 #include "process/link.h"
 #include "process/steps.h"
 #include "process/task.h"
+#include "schema/signature.h"
 #include "titles/title_ref.h"
 
 namespace vndoc {

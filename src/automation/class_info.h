@@ -1,6 +1,6 @@
 // ClassInfo: what is published of a class, as data. Late-bound calls, the COM interfaces, the
 // interface definition and the type library are all derived from it and from nothing else.
-// A class writes its table with the functions in describe.h.
+// A class writes its rows with the functions in schema/rows.h.
 #pragma once
 
 #include <array>
@@ -109,6 +109,9 @@ struct MemberInfo {
   bool hidden = false;
   TypeInfo result;
   std::vector<ParameterInfo> parameters;  // of a put: the new value is the last one
+  const char* not_content = nullptr;      // why a host's reading of it is no content; null if it is
+  const char* count_member = nullptr;    // of a row of values: the property that gives their number
+  const ClassInfo& (*part)() = nullptr;  // the part that it gives, where its type does not show it
   MemberThunk thunk = nullptr;
   const void* vtable_entry = nullptr;  // of the dual interface; null where there is none
 };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "automation/error.h"
+
 namespace vndoc6::automation {
 
 const EventInfo& EventInterfaceInfo::Find(int32_t event_id) const {

@@ -3,11 +3,9 @@
 
 #include <cstdint>
 #include <span>
-#include <type_traits>
 #include <vector>
 
 #include "automation/class_info.h"
-#include "automation/describe.h"
 
 namespace vndoc6::automation {
 
@@ -22,6 +20,7 @@ struct EventInfo {
   const char* name = nullptr;
   int32_t id = 0;
   std::vector<EventParameter> parameters;
+  const void* event = nullptr;  // which of the native listener's functions it is
 };
 
 struct EventInterfaceInfo {
@@ -52,60 +51,5 @@ class EventSource {
  protected:
   ~EventSource() = default;
 };
-
-// An event's argument that is passed by value; all others are passed by reference.
-struct by_value {
-  const char* name;
-};
-
-namespace detail {
-
-inline EventParameter NamedEventParameter(const char* name) { return {name, {}, true}; }
-inline EventParameter NamedEventParameter(by_value parameter) {
-  return {parameter.name, {}, false};
-}
-
-// An object argument is a reference in C++ and an object to automation.
-template <class T>
-constexpr TypeInfo EventTypeOf() {
-  if constexpr (std::is_reference_v<T> && std::is_base_of_v<Object, std::remove_reference_t<T>>) {
-    return ObjectType<std::remove_reference_t<T>>();
-  } else {
-    return TypeOf<T>();
-  }
-}
-
-template <class Listener, class... Params, class... Names>
-EventInfo EventRow(void (Listener::*)(Params...), int32_t id, const char* name, Names... names) {
-  static_assert(sizeof...(Names) == sizeof...(Params), "every argument needs its published name");
-  EventInfo info{name, id, {NamedEventParameter(names)...}};
-  const std::vector<TypeInfo> types{EventTypeOf<Params>()...};
-  for (size_t i = 0; i < types.size(); ++i) info.parameters[i].type = types[i];
-  return info;
-}
-
-template <class T>
-Variant EventArgument(T& value) {
-  if constexpr (std::is_base_of_v<Object, T>) {
-    return Variant(Ref<Object>(&value));
-  } else {
-    return ToVariant(value);
-  }
-}
-
-}  // namespace detail
-
-// One row of an event interface: a member function of the native listener.
-template <auto kEvent, class... Names>
-EventInfo event(int32_t id, const char* name, Names... names) {
-  return detail::EventRow(kEvent, id, name, names...);
-}
-
-// Hands an event on to a sink as data.
-template <class... Args>
-void ForwardEvent(EventSink& sink, const EventInfo& info, Args&... args) {
-  const std::vector<Variant> packed{detail::EventArgument(args)...};
-  sink.OnEvent(info, packed);
-}
 
 }  // namespace vndoc6::automation

@@ -1,9 +1,5 @@
 #include "automation/font.h"
 
-#include <array>
-
-#include "automation/describe.h"
-
 namespace vndoc6::automation {
 namespace {
 
@@ -32,29 +28,6 @@ class PlainFont : public Font {
 };
 
 }  // namespace
-
-const ClassInfo& Font::classInfo() {
-  static const ClassInfo info(
-      "Font", "A font that hosts share with the library.", {}, {}, nullptr, [] {
-        std::vector<MemberInfo> rows = {
-            get<&Font::Name>("Name"),
-            put<&Font::SetName>("Name", "psName"),
-            get<&Font::Size>("Size"),
-            put<&Font::SetSize>("Size", "pcSize"),
-            get<&Font::Bold>("Bold"),
-            put<&Font::SetBold>("Bold", "pbBold"),
-            get<&Font::Italic>("Italic"),
-            put<&Font::SetItalic>("Italic", "pbItalic"),
-            get<&Font::Underline>("Underline"),
-            put<&Font::SetUnderline>("Underline", "pbUnderline"),
-            get<&Font::Strikethrough>("Strikethrough"),
-            put<&Font::SetStrikethrough>("Strikethrough", "pbStrikethrough"),
-        };
-        detail::NumberMembers(rows);
-        return rows;
-      }());
-  return info;
-}
 
 FontValues ReadFont(const Font& font) {
   return {font.Bold(), font.Italic(),        font.Name(),

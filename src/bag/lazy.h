@@ -1,8 +1,11 @@
 // Lazy<T>: an object that is kept as text until somebody reads it.
 #pragma once
 
+#include <string_view>
+#include <type_traits>
 #include <utility>
 
+#include "automation/late_bound.h"
 #include "bag/bag_writer.h"
 #include "bag/kept_text.h"
 
@@ -44,7 +47,18 @@ class Lazy {
     object_ = nullptr;
   }
 
-  // Writes the built object's text, by `write(object, writer)`, or the kept one.
+  // Writes the built object's text, or the kept one. Of an object that a host may have supplied
+  // the library knows one thing only: its property Text.
+  void Save(BagWriter& writer, std::string_view key) const {
+    if (!object_) {
+      writer.Add(key, text_);
+    } else if constexpr (std::is_same_v<T, automation::Object>) {
+      writer.Add(key, automation::Get(*object_, u"Text").ToText());
+    } else {
+      writer.AddNested(key, [&](BagWriter& nested) { object_->InternalWrite(nested); });
+    }
+  }
+  // The same, by `write(object, writer)`.
   template <class Write>
   void Save(BagWriter& writer, std::string_view key, Write&& write) const {
     if (object_) {

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "automation/describe.h"
 #include "bag/bag_scanner.h"
 #include "bag/position.h"
 #include "platform/file_system.h"
+#include "schema/rows.h"
 
 namespace vndoc6 {
 
@@ -245,46 +245,53 @@ void Properties::Replace(Entries entries) {
 }
 
 const automation::ClassInfo& Property::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<Property>(
       "Property", "An entry of a property bag.",
       {0xe51b10e2, 0xbe3c, 0x4245, {0x81, 0xab, 0x6d, 0xf2, 0x57, 0x04, 0x4f, 0x15}},
       {0x23aa0361, 0x32f0, 0x4e7f, {0xa2, 0x26, 0x88, 0x30, 0x92, 0x7c, 0x22, 0x32}},
-      {get<&Property::Key>("Key"), get<&Property::Value>("Value"),
-       put<&Property::SetValue>("Value", "pvValue"), get<&Property::Object>("Object"),
-       putref<&Property::SetObject>("Object", "poObject"),
-       get<&Property::ValueTypeName>("TypeName")});
+      std::tuple{
+          property<&Property::Key>("Key"),
+          property<&Property::Value, &Property::SetValue>("Value", "pvValue"),
+          property<&Property::Object, &Property::SetObject>("Object", "poObject"),
+          property<&Property::ValueTypeName>("TypeName").not_content("follows from the value"),
+      });
   return info;
 }
 
 const automation::ClassInfo& Properties::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<Properties>(
       "Properties", "A property bag: values under keys, in order.",
       {0xb256d7b1, 0x8f18, 0x48b6, {0xa5, 0x87, 0xe1, 0x92, 0x6a, 0x1b, 0x15, 0x4b}},
       {0x54a9f0f8, 0x01c4, 0x4e5b, {0xbc, 0xc0, 0x08, 0x0a, 0xa6, 0x47, 0xe8, 0xca}},
-      {method<&Properties::Add>("Add", "psKey", "pvValue"),
-       get<&Properties::Item>("Item", "pvIndexKey"),
-       get<&Properties::Count>("Count"),
-       method<&Properties::Remove>("Remove", "psKey"),
-       method<&Properties::RemoveAll>("RemoveAll"),
-       get<&Properties::ItemDefault>("ItemDefault", "psKey", "pvDefault"),
-       get<&Properties::Value>("Value", "psKey", "pvDefault"),
-       method<&Properties::SetValue>("SetValue", "psKey", "pvValue"),
-       get<&Properties::Exists>("Exists", "psKey"),
-       get<&Properties::NewEnum>("NewEnum"),
-       get<&Properties::Key>("Key", "plIndex"),
-       get<&Properties::IsEmpty>("IsEmpty"),
-       method<&Properties::Clone>("Clone"),
-       method<&Properties::WriteToFile>("WriteToFile", "psFileName", optional("psReserved", u"")),
-       method<&Properties::ReadFromFile>("ReadFromFile", "psFileName", optional("psReserved", u"")),
-       method<&Properties::SaveText>("SaveText"),
-       get<&Properties::GetText>("Text"),
-       method<&Properties::Merge>("Merge", "poProperties"),
-       method<&Properties::IsWellFormed>("IsWellFormed", "psText", optional("psSeparator", u":")),
-       method<&Properties::LoadText>("LoadText", "pvText", optional("plReserved1", int32_t{0}),
-                                     optional("plReserved2", int32_t{0}),
-                                     optional("psSeparator", u":"))});
+      std::tuple{
+          method<&Properties::Add>("Add", "psKey", "pvValue"),
+          property<&Properties::Item>("Item", "pvIndexKey"),
+          property<&Properties::Count>("Count").not_content("the members themselves are read"),
+          method<&Properties::Remove>("Remove", "psKey"),
+          method<&Properties::RemoveAll>("RemoveAll"),
+          property<&Properties::ItemDefault>("ItemDefault", "psKey", "pvDefault"),
+          property<&Properties::Value>("Value", "psKey", "pvDefault"),
+          method<&Properties::SetValue>("SetValue", "psKey", "pvValue"),
+          property<&Properties::Exists>("Exists", "psKey"),
+          property<&Properties::NewEnum>("NewEnum").not_content("the members themselves are read"),
+          property<&Properties::Key>("Key", "plIndex"),
+          property<&Properties::IsEmpty>("IsEmpty").not_content("the entries themselves are read"),
+          method<&Properties::Clone>("Clone"),
+          method<&Properties::WriteToFile>("WriteToFile", "psFileName",
+                                           optional("psReserved", u"")),
+          method<&Properties::ReadFromFile>("ReadFromFile", "psFileName",
+                                            optional("psReserved", u"")),
+          method<&Properties::SaveText>("SaveText"),
+          property<&Properties::GetText>("Text").not_content("the entries themselves are read"),
+          method<&Properties::Merge>("Merge", "poProperties"),
+          method<&Properties::IsWellFormed>("IsWellFormed", "psText",
+                                            optional("psSeparator", u":")),
+          method<&Properties::LoadText>("LoadText", "pvText", optional("plReserved1", int32_t{0}),
+                                        optional("plReserved2", int32_t{0}),
+                                        optional("psSeparator", u":")),
+      });
   return info;
 }
 

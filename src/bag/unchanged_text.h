@@ -1,7 +1,6 @@
 // Writing back what was loaded and never read, without reading it.
 #pragma once
 
-#include <span>
 #include <string_view>
 
 #include "automation/variant.h"
@@ -10,32 +9,33 @@
 
 namespace vndoc6::bag {
 
-// One entry of a text as an object writes it. A Boolean's tag is 'b' here.
-struct EntryForm {
-  std::string_view key;
-  char tag;
-  // The object knows this value already, and it may have changed.
-  bool compared = false;
-};
+// Walks a kept text beside the entries that writing its object would give.
+class UnchangedEntries {
+ public:
+  explicit UnchangedEntries(const KeptText& text) : text_(text), scanner_(text) {}
 
-// Copies a kept text, if that is what writing the object would give: exactly the entries of `forms`
-// in that order, and `is_same(key, value)` true for each that is compared. False, and nothing
-// written, otherwise.
-template <class IsSame>
-bool CopyIfUnchanged(const KeptText& text, std::span<const EntryForm> forms, BagWriter& writer,
-                     IsSame&& is_same) {
-  BagScanner scanner(text);
-  BagEntry entry;
-  for (const EntryForm& form : forms) {
-    if (!scanner.Next(entry) || entry.key != form.key) return false;
-    const bool boolean = entry.tag == 'T' || entry.tag == 'F';
-    if ((boolean ? 'b' : entry.tag) != form.tag) return false;
-    automation::Variant value;
-    if (form.compared && !(scanner.ValueOf(entry, value) && is_same(form.key, value))) return false;
+  // Whether the next entry has that key, and a value of that tag; a Boolean's is 'b' here.
+  bool Next(std::string_view key, char tag) {
+    if (!scanner_.Next(entry_) || entry_.key != key) return false;
+    const bool boolean = entry_.tag == 'T' || entry_.tag == 'F';
+    return (boolean ? 'b' : entry_.tag) == tag;
   }
-  if (scanner.Next(entry) || scanner.faulty()) return false;
-  writer.Append(text);
-  return true;
-}
+  // Whether that entry still says what the object has.
+  bool ValueIs(const automation::Variant& now) const {
+    automation::Variant value;
+    return scanner_.ValueOf(entry_, value) && value == now;
+  }
+  // Copies the text, unless there is more in it. False, and nothing written, then.
+  bool CopyTo(BagWriter& writer) {
+    if (scanner_.Next(entry_) || scanner_.faulty()) return false;
+    writer.Append(text_);
+    return true;
+  }
+
+ private:
+  const KeptText& text_;
+  BagScanner scanner_;
+  BagEntry entry_;
+};
 
 }  // namespace vndoc6::bag

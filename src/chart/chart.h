@@ -12,6 +12,10 @@
 
 namespace vndoc6 {
 
+namespace bag {
+class BagReader;
+}
+
 // The plain values of a chart. One made by a host has zeros throughout; a document's has the
 // defaults in chart.cpp, for it was loaded.
 struct ChartValues {
@@ -262,10 +266,15 @@ class vnChart : public Member {
   void InternalLoad(const bag::KeptText& text);
 
  private:
+  struct Schema;
   using Values = ChartValues;
   template <class T>
   void Put(T Values::*member, const T& value);
   void ReportChange(int32_t detail_id);
+  void WriteFont(bag::BagWriter& writer);
+  void LoadFont(bag::BagReader& reader);
+  void WritePicture(bag::BagWriter& writer);
+  void LoadPicture(bag::BagReader& reader);
   int32_t Substituted(int32_t Values::*member, int32_t value);
 
   Values values_;

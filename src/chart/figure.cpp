@@ -1,65 +1,180 @@
 #include "chart/figure.h"
 
-#include "automation/describe.h"
 #include "automation/services.h"
 #include "bag/bag_reader.h"
-#include "chart/field_table.h"
+#include "bag/row_text.h"
 #include "chart/font_text.h"
 #include "core/detail_id.h"
+#include "core/scope.h"
 #include "document/document.h"
 #include "platform/keys.h"
 #include "process/container.h"
 #include "process/step.h"
+#include "schema/rows.h"
 
 namespace vndoc6 {
 namespace {
-
-using V = FigureValues;
-
-// What stands before the font in the saved text, between font and picture, and after the picture.
-constexpr std::tuple kToFont{
-    row(&V::alignment, "A", 7, vndAlignment),
-    row(&V::auto_size, "AS", 0, vndAutoSize),
-    row(&V::back_mode, "BM", 5, vndBackMode),
-    row(&V::draw_colour, "DC", 0, vndDrawColour),
-    row(&V::draw_style, "DS", 0, vndDrawStyle),
-    row(&V::draw_width, "DW", 1, vndDrawWidth),
-    row(&V::edit_mode, "EM", 0, vndEditMode),
-    row(&V::fill_colour, "FlC", 16777215, vndFillColour),
-};
-constexpr std::tuple kToPicture{
-    row(&V::fore_colour, "FC", 0, vndForeColour),  row(&V::height, "H", 600, vndHeight),
-    row(&V::hidden, "Hid", false, vndHidden),      row(&V::left, "Lef", 15, vndLeft),
-    row(&V::logical, "Log", true, vndLogical),     row(&V::marked, "M", false, vndMarked),
-    row(&V::moveable_x, "MX", true, vndMoveableX), row(&V::moveable_y, "MY", true, vndMoveableY),
-};
-constexpr std::tuple kFromPicture{
-    // Hosts keep the index only while they run and rely on it not coming back.
-    row(&V::picture_index, "PI", 0, vndPictureIndex).NeverLoaded(),
-    row(&V::picture_position, "PP", 9, vndPicturePosition),
-    row(&V::scrollable_x, "SX", true, vndScrollableX),
-    row(&V::scrollable_y, "SY", true, vndScrollableY),
-    row(&V::selectable, "S", true, vndSelectable),
-    row(&V::shadow, "Sh", 0, vndShadow),
-    row(&V::shape, "Sp", vnsProcess, vndShape),
-    row(&V::shape_orientation, "SO", 0, vndShapeOrientation),
-    row(&V::sizeable_x, "SzX", true, vndSizeableX),
-    row(&V::sizeable_y, "SzY", true, vndSizeableY),
-    row(&V::text_margin_x, "TMX", 0, vndTextMarginX),
-    row(&V::text_margin_y, "TMY", 0, vndTextMarginY),
-    row(&V::tooltip, "TT", u"", vndTooltip),
-    row(&V::top, "Tp", 15, vndTop),
-    row(&V::transparent, "Tr", false, vndTransparent),
-    row(&V::user_data, "UD", 0, vndUserData),
-    row(&V::width, "W", 1200, vndWidth),
-    row(&V::z_order_index, "ZOI", 0, vndZOrderIndex),
-};
-constexpr auto kFields = std::tuple_cat(kToFont, kToPicture, kFromPicture);
 
 // Hosts rely on this for positions only; sizes may be negative.
 float Position(float value) { return value < 0 ? 15.0f : value; }
 
 }  // namespace
+
+struct vnFigure::Schema {
+  static constexpr auto kRows = [] {
+    using namespace schema;
+    return std::tuple{
+        property<&vnFigure::Document>("Document").not_content("leads back to the root"),
+        property<&vnFigure::Step, &vnFigure::SetStep>("Step", "poStep")
+            .not_content("leads back to the owner"),
+        property<&vnFigure::IsStep>("IsStep").not_content("what the owner is"),
+        property<&vnFigure::Container, &vnFigure::SetContainer>("Container", "poContainer")
+            .not_content("leads back to the owner"),
+        property<&vnFigure::Left, &vnFigure::SetLeft>("Left", "pnLeft")
+            .field(&Values::left, "Lef")
+            .missing(15)
+            .reports(vndLeft),
+        property<&vnFigure::Top, &vnFigure::SetTop>("Top", "pnTop")
+            .field(&Values::top, "Tp")
+            .missing(15)
+            .reports(vndTop),
+        property<&vnFigure::Width, &vnFigure::SetWidth>("Width", "pnWidth")
+            .field(&Values::width, "W")
+            .missing(1200)
+            .reports(vndWidth),
+        property<&vnFigure::Height, &vnFigure::SetHeight>("Height", "pnHeight")
+            .field(&Values::height, "H")
+            .missing(600)
+            .reports(vndHeight),
+        property<&vnFigure::ZOrderIndex, &vnFigure::SetZOrderIndex>("ZOrderIndex", "plZOrderIndex")
+            .field(&Values::z_order_index, "ZOI")
+            .reports(vndZOrderIndex),
+        property<&vnFigure::Marked, &vnFigure::SetMarked>("Marked", "pbMarked")
+            .field(&Values::marked, "M")
+            .reports(vndMarked),
+        property<&vnFigure::Selectable, &vnFigure::SetSelectable>("Selectable", "pbSelectable")
+            .field(&Values::selectable, "S")
+            .missing(true)
+            .reports(vndSelectable),
+        property<&vnFigure::ScrollableX, &vnFigure::SetScrollableX>("ScrollableX", "pbScrollableX")
+            .field(&Values::scrollable_x, "SX")
+            .missing(true)
+            .reports(vndScrollableX),
+        property<&vnFigure::ScrollableY, &vnFigure::SetScrollableY>("ScrollableY", "pbScrollableY")
+            .field(&Values::scrollable_y, "SY")
+            .missing(true)
+            .reports(vndScrollableY),
+        property<&vnFigure::SizeableX, &vnFigure::SetSizeableX>("SizeableX", "pbSizeableX")
+            .field(&Values::sizeable_x, "SzX")
+            .missing(true)
+            .reports(vndSizeableX),
+        property<&vnFigure::SizeableY, &vnFigure::SetSizeableY>("SizeableY", "pbSizeableY")
+            .field(&Values::sizeable_y, "SzY")
+            .missing(true)
+            .reports(vndSizeableY),
+        property<&vnFigure::MoveableX, &vnFigure::SetMoveableX>("MoveableX", "pbMoveableX")
+            .field(&Values::moveable_x, "MX")
+            .missing(true)
+            .reports(vndMoveableX),
+        property<&vnFigure::MoveableY, &vnFigure::SetMoveableY>("MoveableY", "pbMoveableY")
+            .field(&Values::moveable_y, "MY")
+            .missing(true)
+            .reports(vndMoveableY),
+        property<&vnFigure::Hidden, &vnFigure::SetHidden>("Hidden", "pbHidden")
+            .field(&Values::hidden, "Hid")
+            .reports(vndHidden),
+        property<&vnFigure::Transparent, &vnFigure::SetTransparent>("Transparent", "pbTransparent")
+            .field(&Values::transparent, "Tr")
+            .reports(vndTransparent),
+        property<&vnFigure::EditMode, &vnFigure::SetEditMode>("EditMode", "plEditMode")
+            .field(&Values::edit_mode, "EM")
+            .reports(vndEditMode),
+        property<&vnFigure::BackMode, &vnFigure::SetBackMode>("BackMode", "plBackMode")
+            .field(&Values::back_mode, "BM")
+            .missing(5)
+            .reports(vndBackMode),
+        property<&vnFigure::Shape, &vnFigure::SetShape>("Shape", "peShape")
+            .field(&Values::shape, "Sp")
+            .missing(vnsProcess)
+            .reports(vndShape),
+        property<&vnFigure::Alignment, &vnFigure::SetAlignment>("Alignment", "plAlignment")
+            .field(&Values::alignment, "A")
+            .missing(7)
+            .reports(vndAlignment),
+        property<&vnFigure::AutoSize, &vnFigure::SetAutoSize>("AutoSize", "plAutoSize")
+            .field(&Values::auto_size, "AS")
+            .reports(vndAutoSize),
+        property<&vnFigure::PicturePosition, &vnFigure::SetPicturePosition>("PicturePosition",
+                                                                            "plPicturePosition")
+            .field(&Values::picture_position, "PP")
+            .missing(9)
+            .reports(vndPicturePosition),
+        property<&vnFigure::ShapeOrientation, &vnFigure::SetShapeOrientation>("ShapeOrientation",
+                                                                              "plShapeOrientation")
+            .field(&Values::shape_orientation, "SO")
+            .reports(vndShapeOrientation),
+        property<&vnFigure::DrawStyle, &vnFigure::SetDrawStyle>("DrawStyle", "plDrawStyle")
+            .field(&Values::draw_style, "DS")
+            .reports(vndDrawStyle),
+        property<&vnFigure::DrawWidth, &vnFigure::SetDrawWidth>("DrawWidth", "plDrawWidth")
+            .field(&Values::draw_width, "DW")
+            .missing(1)
+            .reports(vndDrawWidth),
+        property<&vnFigure::TextMarginX, &vnFigure::SetTextMarginX>("TextMarginX", "plTextMarginX")
+            .field(&Values::text_margin_x, "TMX")
+            .reports(vndTextMarginX),
+        property<&vnFigure::TextMarginY, &vnFigure::SetTextMarginY>("TextMarginY", "plTextMarginY")
+            .field(&Values::text_margin_y, "TMY")
+            .reports(vndTextMarginY),
+        property<&vnFigure::FillColour, &vnFigure::SetFillColour>("FillColour", "plFillColour")
+            .field(&Values::fill_colour, "FlC")
+            .missing(16777215)
+            .reports(vndFillColour),
+        property<&vnFigure::DrawColour, &vnFigure::SetDrawColour>("DrawColour", "plDrawColour")
+            .field(&Values::draw_colour, "DC")
+            .reports(vndDrawColour),
+        property<&vnFigure::ForeColour, &vnFigure::SetForeColour>("ForeColour", "plForeColour")
+            .field(&Values::fore_colour, "FC")
+            .reports(vndForeColour),
+        property<&vnFigure::UserData, &vnFigure::SetUserData>("UserData", "plUserData")
+            .field(&Values::user_data, "UD")
+            .reports(vndUserData),
+        // Saved as "K" but loaded from "Key": a figure's key lives as long as the figure, and its
+        // text
+        // is told apart by a key of its own on every save.
+        property<&vnFigure::Key, &vnFigure::SetKey>("Key", "psKey")
+            .identity(&vnFigure::key_, "K")
+            .read_as("Key")
+            .departs(kFreshWhenEmpty),
+        property<&vnFigure::Tooltip, &vnFigure::SetTooltip>("Tooltip", "psTooltip")
+            .field(&Values::tooltip, "TT")
+            .reports(vndTooltip),
+
+        // Hosts keep the index only while they run and rely on it not coming back.
+        property<&vnFigure::PictureIndex, &vnFigure::SetPictureIndex>("PictureIndex",
+                                                                      "plPictureIndex")
+            .field(&Values::picture_index, "PI")
+            .never_read()
+            .reports(vndPictureIndex),
+        property<&vnFigure::Font, &vnFigure::SetFont>("Font", "poFont")
+            .own_entry("F", &vnFigure::WriteFont, &vnFigure::LoadFont),
+        property<&vnFigure::Picture, &vnFigure::SetPicture>("Picture", "poPicture")
+            .own_entry("Pic", &vnFigure::WritePicture, &vnFigure::LoadPicture),
+        property<&vnFigure::Shadow, &vnFigure::SetShadow>("Shadow", "plShadow")
+            .field(&Values::shadow, "Sh")
+            .reports(vndShadow),
+        property<&vnFigure::Logical, &vnFigure::SetLogical>("Logical", "pbLogical")
+            .field(&Values::logical, "Log")
+            .missing(true)
+            .reports(vndLogical),
+    };
+  }();
+  // In every file: never change it.
+  static constexpr std::string_view kFileOrder[] = {
+      "K",   "A",   "AS",  "BM",  "DC",  "DS",  "DW", "EM", "FlC", "F",  "FC", "H",  "Hid",
+      "Lef", "Log", "M",   "MX",  "MY",  "Pic", "PI", "PP", "SX",  "SY", "S",  "Sh", "Sp",
+      "SO",  "SzX", "SzY", "TMX", "TMY", "TT",  "Tp", "Tr", "UD",  "W",  "ZOI"};
+};
 
 vnFigure::vnFigure() = default;
 
@@ -90,8 +205,7 @@ void vnFigure::SetContainer(vnContainer* poContainer) {
 
 template <class T>
 void vnFigure::Put(T Values::*member, const T& value) {
-  values_.*member = value;
-  ReportChange(DetailIdOf(kFields, member));
+  ReportChange(schema::Store<Schema>(values_, member, value));
 }
 template void vnFigure::Put(bool Values::*, const bool&);
 template void vnFigure::Put(float Values::*, const float&);
@@ -101,12 +215,12 @@ template void vnFigure::Put(Text Values::*, const Text&);
 
 // A host's handler may let go of this figure.
 void vnFigure::ReportChange(int32_t detail_id) {
-  vnDocument* const document = InternalDocument();
-  if (document == nullptr) return;
+  Scope* const scope = InternalScope();
+  if (scope == nullptr) return;
   if (vnStep* const step = step_.get()) {
-    document->InternalStepChange(*step, detail_id);
+    scope->Report<&DocumentListener::StepChange>(*step, detail_id);
   } else if (vnContainer* const container = container_.get()) {
-    document->InternalContainerChange(*container, detail_id);
+    scope->Report<&DocumentListener::ContainerChange>(*container, detail_id);
   }
 }
 
@@ -139,28 +253,22 @@ void vnFigure::SetPicture(automation::Picture* poPicture) {
 }
 
 void vnFigure::InternalWrite(bag::BagWriter& writer) {
-  // Saved as "K" but loaded from "Key": a figure's key lives as long as the figure, and its text
-  // is told apart by a key of its own on every save.
-  writer.Add("K", key_.empty() ? platform::NewKey() : key_);
-  WriteFields(writer, kToFont, values_);
-  WriteFontText(writer, *Font());
-  WriteFields(writer, kToPicture, values_);
-  writer.AddPicture("Pic", Picture()->Bytes());
-  WriteFields(writer, kFromPicture, values_);
+  schema::WriteEntries<Schema>(writer, *this, values_);
 }
 
 void vnFigure::InternalLoad(const bag::KeptText& text, const Text& key) {
   const automation::Ref<vnFigure> alive(this);  // what is reported runs a host's code
   bag::BagReader reader(text);
-  key_ = key.empty() ? reader.GetText("Key") : key;
-  ReadFields(reader, kToFont, values_);
-  LoadFont(reader);
-  ReadFields(reader, kToPicture, values_);
-  LoadPicture(reader);
-  ReadFields(reader, kFromPicture, values_);
+  schema::ReadAtOnce<Schema>(reader, *this, values_, key);
+  schema::ReadEntries<Schema>(reader, *this, values_);
   if (is_step_) return;
   values_.shape = static_cast<EnumVantrelShapes>(reader.GetLong("Sp", vnsRectangle));
   values_.transparent = reader.GetBoolean("Tr", true);
+}
+
+void vnFigure::WriteFont(bag::BagWriter& writer) { WriteFontText(writer, *Font()); }
+void vnFigure::WritePicture(bag::BagWriter& writer) {
+  writer.AddPicture("Pic", Picture()->Bytes());
 }
 
 // A host that listens while loading relies on one vndFont for each of the six properties.
@@ -185,93 +293,12 @@ void vnFigure::InternalCopyFrom(const vnFigure& other) {
 }
 
 const automation::ClassInfo& vnFigure::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnFigure>(
       "vnFigure", "The drawn shape of a step or a container.",
       {0x9E9EEEE5, 0xF83E, 0x4154, {0x83, 0x06, 0x6F, 0xDE, 0x38, 0x83, 0x95, 0x9B}},
       {0x743DD9DA, 0xD113, 0x4C1D, {0xAC, 0xBD, 0x80, 0xC4, 0x80, 0x2C, 0xC5, 0x14}},
-      {
-          get<&vnFigure::Document>("Document"),
-          get<&vnFigure::Step>("Step"),
-          putref<&vnFigure::SetStep>("Step", "poStep"),
-          get<&vnFigure::IsStep>("IsStep"),
-          get<&vnFigure::Container>("Container"),
-          putref<&vnFigure::SetContainer>("Container", "poContainer"),
-          get<&vnFigure::Left>("Left"),
-          put<&vnFigure::SetLeft>("Left", "pnLeft"),
-          get<&vnFigure::Top>("Top"),
-          put<&vnFigure::SetTop>("Top", "pnTop"),
-          get<&vnFigure::Width>("Width"),
-          put<&vnFigure::SetWidth>("Width", "pnWidth"),
-          get<&vnFigure::Height>("Height"),
-          put<&vnFigure::SetHeight>("Height", "pnHeight"),
-          get<&vnFigure::ZOrderIndex>("ZOrderIndex"),
-          put<&vnFigure::SetZOrderIndex>("ZOrderIndex", "plZOrderIndex"),
-          get<&vnFigure::Marked>("Marked"),
-          put<&vnFigure::SetMarked>("Marked", "pbMarked"),
-          get<&vnFigure::Selectable>("Selectable"),
-          put<&vnFigure::SetSelectable>("Selectable", "pbSelectable"),
-          get<&vnFigure::ScrollableX>("ScrollableX"),
-          put<&vnFigure::SetScrollableX>("ScrollableX", "pbScrollableX"),
-          get<&vnFigure::ScrollableY>("ScrollableY"),
-          put<&vnFigure::SetScrollableY>("ScrollableY", "pbScrollableY"),
-          get<&vnFigure::SizeableX>("SizeableX"),
-          put<&vnFigure::SetSizeableX>("SizeableX", "pbSizeableX"),
-          get<&vnFigure::SizeableY>("SizeableY"),
-          put<&vnFigure::SetSizeableY>("SizeableY", "pbSizeableY"),
-          get<&vnFigure::MoveableX>("MoveableX"),
-          put<&vnFigure::SetMoveableX>("MoveableX", "pbMoveableX"),
-          get<&vnFigure::MoveableY>("MoveableY"),
-          put<&vnFigure::SetMoveableY>("MoveableY", "pbMoveableY"),
-          get<&vnFigure::Hidden>("Hidden"),
-          put<&vnFigure::SetHidden>("Hidden", "pbHidden"),
-          get<&vnFigure::Transparent>("Transparent"),
-          put<&vnFigure::SetTransparent>("Transparent", "pbTransparent"),
-          get<&vnFigure::EditMode>("EditMode"),
-          put<&vnFigure::SetEditMode>("EditMode", "plEditMode"),
-          get<&vnFigure::BackMode>("BackMode"),
-          put<&vnFigure::SetBackMode>("BackMode", "plBackMode"),
-          get<&vnFigure::Shape>("Shape"),
-          put<&vnFigure::SetShape>("Shape", "peShape"),
-          get<&vnFigure::Alignment>("Alignment"),
-          put<&vnFigure::SetAlignment>("Alignment", "plAlignment"),
-          get<&vnFigure::AutoSize>("AutoSize"),
-          put<&vnFigure::SetAutoSize>("AutoSize", "plAutoSize"),
-          get<&vnFigure::PicturePosition>("PicturePosition"),
-          put<&vnFigure::SetPicturePosition>("PicturePosition", "plPicturePosition"),
-          get<&vnFigure::ShapeOrientation>("ShapeOrientation"),
-          put<&vnFigure::SetShapeOrientation>("ShapeOrientation", "plShapeOrientation"),
-          get<&vnFigure::DrawStyle>("DrawStyle"),
-          put<&vnFigure::SetDrawStyle>("DrawStyle", "plDrawStyle"),
-          get<&vnFigure::DrawWidth>("DrawWidth"),
-          put<&vnFigure::SetDrawWidth>("DrawWidth", "plDrawWidth"),
-          get<&vnFigure::TextMarginX>("TextMarginX"),
-          put<&vnFigure::SetTextMarginX>("TextMarginX", "plTextMarginX"),
-          get<&vnFigure::TextMarginY>("TextMarginY"),
-          put<&vnFigure::SetTextMarginY>("TextMarginY", "plTextMarginY"),
-          get<&vnFigure::FillColour>("FillColour"),
-          put<&vnFigure::SetFillColour>("FillColour", "plFillColour"),
-          get<&vnFigure::DrawColour>("DrawColour"),
-          put<&vnFigure::SetDrawColour>("DrawColour", "plDrawColour"),
-          get<&vnFigure::ForeColour>("ForeColour"),
-          put<&vnFigure::SetForeColour>("ForeColour", "plForeColour"),
-          get<&vnFigure::UserData>("UserData"),
-          put<&vnFigure::SetUserData>("UserData", "plUserData"),
-          get<&vnFigure::Key>("Key"),
-          put<&vnFigure::SetKey>("Key", "psKey"),
-          get<&vnFigure::Tooltip>("Tooltip"),
-          put<&vnFigure::SetTooltip>("Tooltip", "psTooltip"),
-          get<&vnFigure::PictureIndex>("PictureIndex"),
-          put<&vnFigure::SetPictureIndex>("PictureIndex", "plPictureIndex"),
-          get<&vnFigure::Font>("Font"),
-          putref<&vnFigure::SetFont>("Font", "poFont"),
-          get<&vnFigure::Picture>("Picture"),
-          putref<&vnFigure::SetPicture>("Picture", "poPicture"),
-          get<&vnFigure::Shadow>("Shadow"),
-          put<&vnFigure::SetShadow>("Shadow", "plShadow"),
-          get<&vnFigure::Logical>("Logical"),
-          put<&vnFigure::SetLogical>("Logical", "pbLogical"),
-      });
+      Schema::kRows);
   return info;
 }
 

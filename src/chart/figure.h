@@ -221,11 +221,14 @@ class vnFigure : public Member {
   automation::Object* FindParent() const override;
 
  private:
+  struct Schema;
   using Values = FigureValues;
   template <class T>
   void Put(T Values::*member, const T& value);
   void ReportChange(int32_t detail_id);
   void KeepFont(automation::Font* font);
+  void WriteFont(bag::BagWriter& writer);
+  void WritePicture(bag::BagWriter& writer);
   void LoadFont(bag::BagReader& reader);
   void LoadPicture(bag::BagReader& reader);
 

@@ -5,33 +5,34 @@
 #include <vector>
 
 #include "automation/services.h"
-#include "chart/field_table.h"
+#include "bag/row_text.h"
 
 namespace vndoc6 {
 namespace {
 
 using automation::FontValues;
 
-// The keys are in every file: never change one. The number of a row is not used: a font tells of
-// changes itself.
-constexpr std::tuple kFields{
-    row(&FontValues::bold, "F.B", false, 0),
-    row(&FontValues::italic, "F.I", false, 0),
-    row(&FontValues::name, "F.N", u"Tahoma", 0),
-    row(&FontValues::size, "F.S", automation::Currency{90000}, 0),
-    row(&FontValues::strikethrough, "F.St", false, 0),
-    row(&FontValues::underline, "F.U", false, 0),
+struct FontSchema {
+  static constexpr std::tuple kRows{
+      schema::unpublished(&FontValues::bold, "F.B"),
+      schema::unpublished(&FontValues::italic, "F.I"),
+      schema::unpublished(&FontValues::name, "F.N").missing(u"Tahoma"),
+      schema::unpublished(&FontValues::size, "F.S").missing(automation::Currency{90000}),
+      schema::unpublished(&FontValues::strikethrough, "F.St"),
+      schema::unpublished(&FontValues::underline, "F.U"),
+  };
 };
 
 }  // namespace
 
 void WriteFontText(bag::BagWriter& writer, const automation::Font& font) {
-  WriteFields(writer, kFields, automation::ReadFont(font));
+  const FontValues values = automation::ReadFont(font);
+  schema::WriteEntries<FontSchema>(writer, values, values);
 }
 
 FontValues ReadFontText(bag::BagReader& reader) {
   FontValues values;
-  ReadFields(reader, kFields, values);
+  schema::ReadEntries<FontSchema>(reader, values, values);
   return values;
 }
 

@@ -5,62 +5,21 @@
 #include <string_view>
 #include <system_error>
 
-#include "automation/describe.h"
 #include "automation/error.h"
 #include "automation/services.h"
 #include "bag/bag_reader.h"
 #include "bag/bag_scanner.h"
-#include "chart/field_table.h"
+#include "bag/row_text.h"
 #include "chart/font_text.h"
 #include "core/detail_id.h"
+#include "core/scope.h"
 #include "document/document.h"
 #include "platform/keys.h"
 #include "process/link.h"
+#include "schema/rows.h"
 
 namespace vndoc6 {
 namespace {
-
-using V = LineValues;
-
-// What stands before the font in the saved text, and behind it.
-constexpr std::tuple kToFont{
-    row(&V::arrow_dest, "AD", 3, vndArrowDest),
-    row(&V::arrow_dest_size, "ADS", 0, vndArrowDestSize),
-    row(&V::arrow_mid, "AM", 0, vndArrowMid),
-    row(&V::arrow_mid_size, "AMS", 0, vndArrowMidSize),
-    row(&V::arrow_orig, "AO", 0, vndArrowOrig),
-    row(&V::arrow_orig_size, "AOS", 0, vndArrowOrigSize),
-    row(&V::back_mode, "BM", 2, vndBackMode),
-    row(&V::dest_adjustable, "DA", false, vndDestAdjustable),
-    row(&V::dest_figure_index, "DFI", 0, vndDestFigureIndex),
-    row(&V::dest_x, "DX", 0, vndDestX),
-    row(&V::dest_y, "DY", 0, vndDestY),
-    row(&V::draw_colour, "DC", 0, vndDrawColour),
-    row(&V::draw_style, "DS", 0, vndDrawStyle),
-    row(&V::draw_width, "DW", 1, vndDrawWidth),
-};
-constexpr std::tuple kFromFont{
-    row(&V::fore_colour, "FC", 0, vndForeColour),
-    row(&V::hidden, "H", false, vndHidden),
-    row(&V::link_style, "LS", 0, vndLinkStyle),
-    row(&V::logical, "L", true, vndLogical),
-    row(&V::marked, "M", false, vndMarked),
-    row(&V::oriented_text, "OT", false, vndOrientedText),
-    row(&V::orig_adjustable, "OA", false, vndOrigAdjustable),
-    row(&V::orig_figure_index, "OFI", 0, vndOrigFigureIndex),
-    row(&V::orig_x, "OX", 0, vndOrigX),
-    row(&V::orig_y, "OY", 0, vndOrigY),
-    row(&V::orthogonal_dynamic, "OD", false, vndOrthogonalDynamic),
-    row(&V::rigid, "R", false, vndRigid),
-    row(&V::selectable, "S", true, vndSelectable),
-    row(&V::show_jump, "SJ", -1, vndShowJump),
-    row(&V::stretchable, "Stc", true, vndStrechable),
-    row(&V::text_segment, "TS", 0, vndTextSegment),
-    row(&V::user_data, "UD", 0, vndUserData),
-    // Hosts have always been told of a width here.
-    row(&V::z_order_index, "ZOI", 0, vndWidth),
-};
-constexpr auto kFields = std::tuple_cat(kToFont, kFromFont);
 
 // What a host may ask for by ExtraPointCount; single points and loaded texts may go beyond it.
 constexpr int32_t kMaxCountPut = 75;
@@ -81,6 +40,147 @@ int32_t PointNumber(std::string_view digits) {
 
 }  // namespace
 
+struct vnLine::Schema {
+  static constexpr auto kRows = [] {
+    using namespace schema;
+    return std::tuple{
+        property<&vnLine::Document, &vnLine::SetDocument>("Document", "poDocument")
+            .not_content("leads back to the root"),
+        property<&vnLine::Link, &vnLine::SetLink>("Link", "poLink")
+            .not_content("leads back to the owner"),
+        property<&vnLine::OrigFigureIndex, &vnLine::SetOrigFigureIndex>("OrigFigureIndex",
+                                                                        "plOrigFigureIndex")
+            .field(&Values::orig_figure_index, "OFI")
+            .reports(vndOrigFigureIndex),
+        property<&vnLine::DestFigureIndex, &vnLine::SetDestFigureIndex>("DestFigureIndex",
+                                                                        "plDestFigureIndex")
+            .field(&Values::dest_figure_index, "DFI")
+            .reports(vndDestFigureIndex),
+
+        // Hosts have always been told of a width here.
+        property<&vnLine::ZOrderIndex, &vnLine::SetZOrderIndex>("ZOrderIndex", "plZOrderIndex")
+            .field(&Values::z_order_index, "ZOI")
+            .reports(vndWidth),
+        property<&vnLine::Marked, &vnLine::SetMarked>("Marked", "pbMarked")
+            .field(&Values::marked, "M")
+            .reports(vndMarked),
+        property<&vnLine::Logical, &vnLine::SetLogical>("Logical", "pbLogical")
+            .field(&Values::logical, "L")
+            .missing(true)
+            .reports(vndLogical),
+        property<&vnLine::Selectable, &vnLine::SetSelectable>("Selectable", "pbSelectable")
+            .field(&Values::selectable, "S")
+            .missing(true)
+            .reports(vndSelectable),
+        property<&vnLine::Stretchable, &vnLine::SetStretchable>("Stretchable", "pbStretchable")
+            .field(&Values::stretchable, "Stc")
+            .missing(true)
+            .reports(vndStrechable),
+        property<&vnLine::OrthogonalDynamic, &vnLine::SetOrthogonalDynamic>("OrthogonalDynamic",
+                                                                            "pbOrthogonalDynamic")
+            .field(&Values::orthogonal_dynamic, "OD")
+            .reports(vndOrthogonalDynamic),
+        property<&vnLine::OrientedText, &vnLine::SetOrientedText>("OrientedText", "pbOrientedText")
+            .field(&Values::oriented_text, "OT")
+            .reports(vndOrientedText),
+        property<&vnLine::Hidden, &vnLine::SetHidden>("Hidden", "pbHidden")
+            .field(&Values::hidden, "H")
+            .reports(vndHidden),
+        property<&vnLine::OrigAdjustable, &vnLine::SetOrigAdjustable>("OrigAdjustable",
+                                                                      "pbOrigAdjustable")
+            .field(&Values::orig_adjustable, "OA")
+            .reports(vndOrigAdjustable),
+        property<&vnLine::DestAdjustable, &vnLine::SetDestAdjustable>("DestAdjustable",
+                                                                      "pbDestAdjustable")
+            .field(&Values::dest_adjustable, "DA")
+            .reports(vndDestAdjustable),
+        property<&vnLine::Rigid, &vnLine::SetRigid>("Rigid", "pbRigid")
+            .field(&Values::rigid, "R")
+            .reports(vndRigid),
+        property<&vnLine::BackMode, &vnLine::SetBackMode>("BackMode", "plBackMode")
+            .field(&Values::back_mode, "BM")
+            .missing(2)
+            .reports(vndBackMode),
+        property<&vnLine::LinkStyle, &vnLine::SetLinkStyle>("LinkStyle", "plLinkStyle")
+            .field(&Values::link_style, "LS")
+            .reports(vndLinkStyle),
+        property<&vnLine::ArrowDest, &vnLine::SetArrowDest>("ArrowDest", "plArrowDest")
+            .field(&Values::arrow_dest, "AD")
+            .missing(3)
+            .reports(vndArrowDest),
+        property<&vnLine::ArrowOrig, &vnLine::SetArrowOrig>("ArrowOrig", "plArrowOrig")
+            .field(&Values::arrow_orig, "AO")
+            .reports(vndArrowOrig),
+        property<&vnLine::ArrowMid, &vnLine::SetArrowMid>("ArrowMid", "plArrowMid")
+            .field(&Values::arrow_mid, "AM")
+            .reports(vndArrowMid),
+        property<&vnLine::ArrowDestSize, &vnLine::SetArrowDestSize>("ArrowDestSize",
+                                                                    "plArrowDestSize")
+            .field(&Values::arrow_dest_size, "ADS")
+            .reports(vndArrowDestSize),
+        property<&vnLine::ArrowOrigSize, &vnLine::SetArrowOrigSize>("ArrowOrigSize",
+                                                                    "plArrowOrigSize")
+            .field(&Values::arrow_orig_size, "AOS")
+            .reports(vndArrowOrigSize),
+        property<&vnLine::ArrowMidSize, &vnLine::SetArrowMidSize>("ArrowMidSize", "plArrowMidSize")
+            .field(&Values::arrow_mid_size, "AMS")
+            .reports(vndArrowMidSize),
+        property<&vnLine::DrawStyle, &vnLine::SetDrawStyle>("DrawStyle", "plDrawStyle")
+            .field(&Values::draw_style, "DS")
+            .reports(vndDrawStyle),
+        property<&vnLine::DrawWidth, &vnLine::SetDrawWidth>("DrawWidth", "plDrawWidth")
+            .field(&Values::draw_width, "DW")
+            .missing(1)
+            .reports(vndDrawWidth),
+        property<&vnLine::ShowJump, &vnLine::SetShowJump>("ShowJump", "plShowJump")
+            .field(&Values::show_jump, "SJ")
+            .missing(-1)
+            .reports(vndShowJump),
+        property<&vnLine::TextSegment, &vnLine::SetTextSegment>("TextSegment", "plTextSegment")
+            .field(&Values::text_segment, "TS")
+            .reports(vndTextSegment),
+        property<&vnLine::DrawColour, &vnLine::SetDrawColour>("DrawColour", "plDrawColour")
+            .field(&Values::draw_colour, "DC")
+            .reports(vndDrawColour),
+        property<&vnLine::ForeColour, &vnLine::SetForeColour>("ForeColour", "plForeColour")
+            .field(&Values::fore_colour, "FC")
+            .reports(vndForeColour),
+        property<&vnLine::UserData, &vnLine::SetUserData>("UserData", "plUserData")
+            .field(&Values::user_data, "UD")
+            .reports(vndUserData),
+        property<&vnLine::Font, &vnLine::SetFont>("Font", "poFont")
+            .own_entry("F", &vnLine::WriteFont, &vnLine::LoadFont),
+        property<&vnLine::OrigX, &vnLine::SetOrigX>("OrigX", "plOrigX")
+            .field(&Values::orig_x, "OX")
+            .reports(vndOrigX),
+        property<&vnLine::OrigY, &vnLine::SetOrigY>("OrigY", "plOrigY")
+            .field(&Values::orig_y, "OY")
+            .reports(vndOrigY),
+        property<&vnLine::DestX, &vnLine::SetDestX>("DestX", "plDestX")
+            .field(&Values::dest_x, "DX")
+            .reports(vndDestX),
+        property<&vnLine::DestY, &vnLine::SetDestY>("DestY", "plDestY")
+            .field(&Values::dest_y, "DY")
+            .reports(vndDestY),
+        property<&vnLine::ExtraPointX, &vnLine::SetExtraPointX>("ExtraPointX", "plIndex", "plValue")
+            .counted_by("ExtraPointCount"),
+        property<&vnLine::ExtraPointY, &vnLine::SetExtraPointY>("ExtraPointY", "plIndex", "plValue")
+            .counted_by("ExtraPointCount"),
+        property<&vnLine::ExtraPointCount, &vnLine::SetExtraPointCount>("ExtraPointCount",
+                                                                        "plExtraPointCount"),
+        property<&vnLine::UpdateExtraPoints, &vnLine::SetUpdateExtraPoints>("UpdateExtraPoints",
+                                                                            "pbUpdateExtraPoints")
+            .hidden()
+            .not_content("a setting of the host's"),
+    };
+  }();
+  // In every file: never change it.
+  static constexpr std::string_view kFileOrder[] = {
+      "AD",  "ADS", "AM", "AMS", "AO", "AOS", "BM", "DA",  "DFI", "DX", "DY",
+      "DC",  "DS",  "DW", "F",   "FC", "H",   "LS", "L",   "M",   "OT", "OA",
+      "OFI", "OX",  "OY", "OD",  "R",  "S",   "SJ", "Stc", "TS",  "UD", "ZOI"};
+};
+
 automation::Object* vnLine::FindParent() const { return OwnerOrDocument(link_.get()); }
 
 automation::Ref<vnLink> vnLine::Link() const { return link_.get(); }
@@ -92,17 +192,18 @@ void vnLine::SetLink(vnLink* poLink) {
 
 template <class T>
 void vnLine::Put(T Values::*member, const T& value) {
-  values_.*member = value;
-  ReportChange(DetailIdOf(kFields, member));
+  ReportChange(schema::Store<Schema>(values_, member, value));
 }
 template void vnLine::Put(bool Values::*, const bool&);
 template void vnLine::Put(int32_t Values::*, const int32_t&);
 
 // A host's handler may let go of this line.
 void vnLine::ReportChange(int32_t detail_id) {
-  vnDocument* const document = InternalDocument();
+  Scope* const scope = InternalScope();
   vnLink* const link = link_.get();
-  if (document != nullptr && link != nullptr) document->RaiseLinkChange(link, detail_id);
+  if (scope != nullptr && link != nullptr) {
+    scope->Report<&DocumentListener::LinkChange>(*link, detail_id);
+  }
 }
 
 automation::Ref<automation::Font> vnLine::Font() {
@@ -147,13 +248,18 @@ void vnLine::SetExtraPointCount(int32_t plExtraPointCount) {
   ReportChange(vndExtraPointX);
 }
 
-void vnLine::InternalWrite(bag::BagWriter& writer) const {
+void vnLine::InternalWrite(bag::BagWriter& writer) {
   // Unlike a figure or the chart, a line that nobody loaded has no font to save.
   if (!font_) throw automation::Error(automation::kObjectNotSet);
-  WriteFields(writer, kToFont, values_);
-  WriteFontText(writer, *font_);
-  WriteFields(writer, kFromFont, values_);
+  schema::WriteEntries<Schema>(writer, *this, values_);
   WritePoints(writer);
+}
+
+void vnLine::WriteFont(bag::BagWriter& writer) { WriteFontText(writer, *font_); }
+void vnLine::LoadFont(bag::BagReader& reader) {
+  const automation::Ref<automation::Font> font = automation::services().make_font();
+  automation::WriteFont(*font, ReadFontText(reader));
+  font_ = font.get();
 }
 
 void vnLine::WritePoints(bag::BagWriter& writer) const {
@@ -167,11 +273,7 @@ void vnLine::WritePoints(bag::BagWriter& writer) const {
 
 void vnLine::InternalLoad(const bag::KeptText& text) {
   bag::BagReader reader(text);
-  ReadFields(reader, kToFont, values_);
-  const automation::Ref<automation::Font> font = automation::services().make_font();
-  automation::WriteFont(*font, ReadFontText(reader));
-  font_ = font.get();
-  ReadFields(reader, kFromFont, values_);
+  schema::ReadEntries<Schema>(reader, *this, values_);
   ReadPoints(text, reader);
 }
 
@@ -199,91 +301,12 @@ void vnLine::InternalCopyFrom(const vnLine& other) {
 }
 
 const automation::ClassInfo& vnLine::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnLine>(
       "vnLine", "The drawn connector of a link.",
       {0x0264DBF2, 0x3B99, 0x477C, {0x8D, 0x32, 0x8D, 0x2F, 0xEC, 0xAE, 0x46, 0x39}},
       {0xCDCE5D90, 0xCA08, 0x4E4C, {0xAB, 0xC1, 0x78, 0x58, 0x7C, 0xCB, 0x27, 0x25}},
-      {
-          get<&vnLine::Document>("Document"),
-          putref<&vnLine::SetDocument>("Document", "poDocument"),
-          get<&vnLine::Link>("Link"),
-          putref<&vnLine::SetLink>("Link", "poLink"),
-          get<&vnLine::OrigFigureIndex>("OrigFigureIndex"),
-          put<&vnLine::SetOrigFigureIndex>("OrigFigureIndex", "plOrigFigureIndex"),
-          get<&vnLine::DestFigureIndex>("DestFigureIndex"),
-          put<&vnLine::SetDestFigureIndex>("DestFigureIndex", "plDestFigureIndex"),
-          get<&vnLine::ZOrderIndex>("ZOrderIndex"),
-          put<&vnLine::SetZOrderIndex>("ZOrderIndex", "plZOrderIndex"),
-          get<&vnLine::Marked>("Marked"),
-          put<&vnLine::SetMarked>("Marked", "pbMarked"),
-          get<&vnLine::Logical>("Logical"),
-          put<&vnLine::SetLogical>("Logical", "pbLogical"),
-          get<&vnLine::Selectable>("Selectable"),
-          put<&vnLine::SetSelectable>("Selectable", "pbSelectable"),
-          get<&vnLine::Stretchable>("Stretchable"),
-          put<&vnLine::SetStretchable>("Stretchable", "pbStretchable"),
-          get<&vnLine::OrthogonalDynamic>("OrthogonalDynamic"),
-          put<&vnLine::SetOrthogonalDynamic>("OrthogonalDynamic", "pbOrthogonalDynamic"),
-          get<&vnLine::OrientedText>("OrientedText"),
-          put<&vnLine::SetOrientedText>("OrientedText", "pbOrientedText"),
-          get<&vnLine::Hidden>("Hidden"),
-          put<&vnLine::SetHidden>("Hidden", "pbHidden"),
-          get<&vnLine::OrigAdjustable>("OrigAdjustable"),
-          put<&vnLine::SetOrigAdjustable>("OrigAdjustable", "pbOrigAdjustable"),
-          get<&vnLine::DestAdjustable>("DestAdjustable"),
-          put<&vnLine::SetDestAdjustable>("DestAdjustable", "pbDestAdjustable"),
-          get<&vnLine::Rigid>("Rigid"),
-          put<&vnLine::SetRigid>("Rigid", "pbRigid"),
-          get<&vnLine::BackMode>("BackMode"),
-          put<&vnLine::SetBackMode>("BackMode", "plBackMode"),
-          get<&vnLine::LinkStyle>("LinkStyle"),
-          put<&vnLine::SetLinkStyle>("LinkStyle", "plLinkStyle"),
-          get<&vnLine::ArrowDest>("ArrowDest"),
-          put<&vnLine::SetArrowDest>("ArrowDest", "plArrowDest"),
-          get<&vnLine::ArrowOrig>("ArrowOrig"),
-          put<&vnLine::SetArrowOrig>("ArrowOrig", "plArrowOrig"),
-          get<&vnLine::ArrowMid>("ArrowMid"),
-          put<&vnLine::SetArrowMid>("ArrowMid", "plArrowMid"),
-          get<&vnLine::ArrowDestSize>("ArrowDestSize"),
-          put<&vnLine::SetArrowDestSize>("ArrowDestSize", "plArrowDestSize"),
-          get<&vnLine::ArrowOrigSize>("ArrowOrigSize"),
-          put<&vnLine::SetArrowOrigSize>("ArrowOrigSize", "plArrowOrigSize"),
-          get<&vnLine::ArrowMidSize>("ArrowMidSize"),
-          put<&vnLine::SetArrowMidSize>("ArrowMidSize", "plArrowMidSize"),
-          get<&vnLine::DrawStyle>("DrawStyle"),
-          put<&vnLine::SetDrawStyle>("DrawStyle", "plDrawStyle"),
-          get<&vnLine::DrawWidth>("DrawWidth"),
-          put<&vnLine::SetDrawWidth>("DrawWidth", "plDrawWidth"),
-          get<&vnLine::ShowJump>("ShowJump"),
-          put<&vnLine::SetShowJump>("ShowJump", "plShowJump"),
-          get<&vnLine::TextSegment>("TextSegment"),
-          put<&vnLine::SetTextSegment>("TextSegment", "plTextSegment"),
-          get<&vnLine::DrawColour>("DrawColour"),
-          put<&vnLine::SetDrawColour>("DrawColour", "plDrawColour"),
-          get<&vnLine::ForeColour>("ForeColour"),
-          put<&vnLine::SetForeColour>("ForeColour", "plForeColour"),
-          get<&vnLine::UserData>("UserData"),
-          put<&vnLine::SetUserData>("UserData", "plUserData"),
-          get<&vnLine::Font>("Font"),
-          putref<&vnLine::SetFont>("Font", "poFont"),
-          get<&vnLine::OrigX>("OrigX"),
-          put<&vnLine::SetOrigX>("OrigX", "plOrigX"),
-          get<&vnLine::OrigY>("OrigY"),
-          put<&vnLine::SetOrigY>("OrigY", "plOrigY"),
-          get<&vnLine::DestX>("DestX"),
-          put<&vnLine::SetDestX>("DestX", "plDestX"),
-          get<&vnLine::DestY>("DestY"),
-          put<&vnLine::SetDestY>("DestY", "plDestY"),
-          get<&vnLine::ExtraPointX>("ExtraPointX", "plIndex"),
-          put<&vnLine::SetExtraPointX>("ExtraPointX", "plIndex", "plValue"),
-          get<&vnLine::ExtraPointY>("ExtraPointY", "plIndex"),
-          put<&vnLine::SetExtraPointY>("ExtraPointY", "plIndex", "plValue"),
-          get<&vnLine::ExtraPointCount>("ExtraPointCount"),
-          put<&vnLine::SetExtraPointCount>("ExtraPointCount", "plExtraPointCount"),
-          hidden(get<&vnLine::UpdateExtraPoints>("UpdateExtraPoints")),
-          hidden(put<&vnLine::SetUpdateExtraPoints>("UpdateExtraPoints", "pbUpdateExtraPoints")),
-      });
+      Schema::kRows);
   return info;
 }
 

@@ -206,7 +206,7 @@ class vnLine : public Member {
 
   // --- Inside the library; hosts have no use for these. ---
   // Error 91 when the line was never loaded nor its font read.
-  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalWrite(bag::BagWriter& writer);
   // Reports nothing.
   void InternalLoad(const bag::KeptText& text);
   // Takes over every saved value, with an equal font object of its own. Document and link stay.
@@ -217,6 +217,7 @@ class vnLine : public Member {
   automation::Object* FindParent() const override;
 
  private:
+  struct Schema;
   using Values = LineValues;
   struct Point {
     int32_t x = 0;
@@ -227,6 +228,8 @@ class vnLine : public Member {
   void ReportChange(int32_t detail_id);
   const Point& PointAt(int32_t index) const;
   void PutPoint(int32_t index, int32_t Point::*member, int32_t value, int32_t detail_id);
+  void WriteFont(bag::BagWriter& writer);
+  void LoadFont(bag::BagReader& reader);
   void WritePoints(bag::BagWriter& writer) const;
   void ReadPoints(const bag::KeptText& text, bag::BagReader& reader);
 

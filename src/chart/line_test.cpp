@@ -22,7 +22,7 @@ using ::testing::IsEmpty;
 using vndoc6::testing::ChangeEveryProperty;
 using vndoc6::testing::RecordingListener;
 
-Text SavedText(const vnLine& line) {
+Text SavedText(vnLine& line) {
   return bag::BagTextOf([&](bag::BagWriter& writer) { line.InternalWrite(writer); });
 }
 

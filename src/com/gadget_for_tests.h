@@ -3,10 +3,10 @@
 
 #include <new>
 
-#include "automation/describe.h"
 #include "automation/event_info.h"
-#include "automation/listeners.h"
 #include "automation/services.h"
+#include "schema/event_list.h"
+#include "schema/rows.h"
 
 namespace vndoc6::com {
 
@@ -82,26 +82,21 @@ class Gadget final : public Object, public automation::EventSource {
   void SetLocked(const Text&) { throw automation::Error(5, u"It is locked.", u"Gadget.Locked"); }
   void Raise(int32_t detail) {
     const Ref<Gadget> running(this);
-    listeners_.ForEach([&](GadgetListener& listener) { listener.Changed(*this, detail); });
-    listeners_.ForEach([&](GadgetListener& listener) { listener.Counted(10, 1.5f); });
-    listeners_.ForEach([&](GadgetListener& listener) { listener.Done(); });
+    int16_t percent = 10;
+    float version = 1.5f;
+    listeners_.Raise<&GadgetListener::Changed>(*this, detail);
+    listeners_.Raise<&GadgetListener::Counted>(percent, version);
+    listeners_.Raise<&GadgetListener::Done>();
   }
 
   const automation::EventInterfaceInfo& Events() const override { return EventsInfo(); }
-  void Connect(automation::EventSink* sink) override {
-    forwarders_.push_back(std::make_unique<Forwarder>(*sink));
-    listeners_.Add(forwarders_.back().get());
-  }
-  void Disconnect(automation::EventSink* sink) override {
-    for (auto& forwarder : forwarders_) {
-      if (&forwarder->sink == sink) listeners_.Remove(forwarder.get());
-    }
-  }
+  void Connect(automation::EventSink* sink) override { listeners_.Connect(sink); }
+  void Disconnect(automation::EventSink* sink) override { listeners_.Disconnect(sink); }
   bool HasListeners() const { return !listeners_.empty(); }
 
   static const automation::EventInterfaceInfo& EventsInfo() {
-    using automation::by_value;
-    using automation::event;
+    using schema::by_value;
+    using schema::event;
     static const automation::EventInterfaceInfo info{
         "__Gadget",
         "What gadgets tell.",
@@ -113,18 +108,6 @@ class Gadget final : public Object, public automation::EventSource {
   }
 
  private:
-  struct Forwarder final : GadgetListener {
-    explicit Forwarder(automation::EventSink& to) : sink(to) {}
-    void Changed(Gadget& gadget, int32_t detail) override {
-      ForwardEvent(sink, EventsInfo().Find(1), gadget, detail);
-    }
-    void Counted(int16_t percent, float version) override {
-      ForwardEvent(sink, EventsInfo().Find(2), percent, version);
-    }
-    void Done() override { ForwardEvent(sink, EventsInfo().Find(25)); }
-    automation::EventSink& sink;
-  };
-
   int32_t number_ = 0;
   Text label_;
   bool flag_ = false;
@@ -135,8 +118,7 @@ class Gadget final : public Object, public automation::EventSource {
   Ref<automation::Font> font_;
   Ref<automation::Picture> picture_;
   Ref<Gadgets> parts_ = automation::Make<Gadgets>();
-  automation::ListenerList<GadgetListener> listeners_;
-  std::vector<std::unique_ptr<Forwarder>> forwarders_;
+  schema::EventList<GadgetListener, &EventsInfo> listeners_;
 };
 
 inline Ref<Gadget> Gadgets::Item(const Variant& pvIndexKey) {
@@ -150,50 +132,46 @@ inline Ref<Enumerator> Gadgets::NewEnum() const {
 inline void Gadgets::Add(Gadget* poGadget) { parts_.push_back(Ref<Gadget>(poGadget)); }
 
 inline const ClassInfo& Gadgets::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<Gadgets>(
       "Gadgets", "Gadgets of a gadget.",
       {0x881ac8d2, 0x5867, 0x43dd, {0xa7, 0xef, 0x93, 0xfe, 0xd8, 0xca, 0x6c, 0x50}},
       {0xfb66ad78, 0x2e83, 0x4ac4, {0x81, 0x02, 0xc7, 0xc3, 0xcd, 0x08, 0x1e, 0xfe}},
-      {get<&Gadgets::Item>("Item", by_reference{"pvIndexKey"}), get<&Gadgets::Count>("Count"),
-       get<&Gadgets::NewEnum>("NewEnum"), method<&Gadgets::Add>("Add", "poGadget")});
+      std::tuple{
+          property<&Gadgets::Item>("Item", by_reference{"pvIndexKey"}),
+          property<&Gadgets::Count>("Count").not_content("the members themselves are read"),
+          property<&Gadgets::NewEnum>("NewEnum").not_content("the members themselves are read"),
+          method<&Gadgets::Add>("Add", "poGadget"),
+      });
   return info;
 }
 
 inline const ClassInfo& Gadget::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<Gadget>(
       "Gadget", "Something of everything.",
       {0x208e6234, 0x8887, 0x40be, {0x94, 0xf0, 0xb1, 0x47, 0x63, 0x45, 0xf5, 0x09}},
       {0xf05140e4, 0x6165, 0x4bbb, {0x89, 0x73, 0x1d, 0x2a, 0xd9, 0x47, 0x20, 0x49}},
-      {get<&Gadget::Number>("Number"),
-       put<&Gadget::SetNumber>("Number", "plNumber"),
-       get<&Gadget::Label>("Label"),
-       put<&Gadget::SetLabel>("Label", "psLabel"),
-       get<&Gadget::Flag>("Flag"),
-       put<&Gadget::SetFlag>("Flag", "pbFlag"),
-       get<&Gadget::Ratio>("Ratio"),
-       put<&Gadget::SetRatio>("Ratio", "pnRatio"),
-       get<&Gadget::Price>("Price"),
-       put<&Gadget::SetPrice>("Price", "pcPrice"),
-       get<&Gadget::Any>("Any"),
-       put<&Gadget::SetAny>("Any", "pvAny"),
-       get<&Gadget::Partner>("Partner"),
-       putref<&Gadget::SetPartner>("Partner", "poPartner"),
-       get<&Gadget::GetFont>("Font"),
-       putref<&Gadget::SetFont>("Font", "poFont"),
-       get<&Gadget::GetPicture>("Picture"),
-       putref<&Gadget::SetPicture>("Picture", "poPicture"),
-       put<&Gadget::PutSlot>("Slot", "pvSlot"),
-       putref<&Gadget::PutRefSlot>("Slot", "pvSlot"),
-       get<&Gadget::Parts>("Parts"),
-       method<&Gadget::Join>("Join", "psFirst", optional("psSecond", u"b"),
-                             optional("psThird", u"c")),
-       method<&Gadget::Fail>("Fail", "plNumber"),
-       method<&Gadget::Exhaust>("Exhaust"),
-       method<&Gadget::Raise>("Raise", "plDetail"),
-       get<&Gadget::Locked>("Locked"),
-       put<&Gadget::SetLocked>("Locked", "psLocked")});
+      std::tuple{
+          property<&Gadget::Number, &Gadget::SetNumber>("Number", "plNumber"),
+          property<&Gadget::Label, &Gadget::SetLabel>("Label", "psLabel"),
+          property<&Gadget::Flag, &Gadget::SetFlag>("Flag", "pbFlag"),
+          property<&Gadget::Ratio, &Gadget::SetRatio>("Ratio", "pnRatio"),
+          property<&Gadget::Price, &Gadget::SetPrice>("Price", "pcPrice"),
+          property<&Gadget::Any, &Gadget::SetAny>("Any", "pvAny"),
+          property<&Gadget::Partner, &Gadget::SetPartner>("Partner", "poPartner"),
+          property<&Gadget::GetFont, &Gadget::SetFont>("Font", "poFont"),
+          property<&Gadget::GetPicture, &Gadget::SetPicture>("Picture", "poPicture"),
+          put<&Gadget::PutSlot>("Slot", "pvSlot"),
+          putref<&Gadget::PutRefSlot>("Slot", "pvSlot"),
+          property<&Gadget::Parts>("Parts"),
+          method<&Gadget::Join>("Join", "psFirst", optional("psSecond", u"b"),
+                                optional("psThird", u"c")),
+          method<&Gadget::Fail>("Fail", "plNumber"),
+          method<&Gadget::Exhaust>("Exhaust"),
+          method<&Gadget::Raise>("Raise", "plDetail"),
+          property<&Gadget::Locked, &Gadget::SetLocked>("Locked", "psLocked"),
+      });
   return info;
 }
 

@@ -128,7 +128,7 @@ TEST(Compare, OfDifferentClassesTellsThem) {
 TEST(Compare, ReportsNothingAndChangesNothing) {
   const auto document = WithSteps({u"a"});
   const auto container = Make<vnContainer>();
-  document->InternalContainers().Add(container.get());
+  document->ContainerCollection()->Add(container.get());
   testing::RecordingListener events(*document);
   EXPECT_EQ(Differences(*document, *document), Lines{});
   EXPECT_EQ(Differences(*container, *container), Lines{});

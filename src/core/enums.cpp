@@ -1,7 +1,7 @@
-#include "automation/describe.h"
 #include "core/detail_id.h"
-#include "document/document_events.h"
+#include "core/document_events.h"
 #include "document/document_kind.h"
+#include "schema/signature.h"
 
 namespace vndoc6::automation {
 

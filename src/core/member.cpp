@@ -1,5 +1,6 @@
 #include "core/member.h"
 
+#include "core/scope.h"
 #include "document/document.h"
 
 namespace vndoc6 {
@@ -12,6 +13,11 @@ void Member::InternalSetDocument(vnDocument* document) {
 }
 
 vnDocument* Member::InternalDocument() const { return document_.get(); }
+
+Scope* Member::InternalScope() const {
+  vnDocument* const document = document_.get();
+  return document != nullptr ? &ScopeOf(*document) : nullptr;
+}
 
 automation::Object* Member::FindParent() const { return document_.get(); }
 

@@ -3,8 +3,10 @@
 
 #include "automation/object.h"
 
+#include "core/scope.h"
 namespace vndoc6 {
 
+class Scope;
 class vnDocument;
 
 class Member : public automation::Object {
@@ -16,6 +18,8 @@ class Member : public automation::Object {
   // --- Inside the library; hosts have no use for these. ---
   virtual void InternalSetDocument(vnDocument* document);
   vnDocument* InternalDocument() const;
+  // Null without a document.
+  Scope* InternalScope() const;
 
  protected:
   automation::Object* FindParent() const override;

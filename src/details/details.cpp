@@ -1,12 +1,14 @@
 #include "details/details.h"
 
-#include "automation/describe.h"
 #include "automation/services.h"
 #include "bag/bag_reader.h"
+#include "bag/row_text.h"
+#include "core/scope.h"
 #include "details/revision.h"
 #include "document/document.h"
 #include "fields/fields.h"
 #include "platform/keys.h"
+#include "schema/rows.h"
 
 namespace vndoc6 {
 namespace {
@@ -24,43 +26,87 @@ enum DetailNumber : int32_t {
 
 }  // namespace
 
-void vnDetails::SetTitle(const Text& psTitle) {
-  title_ = psTitle;
-  ReportChange(kTitle);
-}
+struct vnDetails::Schema {
+  // The keys are in every file: never change one.
+  static constexpr auto kRows = [] {
+    using namespace schema;
+    return std::tuple{
+        property<&vnDetails::Key>("Key").field(&vnDetails::key_, "K").departs(kFreshWhenEmpty),
+        property<&vnDetails::Document>("Document").not_content("leads back to the root"),
+        property<&vnDetails::Title, &vnDetails::SetTitle>("Title", "psTitle")
+            .field(&vnDetails::title_, "T")
+            .reports(kTitle),
+        property<&vnDetails::DocumentCode, &vnDetails::SetDocumentCode>("DocumentCode",
+                                                                        "psDocumentCode")
+            .field(&vnDetails::document_code_, "DC")
+            .departs(kReadByPut)
+            .reports(kDocumentCode),
+        property<&vnDetails::DocumentStatus, &vnDetails::SetDocumentStatus>("DocumentStatus",
+                                                                            "plDocumentStatus")
+            .field(&vnDetails::document_status_, "DS")
+            .departs(kReadByPut)
+            .reports(kDocumentStatus),
+        property<&vnDetails::Revision, &vnDetails::SetRevision>("Revision", "pnRevision")
+            .field(&vnDetails::revision_, "R")
+            .departs(kReadByPut)
+            .reports(kRevision),
+        property<&vnDetails::Scope, &vnDetails::SetScope>("Scope", "psScope")
+            .field(&vnDetails::scope_, "S")
+            .reports(kScope),
+        property<&vnDetails::Purpose, &vnDetails::SetPurpose>("Purpose", "psPurpose")
+            .field(&vnDetails::purpose_, "P")
+            .reports(kPurpose),
+        property<&vnDetails::AuthorisedBy>("AuthorisedBy").field(&vnDetails::authorised_by_, "AB"),
+        property<&vnDetails::DateApproved, &vnDetails::SetDateApproved>("DateApproved",
+                                                                        "pdDateApproved")
+            .field(&vnDetails::date_approved_, "DA")
+            .departs(kReadByPut)
+            .reports(kDateApproved),
+        property<&vnDetails::Fields>("Fields").field(&vnDetails::fields_, "F"),
+        property<&vnDetails::Description, &vnDetails::SetDescription>("Description",
+                                                                      "psDescription")
+            .field(&vnDetails::description_, "Desc"),
+        property<&vnDetails::DueDateType, &vnDetails::SetDueDateType>("DueDateType",
+                                                                      "plDueDateType")
+            .field(&vnDetails::due_date_type_, "DDT"),
+        property<&vnDetails::Duration, &vnDetails::SetDuration>("Duration", "psDuration")
+            .field(&vnDetails::duration_, "Dur"),
+        property<&vnDetails::AssignType, &vnDetails::SetAssignType>("AssignType", "plAssignType")
+            .field(&vnDetails::assign_type_, "AT"),
 
-void vnDetails::SetDocumentCode(const Text& psDocumentCode) {
-  document_code_ = psDocumentCode;
-  ReportChange(kDocumentCode);
-}
+        // The one value that a text without it leaves alone.
+        property<&vnDetails::AssignTo, &vnDetails::SetAssignTo>("AssignTo", "plAssignTo")
+            .field(&vnDetails::assign_to_, "ATo")
+            .departs(kMissingKeeps),
+        property<&vnDetails::Table, &vnDetails::SetTable>("Table", "plTable")
+            .field(&vnDetails::table_, "Tbl"),
+        property<&vnDetails::Form, &vnDetails::SetForm>("Form", "psForm")
+            .field(&vnDetails::form_, "Frm"),
+        property<&vnDetails::Notes, &vnDetails::SetNotes>("Notes", "psNotes")
+            .field(&vnDetails::notes_, "N"),
+        method<&vnDetails::NewRevision>("NewRevision", "psReason"),
+        // Files without passwords stay as they were.
+        unpublished(&vnDetails::read_password_, "RP").departs(kOnlyWhenThere),
+        unpublished(&vnDetails::write_password_, "WP").departs(kOnlyWhenThere),
+    };
+  }();
+  static constexpr std::string_view kFileOrder[] = {"K",   "AB",  "DA",   "DC",  "DS",  "P",  "R",
+                                                    "T",   "S",   "Desc", "DDT", "Dur", "AT", "ATo",
+                                                    "Tbl", "Frm", "N",    "F",   "RP",  "WP"};
+};
 
-void vnDetails::SetDocumentStatus(int32_t plDocumentStatus) {
-  document_status_ = plDocumentStatus;
-  ReportChange(kDocumentStatus);
+template <class T>
+void vnDetails::Put(T vnDetails::*member, const T& value) {
+  ReportChange(schema::Store<Schema>(*this, member, value));
 }
-
-void vnDetails::SetRevision(float pnRevision) {
-  revision_ = pnRevision;
-  ReportChange(kRevision);
-}
-
-void vnDetails::SetScope(const Text& psScope) {
-  scope_ = psScope;
-  ReportChange(kScope);
-}
-
-void vnDetails::SetPurpose(const Text& psPurpose) {
-  purpose_ = psPurpose;
-  ReportChange(kPurpose);
-}
-
-void vnDetails::SetDateApproved(automation::Date pdDateApproved) {
-  date_approved_ = pdDateApproved;
-  ReportChange(kDateApproved);
-}
+template void vnDetails::Put(Text vnDetails::*, const Text&);
+template void vnDetails::Put(int32_t vnDetails::*, const int32_t&);
+template void vnDetails::Put(float vnDetails::*, const float&);
+template void vnDetails::Put(automation::Date vnDetails::*, const automation::Date&);
 
 void vnDetails::ReportChange(int32_t detail_id) {
-  if (vnDocument* document = InternalDocument()) document->InternalDetailsChange(*this, detail_id);
+  if (vndoc6::Scope* scope = InternalScope())
+    scope->Report<&DocumentListener::DetailsChange>(*this, detail_id);
 }
 
 automation::Ref<vnTitleRef> vnDetails::AuthorisedBy() {
@@ -80,13 +126,14 @@ automation::Ref<automation::Object> vnDetails::Fields() {
 void vnDetails::NewRevision(const Text& psReason) {
   const automation::Ref<vnDocument> document = Document();
   if (!document) return;
+  vndoc6::Scope& scope = ScopeOf(*document);
   const automation::Ref<vnRevision> revision = automation::Make<vnRevision>();
   revision->InternalSetRevisionDate(automation::services().today());
   revision->InternalSetRevision(revision_);
   revision->InternalSetReason(psReason);
-  revision->InternalSetIR(document->IR());
-  document->InternalIncrementIR();
-  document->RevisionHistory()->Add(revision.get());
+  revision->InternalSetIR(scope.IR());
+  scope.IncrementIR();
+  scope.RevisionHistory().Add(revision.get());
 }
 
 void vnDetails::InternalSetDocument(vnDocument* document) {
@@ -94,30 +141,8 @@ void vnDetails::InternalSetDocument(vnDocument* document) {
   if (vnTitleRef* authoriser = authorised_by_.built()) authoriser->InternalSetDocument(document);
 }
 
-// Every key is written every time, the passwords excepted: files without them stay as they were.
 void vnDetails::InternalWrite(bag::BagWriter& writer) const {
-  writer.Add("K", key_.empty() ? platform::NewKey() : key_);
-  authorised_by_.Save(writer, "AB", [](const vnTitleRef& authoriser, bag::BagWriter& nested) {
-    authoriser.InternalWrite(nested);
-  });
-  writer.Add("DA", date_approved_);
-  writer.Add("DC", document_code_);
-  writer.Add("DS", document_status_);
-  writer.Add("P", purpose_);
-  writer.Add("R", revision_);
-  writer.Add("T", title_);
-  writer.Add("S", scope_);
-  writer.Add("Desc", description_);
-  writer.Add("DDT", due_date_type_);
-  writer.Add("Dur", duration_);
-  writer.Add("AT", assign_type_);
-  writer.Add("ATo", assign_to_);
-  writer.Add("Tbl", table_);
-  writer.Add("Frm", form_);
-  writer.Add("N", notes_);
-  fields::Write(writer, "F", fields_);
-  if (!read_password_.empty()) writer.Add("RP", read_password_);
-  if (!write_password_.empty()) writer.Add("WP", write_password_);
+  schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
 // Hosts that listen while loading hear of the four that are set as a host sets them, not of the
@@ -125,72 +150,16 @@ void vnDetails::InternalWrite(bag::BagWriter& writer) const {
 void vnDetails::InternalLoad(const bag::KeptText& text) {
   const automation::Ref<vnDetails> self(this);
   bag::BagReader reader(text);
-  key_ = reader.GetText("K");
-  authorised_by_.Reset(reader.GetKept("AB"));
-  SetDateApproved(reader.GetDate("DA"));
-  SetDocumentCode(reader.GetText("DC"));
-  SetDocumentStatus(reader.GetLong("DS"));
-  purpose_ = reader.GetText("P");
-  SetRevision(reader.GetSingle("R"));
-  scope_ = reader.GetText("S");
-  title_ = reader.GetText("T");
-  description_ = reader.GetText("Desc");
-  due_date_type_ = reader.GetLong("DDT");
-  duration_ = reader.GetText("Dur");
-  assign_type_ = reader.GetLong("AT");
-  // The one value that a text without it leaves alone.
-  assign_to_ = reader.GetLong("ATo", assign_to_);
-  table_ = reader.GetLong("Tbl");
-  form_ = reader.GetText("Frm");
-  notes_ = reader.GetText("N");
-  fields_.Reset(reader.GetKept("F"));
-  read_password_ = reader.GetText("RP");
-  write_password_ = reader.GetText("WP");
+  schema::ReadEntries<Schema>(reader, *this, *this);
 }
 
 const automation::ClassInfo& vnDetails::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnDetails>(
       "vnDetails", "The descriptive data of a document.",
       {0x713B8FFA, 0x823E, 0x43C2, {0x83, 0xA5, 0xDB, 0xE1, 0x82, 0x84, 0x52, 0x47}},
       {0x3BBFDB08, 0xF49B, 0x4D74, {0x92, 0xB0, 0x2E, 0x01, 0x4B, 0xEE, 0x9C, 0x14}},
-      {
-          get<&vnDetails::Key>("Key"),
-          get<&vnDetails::Document>("Document"),
-          get<&vnDetails::Title>("Title"),
-          put<&vnDetails::SetTitle>("Title", "psTitle"),
-          get<&vnDetails::DocumentCode>("DocumentCode"),
-          put<&vnDetails::SetDocumentCode>("DocumentCode", "psDocumentCode"),
-          get<&vnDetails::DocumentStatus>("DocumentStatus"),
-          put<&vnDetails::SetDocumentStatus>("DocumentStatus", "plDocumentStatus"),
-          get<&vnDetails::Revision>("Revision"),
-          put<&vnDetails::SetRevision>("Revision", "pnRevision"),
-          get<&vnDetails::Scope>("Scope"),
-          put<&vnDetails::SetScope>("Scope", "psScope"),
-          get<&vnDetails::Purpose>("Purpose"),
-          put<&vnDetails::SetPurpose>("Purpose", "psPurpose"),
-          get<&vnDetails::AuthorisedBy>("AuthorisedBy"),
-          get<&vnDetails::DateApproved>("DateApproved"),
-          put<&vnDetails::SetDateApproved>("DateApproved", "pdDateApproved"),
-          get<&vnDetails::Fields>("Fields"),
-          get<&vnDetails::Description>("Description"),
-          put<&vnDetails::SetDescription>("Description", "psDescription"),
-          get<&vnDetails::DueDateType>("DueDateType"),
-          put<&vnDetails::SetDueDateType>("DueDateType", "plDueDateType"),
-          get<&vnDetails::Duration>("Duration"),
-          put<&vnDetails::SetDuration>("Duration", "psDuration"),
-          get<&vnDetails::AssignType>("AssignType"),
-          put<&vnDetails::SetAssignType>("AssignType", "plAssignType"),
-          get<&vnDetails::AssignTo>("AssignTo"),
-          put<&vnDetails::SetAssignTo>("AssignTo", "plAssignTo"),
-          get<&vnDetails::Table>("Table"),
-          put<&vnDetails::SetTable>("Table", "plTable"),
-          get<&vnDetails::Form>("Form"),
-          put<&vnDetails::SetForm>("Form", "psForm"),
-          get<&vnDetails::Notes>("Notes"),
-          put<&vnDetails::SetNotes>("Notes", "psNotes"),
-          method<&vnDetails::NewRevision>("NewRevision", "psReason"),
-      });
+      Schema::kRows);
   return info;
 }
 

@@ -26,25 +26,31 @@ class vnDetails : public Member {
 
   // What the document is called. Setting it reports 1 as a details change, changed or not.
   const Text& Title() const { return title_; }
-  void SetTitle(const Text& psTitle);
+  void SetTitle(const Text& psTitle) { Put(&vnDetails::title_, psTitle); }
   // The number or code that the document is filed under. Setting it reports 2, changed or not.
   const Text& DocumentCode() const { return document_code_; }
-  void SetDocumentCode(const Text& psDocumentCode);
+  void SetDocumentCode(const Text& psDocumentCode) {
+    Put(&vnDetails::document_code_, psDocumentCode);
+  }
   // A code of the host's for where the document stands. Setting it reports 3, changed or not.
   int32_t DocumentStatus() const { return document_status_; }
-  void SetDocumentStatus(int32_t plDocumentStatus);
+  void SetDocumentStatus(int32_t plDocumentStatus) {
+    Put(&vnDetails::document_status_, plDocumentStatus);
+  }
   // The number of the current revision. Setting it reports 4, changed or not.
   float Revision() const { return revision_; }
-  void SetRevision(float pnRevision);
+  void SetRevision(float pnRevision) { Put(&vnDetails::revision_, pnRevision); }
   // What the document applies to. Setting it reports 5, changed or not.
   const Text& Scope() const { return scope_; }
-  void SetScope(const Text& psScope);
+  void SetScope(const Text& psScope) { Put(&vnDetails::scope_, psScope); }
   // What the document is for. Setting it reports 6, changed or not.
   const Text& Purpose() const { return purpose_; }
-  void SetPurpose(const Text& psPurpose);
+  void SetPurpose(const Text& psPurpose) { Put(&vnDetails::purpose_, psPurpose); }
   // When the document was approved. Setting it reports 7, changed or not.
   automation::Date DateApproved() const { return date_approved_; }
-  void SetDateApproved(automation::Date pdDateApproved);
+  void SetDateApproved(automation::Date pdDateApproved) {
+    Put(&vnDetails::date_approved_, pdDateApproved);
+  }
 
   // Who authorised the document; built on the first read, one object until the next load.
   automation::Ref<vnTitleRef> AuthorisedBy();
@@ -92,6 +98,9 @@ class vnDetails : public Member {
   void InternalSetWritePassword(const Text& password) { write_password_ = password; }
 
  private:
+  struct Schema;
+  template <class T>
+  void Put(T vnDetails::*member, const T& value);
   void ReportChange(int32_t detail_id);
 
   Text key_;

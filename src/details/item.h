@@ -36,6 +36,7 @@ class vnItem : public Member {
   automation::Object* FindParent() const override;
 
  private:
+  struct Schema;
   int32_t id_ = 0;
   Text display_name_;
   Text description_;

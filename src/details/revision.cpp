@@ -1,7 +1,8 @@
 #include "details/revision.h"
 
-#include "automation/describe.h"
+#include "core/scope.h"
 #include "document/document.h"
+#include "schema/rows.h"
 
 namespace vndoc6 {
 
@@ -41,8 +42,8 @@ void vnRevisions::Add(vnRevision* poRevision) {
 
 void vnRevisions::AddImport(int32_t plIR, const Text& psReason, int32_t plRevision,
                             automation::Date pdDate) {
-  const vnDocument* const document = InternalDocument();
-  if (document == nullptr || !document->InternalAssignmentUnlocked()) {
+  const Scope* const scope = InternalScope();
+  if (scope == nullptr || !scope->IsAssignmentUnlocked()) {
     throw automation::Error(automation::kWrongState, {}, u"vnRevisions.AddImport");
   }
   const automation::Ref<vnRevision> revision = automation::Make<vnRevision>();
@@ -67,35 +68,35 @@ void vnRevisions::InternalLoad(const bag::KeptText& text) {
 }
 
 const automation::ClassInfo& vnRevision::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnRevision>(
       "vnRevision", "A revision that the document has gone through.",
       {0x25112D78, 0x3ECE, 0x4A6D, {0x8D, 0xFD, 0xFD, 0x46, 0xC9, 0xDA, 0xA1, 0x1A}},
       {0x75DC4571, 0x6A09, 0x4B15, {0x99, 0x05, 0x9C, 0x63, 0xA8, 0x29, 0x3F, 0x04}},
-      {
-          get<&vnRevision::Document>("Document"),
-          get<&vnRevision::RevisionDate>("RevisionDate"),
-          get<&vnRevision::Revision>("Revision"),
-          get<&vnRevision::IR>("IR"),
-          get<&vnRevision::Reason>("Reason"),
+      std::tuple{
+          property<&vnRevision::Document>("Document").not_content("leads back to the root"),
+          property<&vnRevision::RevisionDate>("RevisionDate"),
+          property<&vnRevision::Revision>("Revision"),
+          property<&vnRevision::IR>("IR"),
+          property<&vnRevision::Reason>("Reason"),
       });
   return info;
 }
 
 const automation::ClassInfo& vnRevisions::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnRevisions>(
       "vnRevisions", "The revision history of a document. Its members are keyed by their IR.",
       {0xAB9EB572, 0x7999, 0x4923, {0x87, 0x82, 0xFE, 0xD5, 0x89, 0x35, 0x33, 0x28}},
       {0xB7787F87, 0x6E39, 0x4EB0, {0xB7, 0x58, 0x11, 0x9C, 0x39, 0x4D, 0xF5, 0x3D}},
-      {
-          get<&vnRevisions::Document>("Document"),
-          get<&vnRevisions::Item>("Item", by_reference{"pvIndexKey"}),
-          get<&vnRevisions::Count>("Count"),
-          get<&vnRevisions::NewEnum>("NewEnum"),
+      std::tuple{
+          property<&vnRevisions::Document>("Document").not_content("leads back to the root"),
+          property<&vnRevisions::Item>("Item", by_reference{"pvIndexKey"}),
+          property<&vnRevisions::Count>("Count").not_content("the members themselves are read"),
+          property<&vnRevisions::NewEnum>("NewEnum").not_content("the members themselves are read"),
           method<&vnRevisions::Add>("Add", "poRevision"),
-          hidden(method<&vnRevisions::AddImport>("AddImport", "plIR", "psReason", "plRevision",
-                                                 "pdDate")),
+          method<&vnRevisions::AddImport>("AddImport", "plIR", "psReason", "plRevision", "pdDate")
+              .hidden(),
           method<&vnRevisions::Remove>("Remove", "pvRef"),
           method<&vnRevisions::RemoveAll>("RemoveAll"),
       });

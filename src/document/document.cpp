@@ -1,18 +1,19 @@
 #include "document/document.h"
 
 #include <limits>
+#include <memory>
 
-#include "automation/describe.h"
 #include "automation/error.h"
 #include "automation/late_bound.h"
-#include "automation/sink_forwarders.h"
 #include "bag/bag_part.h"
 #include "bag/properties.h"
 #include "chart/chart.h"
 #include "chart/figure.h"
+#include "core/scope.h"
 #include "details/details.h"
 #include "details/item.h"
 #include "details/revision.h"
+#include "document/document_scope.h"
 #include "fields/fields.h"
 #include "platform/keys.h"
 #include "process/condition.h"
@@ -65,7 +66,7 @@ Ref<T> LazyPart(Lazy<T>& part, vnDocument* document) {
 
 }  // namespace
 
-vnDocument::vnDocument() {
+vnDocument::vnDocument() : scope_(std::make_unique<OwnScope>(*this)) {
   details_ = MakePart<vnDetails>(this);
   steps_ = MakePart<vnSteps>(this);
   SetProperties(automation::Make<Properties>().get());
@@ -103,15 +104,11 @@ void vnDocument::SetProperties(Properties* poProperties) {
   if (properties_) properties_->InternalSetOwner(this);
 }
 
-Variant vnDocument::Containers() { return Variant(LazyPart(containers_, this)); }
+Variant vnDocument::Containers() { return Variant(ContainerCollection()); }
+Ref<vnContainers> vnDocument::ContainerCollection() { return LazyPart(containers_, this); }
 Ref<vnLinks> vnDocument::Links() { return LazyPart(links_, this); }
 Ref<vnFiles> vnDocument::Files() { return LazyPart(files_, this); }
 Ref<vnJumps> vnDocument::Jumps() { return LazyPart(jumps_, this); }
-
-vnContainers& vnDocument::InternalContainers() { return *LazyPart(containers_, this); }
-vnLinks& vnDocument::InternalLinks() { return *Links(); }
-vnFiles& vnDocument::InternalFiles() { return *Files(); }
-vnJumps& vnDocument::InternalJumps() { return *Jumps(); }
 
 Ref<Properties> vnDocument::Attachments() { return bag::BagPart(attachments_, this); }
 void vnDocument::SetAttachments(Properties* poAttachments) {
@@ -132,7 +129,7 @@ EnumVantrelDocType vnDocument::DocType() const {
 void vnDocument::SetDocType(EnumVantrelDocType peDocType) { document_type_ = peDocType; }
 
 int32_t vnDocument::IR() {
-  if (ir_ == 0) InternalIncrementIR();
+  if (ir_ == 0) scope_->IncrementIR();
   return ir_;
 }
 
@@ -143,12 +140,6 @@ void vnDocument::SetIR(int32_t plIR) {
   // One more than was asked for: converters have always passed the last number used.
   if (plIR == std::numeric_limits<int32_t>::max()) throw Error(automation::kOverflow);
   ir_ = plIR + 1;
-  ir_changed_ = true;
-}
-
-void vnDocument::InternalIncrementIR() {
-  if (ir_ == std::numeric_limits<int32_t>::max()) throw Error(automation::kOverflow);
-  ++ir_;
   ir_changed_ = true;
 }
 
@@ -206,7 +197,7 @@ void vnDocument::SetDatabase(Object* poDatabase) {
   }
   // The titles may come from that database.
   titles_->InternalClearTried();
-  Raise(&DocumentListener::DatabaseConnected);
+  scope_->Raise<&DocumentListener::DatabaseConnected>();
 }
 
 // --- New objects ---
@@ -243,73 +234,42 @@ Ref<vnContainer> vnDocument::CopyContainer(vnContainer* poContainer) {
   auto copy = automation::Make<vnContainer>();
   // The collection gives it the document: hosts hear of it when it is there, not of its figure.
   copy->InternalCopyFrom(*original);
-  InternalContainers().Add(copy.get());
+  ContainerCollection()->Add(copy.get());
   return copy;
 }
 
 // --- Events ---
 
-template <class Event, class Subject, class... Args>
-void vnDocument::Relay(Event event, Subject& subject, Args... args) {
-  if (!change_events_ || listeners_.empty()) return;
-  const Ref<Subject> alive(&subject);
-  Raise(event, subject, args...);
+void vnDocument::AddListener(DocumentListener* listener) { scope_->listeners().Add(listener); }
+void vnDocument::RemoveListener(DocumentListener* listener) {
+  scope_->listeners().Remove(listener);
 }
+void vnDocument::Connect(automation::EventSink* sink) { scope_->listeners().Connect(sink); }
+void vnDocument::Disconnect(automation::EventSink* sink) { scope_->listeners().Disconnect(sink); }
+
+bool vnDocument::ChangeEvents() const { return scope_->change_events(); }
+void vnDocument::SetChangeEvents(bool pbChangeEvents) { scope_->SetChangeEvents(pbChangeEvents); }
 
 void vnDocument::RaiseLinkChange(vnLink* poLink, int32_t plDetailID) {
   if (poLink == nullptr) throw Error(automation::kObjectNotSet);
-  Relay(&DocumentListener::LinkChange, *poLink, plDetailID);
+  scope_->Report<&DocumentListener::LinkChange>(*poLink, plDetailID);
 }
 
-void vnDocument::InternalContainerAdded(vnContainer& container) {
-  Relay(&DocumentListener::ContainerAdded, container);
-}
-void vnDocument::InternalContainerRemoved(vnContainer& container) {
-  Relay(&DocumentListener::ContainerRemoved, container);
-}
-void vnDocument::InternalContainerChange(vnContainer& container, int32_t detail_id) {
-  Relay(&DocumentListener::ContainerChange, container, detail_id);
-}
-void vnDocument::InternalFigureChange(vnFigure& figure, int32_t detail_id) {
-  Relay(&DocumentListener::FigureChange, figure, detail_id);
-}
-void vnDocument::InternalStepAdded(vnStep& step) { Relay(&DocumentListener::StepAdded, step); }
-void vnDocument::InternalStepRemoved(vnStep& step) { Relay(&DocumentListener::StepRemoved, step); }
-void vnDocument::InternalStepChange(vnStep& step, int32_t detail_id) {
-  Relay(&DocumentListener::StepChange, step, detail_id);
-}
-void vnDocument::InternalLinkAdded(vnLink& link) { Relay(&DocumentListener::LinkAdded, link); }
-void vnDocument::InternalLinkRemoved(vnLink& link) { Relay(&DocumentListener::LinkRemoved, link); }
-void vnDocument::InternalChartChange(vnChart& chart, int32_t detail_id) {
-  Relay(&DocumentListener::ChartChange, chart, detail_id);
-}
-void vnDocument::InternalConditionChange(vnCondition& condition, int32_t detail_id) {
-  Relay(&DocumentListener::ConditionChange, condition, detail_id);
-}
-void vnDocument::InternalTaskChange(vnTask& task, int32_t detail_id) {
-  Relay(&DocumentListener::TaskChange, task, detail_id);
-}
-void vnDocument::InternalDetailsChange(vnDetails& details, int32_t detail_id) {
-  Relay(&DocumentListener::DetailsChange, details, detail_id);
-}
-void vnDocument::InternalStepJumpChange(vnJump& jump, EnumVantrelChangeEvent type,
-                                        int32_t detail_id) {
-  Relay(&DocumentListener::StepJumpChange, jump, type, detail_id);
-}
-void vnDocument::InternalStepFileChange(vnFile& file, EnumVantrelChangeEvent type,
-                                        int32_t detail_id) {
-  Relay(&DocumentListener::StepFileChange, file, type, detail_id);
-}
-void vnDocument::InternalItemChange(vnItem& item, EnumVantrelChangeEvent type, int32_t detail_id) {
-  Relay(&DocumentListener::ItemChange, item, type, detail_id);
-}
+// --- The document as its parts see it ---
 
-void vnDocument::Connect(automation::EventSink* sink) {
-  automation::ConnectSink(*sink, forwarders_, listeners_);
-}
+Scope& ScopeOf(vnDocument& document) { return *document.scope_; }
 
-void vnDocument::Disconnect(automation::EventSink* sink) {
-  automation::DisconnectSink(sink, forwarders_, listeners_);
+vnSteps& vnDocument::OwnScope::Steps() { return *document_.steps_; }
+vnFiles& vnDocument::OwnScope::Files() { return *document_.Files(); }
+vnJumps& vnDocument::OwnScope::Jumps() { return *document_.Jumps(); }
+vnTitles& vnDocument::OwnScope::Titles() { return *document_.titles_; }
+vnRevisions& vnDocument::OwnScope::RevisionHistory() { return *document_.RevisionHistory(); }
+Properties* vnDocument::OwnScope::Settings() { return document_.properties_.get(); }
+
+void vnDocument::OwnScope::IncrementIR() {
+  if (document_.ir_ == std::numeric_limits<int32_t>::max()) throw Error(automation::kOverflow);
+  ++document_.ir_;
+  document_.ir_changed_ = true;
 }
 
 }  // namespace vndoc6

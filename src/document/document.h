@@ -2,16 +2,15 @@
 #pragma once
 
 #include <memory>
-#include <vector>
 
 #include "automation/event_info.h"
-#include "automation/listeners.h"
 #include "automation/object.h"
 #include "bag/kept_text.h"
 #include "bag/lazy.h"
-#include "document/document_events.h"
+#include "core/document_events.h"
 #include "document/document_kind.h"
 
+#include "core/scope.h"
 namespace vndoc6 {
 
 namespace bag {
@@ -19,6 +18,7 @@ class BagReader;
 }
 
 class Properties;
+class Scope;
 class vnChart;
 class vnContainers;
 class vnDetails;
@@ -57,6 +57,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   automation::Ref<vnTitles> Titles() const;
   // The groups on the chart: the containers collection, in a Variant.
   automation::Variant Containers();
+  // The same collection for C++ hosts.
+  automation::Ref<vnContainers> ContainerCollection();
   // The links between the steps.
   automation::Ref<vnLinks> Links();
   // Every file that was added to any step.
@@ -145,8 +147,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   bool IsWFProcess() const { return (document_type_ & 2) != 0; }
 
   // Whether changes are reported; they happen either way. Every load turns it on again.
-  bool ChangeEvents() const { return change_events_; }
-  void SetChangeEvents(bool pbChangeEvents) { change_events_ = pbChangeEvents; }
+  bool ChangeEvents() const;
+  void SetChangeEvents(bool pbChangeEvents);
   // What ChangeEvents is while a load runs; off by default.
   bool ChangeEventsLoading() const { return change_events_loading_; }
   void SetChangeEventsLoading(bool pbChangeEventsLoading) {
@@ -200,8 +202,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   bool SetWritePassword(const Text& psPassword);
 
   // Native listeners. A listener must leave before it is destroyed.
-  void AddListener(DocumentListener* listener) { listeners_.Add(listener); }
-  void RemoveListener(DocumentListener* listener) { listeners_.Remove(listener); }
+  void AddListener(DocumentListener* listener);
+  void RemoveListener(DocumentListener* listener);
   // Late-bound sinks.
   const automation::EventInterfaceInfo& Events() const override { return DocumentEvents(); }
   void Connect(automation::EventSink* sink) override;
@@ -209,36 +211,6 @@ class vnDocument : public automation::Object, public automation::EventSource {
 
   // --- Inside the library; hosts have no use for these. ---
 
-  // The relays: they raise the event when ChangeEvents is on, and change nothing.
-  void InternalContainerAdded(vnContainer& container);
-  void InternalContainerRemoved(vnContainer& container);
-  void InternalContainerChange(vnContainer& container, int32_t detail_id);
-  void InternalFigureChange(vnFigure& figure, int32_t detail_id);
-  void InternalStepAdded(vnStep& step);
-  void InternalStepRemoved(vnStep& step);
-  void InternalStepChange(vnStep& step, int32_t detail_id);
-  void InternalLinkAdded(vnLink& link);
-  void InternalLinkRemoved(vnLink& link);
-  void InternalChartChange(vnChart& chart, int32_t detail_id);
-  void InternalConditionChange(vnCondition& condition, int32_t detail_id);
-  void InternalTaskChange(vnTask& task, int32_t detail_id);
-  void InternalDetailsChange(vnDetails& details, int32_t detail_id);
-  void InternalStepJumpChange(vnJump& jump, EnumVantrelChangeEvent type, int32_t detail_id);
-  void InternalStepFileChange(vnFile& file, EnumVantrelChangeEvent type, int32_t detail_id);
-  void InternalItemChange(vnItem& item, EnumVantrelChangeEvent type, int32_t detail_id);
-
-  // IR plus one; error 6 when that does not fit. Sets the IR-changed flag.
-  void InternalIncrementIR();
-  // True only while an older file is being converted.
-  bool InternalAssignmentUnlocked() const { return assignment_unlocked_; }
-  // The parts without a host's reference, for the library's own look-ups.
-  vnSteps& InternalSteps() const { return *steps_; }
-  vnDetails& InternalDetails() const { return *details_; }
-  vnTitles& InternalTitles() const { return *titles_; }
-  vnContainers& InternalContainers();
-  vnLinks& InternalLinks();
-  vnFiles& InternalFiles();
-  vnJumps& InternalJumps();
   // Writes the document's text as a save does, without a save's effects on IR and GUID.
   void InternalWrite(bag::BagWriter& writer) { WriteParts(writer, false); }
 
@@ -249,16 +221,6 @@ class vnDocument : public automation::Object, public automation::EventSource {
     bag::Lazy<automation::Object> field_defs;
     bag::Lazy<automation::Object> form;
   };
-
-  template <class Event, class Subject, class... Args>
-  void Relay(Event event, Subject& subject, Args... args);
-  // What raises an event keeps itself alive while the host's handlers run.
-  template <class Event, class... Args>
-  void Raise(Event event, Args&&... args) {
-    if (listeners_.empty()) return;
-    const automation::Ref<vnDocument> self(this);
-    listeners_.ForEach([&](DocumentListener& listener) { (listener.*event)(args...); });
-  }
 
   automation::Ref<automation::Object> FieldDefs(Definitions& definitions);
   automation::Ref<automation::Object> Form(Definitions& definitions);
@@ -280,8 +242,10 @@ class vnDocument : public automation::Object, public automation::EventSource {
                        const char* form_key);
   int32_t ImportOldFormat();
 
-  automation::ListenerList<DocumentListener> listeners_;
-  std::vector<std::unique_ptr<DocumentEventForwarder>> forwarders_;
+  // The document as its parts see it.
+  class OwnScope;
+  friend Scope& ScopeOf(vnDocument& document);
+  std::unique_ptr<OwnScope> scope_;
 
   bool ir_changed_ = false;
   // Of the file, when it was last loaded or saved: about what the next save needs.
@@ -302,7 +266,6 @@ class vnDocument : public automation::Object, public automation::EventSource {
   bag::Lazy<vnJumps> jumps_;
   bag::Lazy<Properties> attachments_;
   bool change_events_loading_ = false;
-  bool change_events_ = true;
   int32_t file_version_ = 0;
   int32_t document_type_ = 0;
   EnumVantrelEdition edition_ = vneKestrane;

@@ -1,10 +1,9 @@
-#include "document/document_events.h"
+#include "core/document_events.h"
 
 #include "chart/chart.h"
 #include "chart/figure.h"
 #include "details/details.h"
 #include "details/item.h"
-#include "document/document.h"
 #include "process/condition.h"
 #include "process/container.h"
 #include "process/file.h"
@@ -12,11 +11,12 @@
 #include "process/link.h"
 #include "process/steps.h"
 #include "process/task.h"
+#include "schema/event_rows.h"
 
 namespace vndoc6 {
 
-using automation::by_value;
-using automation::event;
+using schema::by_value;
+using schema::event;
 
 const automation::EventInterfaceInfo& DocumentEvents() {
   using L = DocumentListener;
@@ -55,71 +55,6 @@ const automation::EventInterfaceInfo& DocumentEvents() {
           event<&L::ItemChange>(24, "ItemChange", "eoItem", "elEventType", "elDetailID"),
       }};
   return info;
-}
-
-// The forwarder, event by event: the identifier, and the arguments as they came.
-namespace {
-
-template <class... Args>
-void Forward(automation::EventSink& sink, int32_t id, Args&... args) {
-  automation::ForwardEvent(sink, DocumentEvents().Find(id), args...);
-}
-
-}  // namespace
-
-using Forwarder = DocumentEventForwarder;
-
-void Forwarder::ContainerAdded(vnContainer& eoContainer) { Forward(sink_, 1, eoContainer); }
-void Forwarder::ContainerRemoved(vnContainer& eoContainer) { Forward(sink_, 2, eoContainer); }
-void Forwarder::ContainerChange(vnContainer& eoContainer, int32_t elDetailID) {
-  Forward(sink_, 3, eoContainer, elDetailID);
-}
-void Forwarder::FigureChange(vnFigure& eoFigure, int32_t elDetailD) {
-  Forward(sink_, 4, eoFigure, elDetailD);
-}
-void Forwarder::LinkChange(vnLink& eoLink, int32_t elDetailID) {
-  Forward(sink_, 5, eoLink, elDetailID);
-}
-void Forwarder::StepAdded(vnStep& eoStep) { Forward(sink_, 6, eoStep); }
-void Forwarder::StepRemoved(vnStep& eoStep) { Forward(sink_, 7, eoStep); }
-void Forwarder::StepChange(vnStep& eoStep, int32_t elDetailID) {
-  Forward(sink_, 8, eoStep, elDetailID);
-}
-void Forwarder::LinkAdded(vnLink& eoLink) { Forward(sink_, 9, eoLink); }
-void Forwarder::LinkRemoved(vnLink& eoLink) { Forward(sink_, 10, eoLink); }
-void Forwarder::ChartChange(vnChart& eoChart, int32_t elDetailID) {
-  Forward(sink_, 11, eoChart, elDetailID);
-}
-void Forwarder::ConditionChange(vnCondition& eoCondition, int32_t elDetailID) {
-  Forward(sink_, 12, eoCondition, elDetailID);
-}
-void Forwarder::TaskChange(vnTask& eoTask, int32_t elDetailID) {
-  Forward(sink_, 13, eoTask, elDetailID);
-}
-void Forwarder::DatabaseConnected() { Forward(sink_, 25); }
-void Forwarder::Loading(int16_t eiPercent) { Forward(sink_, 14, eiPercent); }
-void Forwarder::LoadComplete() { Forward(sink_, 15); }
-void Forwarder::LoadFailed(int32_t elFailCode) { Forward(sink_, 16, elFailCode); }
-void Forwarder::LoadVersionError(int32_t elFileVersion, float enDocumentVersion,
-                                 int32_t elFailCode) {
-  Forward(sink_, 17, elFileVersion, enDocumentVersion, elFailCode);
-}
-void Forwarder::Saving(int16_t eiPercent) { Forward(sink_, 18, eiPercent); }
-void Forwarder::SaveComplete() { Forward(sink_, 19); }
-void Forwarder::SaveFailed(int32_t elFailCode) { Forward(sink_, 20, elFailCode); }
-void Forwarder::DetailsChange(vnDetails& eoDetails, int32_t elDetailID) {
-  Forward(sink_, 21, eoDetails, elDetailID);
-}
-void Forwarder::StepJumpChange(vnJump& eoJump, EnumVantrelChangeEvent elEventType,
-                               int32_t elDetailID) {
-  Forward(sink_, 22, eoJump, elEventType, elDetailID);
-}
-void Forwarder::StepFileChange(vnFile& eoFile, EnumVantrelChangeEvent elEventType,
-                               int32_t elDetailID) {
-  Forward(sink_, 23, eoFile, elEventType, elDetailID);
-}
-void Forwarder::ItemChange(vnItem& eoItem, EnumVantrelChangeEvent elEventType, int32_t elDetailID) {
-  Forward(sink_, 24, eoItem, elEventType, elDetailID);
 }
 
 }  // namespace vndoc6

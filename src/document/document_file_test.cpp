@@ -12,6 +12,7 @@
 #include "chart/figure.h"
 #include "details/details.h"
 #include "details/revision.h"
+#include "core/scope.h"
 #include "document/document.h"
 #include "document/temp_save.h"
 #include "platform/file_system.h"
@@ -117,7 +118,7 @@ TEST_F(DocumentFile, ACopyUnderAnotherNameIsAnotherDocument) {
   EXPECT_EQ(document->DocType(), vndtTemplate);
 
   const auto made_from_template = Make<vnDocument>();
-  document->InternalIncrementIR();
+  ScopeOf(*document).IncrementIR();
   document->Save();
   ASSERT_TRUE(made_from_template->LoadDoc(Name("b.vn6t"), Text()));
   EXPECT_EQ(made_from_template->IR(), 1);

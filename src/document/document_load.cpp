@@ -9,7 +9,7 @@
 #include "chart/chart.h"
 #include "details/details.h"
 #include "details/revision.h"
-#include "document/document.h"
+#include "document/document_scope.h"
 #include "document/file_version.h"
 #include "document/temp_save.h"
 #include "platform/file_system.h"
@@ -66,7 +66,7 @@ void KeepOrLoad(Lazy<T>& part, KeptText text) {
 class vnDocument::LoadingScope {
  public:
   explicit LoadingScope(vnDocument& document) : document_(document) {
-    document_.change_events_ = document_.change_events_loading_;
+    document_.scope_->SetChangeEvents(document_.change_events_loading_);
   }
   ~LoadingScope() { End(); }
   LoadingScope(const LoadingScope&) = delete;
@@ -75,7 +75,7 @@ class vnDocument::LoadingScope {
     if (ended_) return;
     ended_ = true;
     document_.assignment_unlocked_ = false;
-    document_.change_events_ = true;
+    document_.scope_->SetChangeEvents(true);
   }
 
  private:
@@ -110,7 +110,7 @@ bool vnDocument::LoadTempSave(const Text& psFileName, const Text& psPassword) {
 bool vnDocument::LoadAndReport(const Text& file_name, const Text& read_from, const Text& password) {
   const Ref<vnDocument> self(this);
   const auto refuse = [this](int32_t code) {
-    Raise(&DocumentListener::LoadFailed, code);
+    scope_->Raise<&DocumentListener::LoadFailed>(code);
     return false;
   };
   if (!file_name_.empty()) return refuse(kHasFileAlready);
@@ -132,18 +132,18 @@ bool vnDocument::LoadAndReport(const Text& file_name, const Text& read_from, con
   const bool version_error =
       code == kUnknownFileVersion || code == kOlderDocumentVersion || code == kNewerDocumentVersion;
   if (version_error) {
-    Raise(&DocumentListener::LoadVersionError, file_version_, document_version_, code);
+    scope_->Raise<&DocumentListener::LoadVersionError>(file_version_, document_version_, code);
   }
   switch (code) {
     case kLoaded:
     case kOlderDocumentVersion:
       titles_->InternalClearTried();
-      Raise(&DocumentListener::LoadComplete);
+      scope_->Raise<&DocumentListener::LoadComplete>();
       return true;
     case kNewerDocumentVersion:
       // Loaded whole, and yet told as failed: hosts ask their user and go on.
       titles_->InternalClearTried();
-      Raise(&DocumentListener::LoadFailed, code);
+      scope_->Raise<&DocumentListener::LoadFailed>(code);
       return true;
     case kUnknownFileVersion:
       return refuse(code);
@@ -178,22 +178,22 @@ int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Tex
   }
   EnableWrite(password);
 
-  Raise(&DocumentListener::Loading, int16_t{10});
+  scope_->Raise<&DocumentListener::Loading>(int16_t{10});
   chart_.Reset(file.GetKept("C"));
-  Raise(&DocumentListener::Loading, int16_t{20});
+  scope_->Raise<&DocumentListener::Loading>(int16_t{20});
   revision_history_.Reset(file.GetKept("RH"));
-  Raise(&DocumentListener::Loading, int16_t{40});
+  scope_->Raise<&DocumentListener::Loading>(int16_t{40});
   steps_->InternalLoad(file.GetKept("S"));
   if (!properties_) SetProperties(automation::Make<Properties>().get());
   properties_->InternalLoad(file.GetKept("P"));
   ReadDefinitions(file, details_definitions_, "FDD", "FoD");
-  Raise(&DocumentListener::Loading, int16_t{60});
+  scope_->Raise<&DocumentListener::Loading>(int16_t{60});
   ReadDefinitions(file, steps_definitions_, "FDS", "FoS");
   ReadDefinitions(file, links_definitions_, "FDL", "FoL");
   KeepOrLoad(links_, file.GetKept("LK"));
   KeepOrLoad(files_, file.GetKept("FL"));
   KeepOrLoad(jumps_, file.GetKept("J"));
-  Raise(&DocumentListener::Loading, int16_t{90});
+  scope_->Raise<&DocumentListener::Loading>(int16_t{90});
   KeepOrLoad(containers_, file.GetKept("CN"));
   pages_count_ = file.GetLong("PC");
   show_page_breaks_ = file.GetText("SPB") == u"T";
@@ -203,7 +203,7 @@ int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Tex
   chart_type_ = file.GetLong("CT");
 
   scope.End();
-  Raise(&DocumentListener::Loading, int16_t{100});
+  scope_->Raise<&DocumentListener::Loading>(int16_t{100});
   if (document_version_ < kDocumentVersion) return kOlderDocumentVersion;
   return document_version_ == kDocumentVersion ? kLoaded : kNewerDocumentVersion;
 }

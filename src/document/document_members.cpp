@@ -1,5 +1,4 @@
 // What is published of vnDocument.
-#include "automation/describe.h"
 #include "bag/properties.h"
 #include "chart/chart.h"
 #include "details/details.h"
@@ -10,65 +9,59 @@
 #include "process/jump.h"
 #include "process/link.h"
 #include "process/steps.h"
+#include "schema/rows.h"
 #include "titles/titles.h"
 
 namespace vndoc6 {
 
 const automation::ClassInfo& vnDocument::classInfo() {
-  using namespace automation;
+  using namespace schema;
   using D = vnDocument;
   static const ClassInfo info = describe<vnDocument>(
       "vnDocument", "A procedure: its chart, steps, links, details and everything below them.",
       {0x5C2E4B00, 0x7A6D, 0x4E55, {0xB1, 0x3C, 0x0E, 0x8B, 0x42, 0x9D, 0x61, 0x00}},
       {0x5C2E4B01, 0x7A6D, 0x4E55, {0xB1, 0x3C, 0x0E, 0x8B, 0x42, 0x9D, 0x61, 0x01}},
-      {
+      std::tuple{
           method<&D::RaiseLinkChange>("RaiseLinkChange", "poLink", "plDetailID"),
-          get<&D::Chart>("Chart"),
-          get<&D::Steps>("Steps"),
-          get<&D::Details>("Details"),
-          get<&D::RevisionHistory>("RevisionHistory"),
-          get<&D::FileName>("FileName"),
-          get<&D::ChangeEventsLoading>("ChangeEventsLoading"),
-          put<&D::SetChangeEventsLoading>("ChangeEventsLoading", "pbChangeEventsLoading"),
-          get<&D::GetProperties>("Properties"),
-          putref<&D::SetProperties>("Properties", "poProperties"),
-          get<&D::Titles>("Titles"),
-          get<&D::FileVersion>("FileVersion"),
-          get<&D::DocumentType>("DocumentType"),
-          put<&D::SetDocumentType>("DocumentType", "peDocumentType"),
-          get<&D::IR>("IR"),
-          put<&D::SetIR>("IR", "plIR"),
-          get<&D::GUID>("GUID"),
-          put<&D::SetGUID>("GUID", "psGUID"),
-          get<&D::Edition>("Edition"),
-          put<&D::SetEdition>("Edition", "peEdition"),
-          get<&D::DocType>("DocType"),
-          put<&D::SetDocType>("DocType", "peDocType"),
-          get<&D::DocumentVersion>("DocumentVersion"),
-          put<&D::SetDocumentVersion>("DocumentVersion", "pnDocumentVersion"),
-          get<&D::ExtensionCount>("ExtensionCount"),
-          get<&D::PagesCount>("PagesCount"),
-          put<&D::SetPagesCount>("PagesCount", "plPagesCount"),
-          get<&D::ShowPageBreaks>("ShowPageBreaks"),
-          put<&D::SetShowPageBreaks>("ShowPageBreaks", "pbShowPageBreaks"),
-          get<&D::Containers>("Containers"),
-          get<&D::FieldDefsDetails>("FieldDefsDetails"),
+          property<&D::Chart>("Chart"),
+          property<&D::Steps>("Steps"),
+          property<&D::Details>("Details"),
+          property<&D::RevisionHistory>("RevisionHistory"),
+          property<&D::FileName>("FileName").not_content("where the document lies"),
+          property<&D::ChangeEventsLoading, &D::SetChangeEventsLoading>("ChangeEventsLoading",
+                                                                        "pbChangeEventsLoading")
+              .not_content("a setting of the host's"),
+          property<&D::GetProperties, &D::SetProperties>("Properties", "poProperties"),
+          property<&D::Titles>("Titles").not_content(
+              "the title handler's list, not the document's"),
+          property<&D::FileVersion>("FileVersion").not_content("tells of the last load"),
+          property<&D::DocumentType, &D::SetDocumentType>("DocumentType", "peDocumentType"),
+          property<&D::IR, &D::SetIR>("IR", "plIR"),
+          property<&D::GUID, &D::SetGUID>("GUID", "psGUID"),
+          property<&D::Edition, &D::SetEdition>("Edition", "peEdition"),
+          property<&D::DocType, &D::SetDocType>("DocType", "peDocType")
+              .not_content("another name of DocumentType"),
+          property<&D::DocumentVersion, &D::SetDocumentVersion>("DocumentVersion",
+                                                                "pnDocumentVersion"),
+          property<&D::ExtensionCount>("ExtensionCount"),
+          property<&D::PagesCount, &D::SetPagesCount>("PagesCount", "plPagesCount"),
+          property<&D::ShowPageBreaks, &D::SetShowPageBreaks>("ShowPageBreaks", "pbShowPageBreaks"),
+          property<&D::Containers>("Containers").gives(&vnContainers::classInfo),
+          property<&D::FieldDefsDetails>("FieldDefsDetails"),
           method<&D::SetFieldDefsDetails>("SetFieldDefsDetails", "psFieldDefs", "psForm"),
           method<&D::SetFieldDefsSteps>("SetFieldDefsSteps", "psFieldDefs", "psForm"),
-          get<&D::FieldDefsSteps>("FieldDefsSteps"),
-          get<&D::FieldDefsLinks>("FieldDefsLinks"),
-          get<&D::FormDetails>("FormDetails"),
-          get<&D::FormSteps>("FormSteps"),
-          get<&D::FormLinks>("FormLinks"),
-          get<&D::Links>("Links"),
-          get<&D::Files>("Files"),
-          get<&D::Jumps>("Jumps"),
-          get<&D::Attachments>("Attachments"),
-          putref<&D::SetAttachments>("Attachments", "poAttachments"),
+          property<&D::FieldDefsSteps>("FieldDefsSteps"),
+          property<&D::FieldDefsLinks>("FieldDefsLinks"),
+          property<&D::FormDetails>("FormDetails"),
+          property<&D::FormSteps>("FormSteps"),
+          property<&D::FormLinks>("FormLinks"),
+          property<&D::Links>("Links"),
+          property<&D::Files>("Files"),
+          property<&D::Jumps>("Jumps"),
+          property<&D::Attachments, &D::SetAttachments>("Attachments", "poAttachments"),
           method<&D::Save>("Save"),
           method<&D::SaveAs>("SaveAs", "psFileName"),
-          method<&D::SaveDocAs>("SaveDocAs", "psFileName",
-                                optional("plDocumentType", Variant(int32_t{-1}))),
+          method<&D::SaveDocAs>("SaveDocAs", "psFileName", optional("plDocumentType", int32_t{-1})),
           method<&D::TempSaveTest>("TempSaveTest", "psFileName"),
           method<&D::LoadDoc>("LoadDoc", "psFileName", "psPassword"),
           method<&D::Load>("Load", "psFileName", "psPassword"),
@@ -78,21 +71,19 @@ const automation::ClassInfo& vnDocument::classInfo() {
           method<&D::TempSaveClear>("TempSaveClear"),
           method<&D::CopyStep>("CopyStep", "poStep"),
           method<&D::CopyContainer>("CopyContainer", "poContainer"),
-          get<&D::AllowWrite>("AllowWrite"),
+          property<&D::AllowWrite>("AllowWrite").not_content("the host's access"),
           method<&D::EnableWrite>("EnableWrite", "psPassword"),
           method<&D::SetReadPassword>("SetReadPassword", "psPassword"),
           method<&D::SetWritePassword>("SetWritePassword", "psPassword"),
-          get<&D::ChangeEvents>("ChangeEvents"),
-          put<&D::SetChangeEvents>("ChangeEvents", "pbChangeEvents"),
-          get<&D::ChartType>("ChartType"),
-          put<&D::SetChartType>("ChartType", "plChartType"),
-          get<&D::DBGUID>("DBGUID"),
-          put<&D::SetDBGUID>("DBGUID", "psDBGUID"),
-          get<&D::ConnectionString>("ConnectionString"),
-          put<&D::SetConnectionString>("ConnectionString", "psConnectionString"),
+          property<&D::ChangeEvents, &D::SetChangeEvents>("ChangeEvents", "pbChangeEvents")
+              .not_content("a setting of the host's"),
+          property<&D::ChartType, &D::SetChartType>("ChartType", "plChartType"),
+          property<&D::DBGUID, &D::SetDBGUID>("DBGUID", "psDBGUID"),
+          property<&D::ConnectionString, &D::SetConnectionString>("ConnectionString",
+                                                                  "psConnectionString"),
           method<&D::IsWFProcess>("IsWFProcess"),
-          get<&D::Database>("Database"),
-          putref<&D::SetDatabase>("Database", "poDatabase"),
+          property<&D::Database, &D::SetDatabase>("Database", "poDatabase")
+              .not_content("the host's connection"),
       });
   return info;
 }

@@ -5,7 +5,7 @@
 #include "chart/chart.h"
 #include "details/details.h"
 #include "details/revision.h"
-#include "document/document.h"
+#include "document/document_scope.h"
 #include "document/file_version.h"
 #include "fields/fields.h"
 #include "platform/file_system.h"
@@ -37,7 +37,7 @@ void WritePart(T& part, BagWriter& writer) {
 bool vnDocument::Save() {
   const Ref<vnDocument> self(this);
   if (file_name_.empty()) {
-    Raise(&DocumentListener::SaveFailed, kNoFileName);
+    scope_->Raise<&DocumentListener::SaveFailed>(kNoFileName);
     return false;
   }
   return SaveAndReport();
@@ -46,7 +46,7 @@ bool vnDocument::Save() {
 bool vnDocument::SaveAs(const Text& psFileName) {
   const Ref<vnDocument> self(this);
   if (psFileName.empty()) {
-    Raise(&DocumentListener::SaveFailed, kNoFileName);
+    scope_->Raise<&DocumentListener::SaveFailed>(kNoFileName);
     return false;
   }
   // A copy under another name is another document.
@@ -62,10 +62,10 @@ bool vnDocument::SaveDocAs(const Text& psFileName, int32_t plDocumentType) {
 
 bool vnDocument::SaveAndReport() {
   if (SaveProcedure()) {
-    Raise(&DocumentListener::SaveComplete);
+    scope_->Raise<&DocumentListener::SaveComplete>();
     return true;
   }
-  Raise(&DocumentListener::SaveFailed, kNotWritten);
+  scope_->Raise<&DocumentListener::SaveFailed>(kNotWritten);
   return false;
 }
 
@@ -74,7 +74,7 @@ bool vnDocument::SaveProcedure() {
   TempSaveDocument();
   if (guid_.empty()) guid_ = platform::NewKey();
   // A save of a document whose counter did not move since the last one still moves it on.
-  if (!ir_changed_) InternalIncrementIR();
+  if (!ir_changed_) scope_->IncrementIR();
   ir_changed_ = false;
   std::string text;
   BagWriter writer(text);
@@ -83,14 +83,14 @@ bool vnDocument::SaveProcedure() {
   const bool written = platform::ReplaceFileWith(file_name_, text);
   // After a failed write the temporary save is what a host can recover from.
   if (written) TempSaveClear();
-  Raise(&DocumentListener::Saving, int16_t{100});
+  scope_->Raise<&DocumentListener::Saving>(int16_t{100});
   return written;
 }
 
 // The keys and their order are in every file: never change them.
 void vnDocument::WriteParts(BagWriter& writer, bool with_progress) {
   const auto progress = [&](int16_t percent) {
-    if (with_progress) Raise(&DocumentListener::Saving, percent);
+    if (with_progress) scope_->Raise<&DocumentListener::Saving>(percent);
   };
   // A little more than the last time: a text that outgrows its place is copied whole.
   writer.out().reserve(writer.out().size() + file_size_ + file_size_ / 8);

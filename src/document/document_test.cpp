@@ -131,7 +131,7 @@ TEST(Document, CopiesOfStepsAndContainersAreTheirOwn) {
   EXPECT_EQ(copied->Figure()->Document(), document);
   EXPECT_EQ(copied->Label(), u"group");
   EXPECT_EQ(copied->Figure()->Width(), 5);
-  EXPECT_EQ(document->InternalContainers().Count(), 1);
+  EXPECT_EQ(document->ContainerCollection()->Count(), 1);
 }
 
 TEST(Document, AnyReferenceKeepsItAliveAndTheLastOneTakesAllWithIt) {

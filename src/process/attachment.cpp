@@ -1,5 +1,6 @@
 #include "process/attachment.h"
 
+#include "core/scope.h"
 namespace vndoc6 {
 namespace {
 
@@ -20,7 +21,7 @@ void Attachment::SetFileName(const Text& psFileName) {
 }
 
 void Attachment::ReportDetail(int32_t detail_id) {
-  if (vnDocument* document = InternalDocument()) InternalReport(*document, vnceDetail, detail_id);
+  if (Scope* scope = InternalScope()) InternalReport(*scope, vnceDetail, detail_id);
 }
 
 // The keys are in every file: never change one.

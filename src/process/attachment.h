@@ -5,7 +5,7 @@
 
 #include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
-#include "document/document_events.h"
+#include "core/document_events.h"
 #include "process/step_member.h"
 
 namespace vndoc6 {
@@ -27,8 +27,7 @@ class Attachment : public StepMember {
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetKey(Text key) { key_ = std::move(key); }
   // Raises the class's own event in the document; 0 is the detail of an object that came or went.
-  virtual void InternalReport(vnDocument& document, EnumVantrelChangeEvent type,
-                              int32_t detail_id) = 0;
+  virtual void InternalReport(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) = 0;
 
  protected:
   void WriteNames(bag::BagWriter& writer) const;

@@ -4,7 +4,7 @@
 #include <new>
 
 #include "collections/collection.h"
-#include "document/document.h"
+#include "core/scope.h"
 #include "process/attachment.h"
 
 namespace vndoc6 {
@@ -33,16 +33,16 @@ class AttachmentList : public Collection<T, StepMember> {
  protected:
   // `prefix` stands before the positions in the saved text, `of_document` gives the document's own
   // list.
-  AttachmentList(const char* prefix, AttachmentList& (*of_document)(vnDocument&))
+  AttachmentList(const char* prefix, AttachmentList& (*of_document)(Scope&))
       : prefix_(prefix), of_document_(of_document) {}
 
  private:
   void Report(T& member, EnumVantrelChangeEvent type) {
-    if (vnDocument* document = this->InternalDocument()) member.InternalReport(*document, type, 0);
+    if (Scope* scope = this->InternalScope()) member.InternalReport(*scope, type, 0);
   }
 
   const char* prefix_;
-  AttachmentList& (*of_document_)(vnDocument&);
+  AttachmentList& (*of_document_)(Scope&);
 };
 
 template <class T>
@@ -51,13 +51,12 @@ void AttachmentList<T>::Add(T* member) {
   // A host's handler may let go of the member, or of all of this, while it is told.
   const automation::Ref<T> added(member);
   const automation::Ref<AttachmentList> self(this);
-  vnDocument* const document = this->InternalDocument();
   vnStep* const step = this->InternalStep();
-  AttachmentList* const all =
-      step != nullptr && document != nullptr ? &of_document_(*document) : nullptr;
+  Scope* const scope = this->InternalScope();
+  AttachmentList* const all = step != nullptr && scope != nullptr ? &of_document_(*scope) : nullptr;
   if (!this->AddUnderOwnKey(*added)) return;
   try {
-    added->InternalSetDocument(document);
+    added->InternalSetDocument(this->InternalDocument());
     if (step != nullptr) added->SetStep(step);
     if (all != nullptr) all->Add(member);
   } catch (const std::bad_alloc&) {

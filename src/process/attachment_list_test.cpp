@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "document/document.h"
 #include "process/file.h"
 #include "process/jump.h"
 #include "process/steps.h"

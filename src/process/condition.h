@@ -25,11 +25,15 @@ class vnCondition : public Member {
   void SetDisplayName(const Text& psDisplayName) { display_name_ = psDisplayName; }
   // The test itself, in the host's language. Setting it reports vndConditionTest, changed or not.
   const Text& ConditionTest() const { return condition_test_; }
-  void SetConditionTest(const Text& psConditionTest);
+  void SetConditionTest(const Text& psConditionTest) {
+    Put(&vnCondition::condition_test_, psConditionTest);
+  }
   // What users are told when the test fails. Setting it reports vndConditionTest as well, changed
   // or not.
   const Text& FailMessage() const { return fail_message_; }
-  void SetFailMessage(const Text& psFailMessage);
+  void SetFailMessage(const Text& psFailMessage) {
+    Put(&vnCondition::fail_message_, psFailMessage);
+  }
 
   // The condition's serialised text.
   Text Save() const;
@@ -47,7 +51,8 @@ class vnCondition : public Member {
   automation::Object* FindParent() const override;
 
  private:
-  void ReportTest();
+  struct Schema;
+  void Put(Text vnCondition::*member, const Text& value);
 
   automation::Weak<vnLink> link_;
   Text key_;

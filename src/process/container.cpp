@@ -1,8 +1,10 @@
 #include "process/container.h"
 
-#include "automation/describe.h"
+#include "bag/row_text.h"
 #include "chart/figure.h"
+#include "core/scope.h"
 #include "document/document.h"
+#include "schema/rows.h"
 
 namespace vndoc6 {
 
@@ -20,6 +22,28 @@ constexpr int32_t kChanged = 1;
 
 // --- vnContainer ---
 
+struct vnContainer::Schema {
+  // The keys are in every file: never change one.
+  static constexpr auto kRows = [] {
+    using namespace schema;
+    return std::tuple{
+        property<&vnContainer::Document, &vnContainer::SetDocument>("Document", "poDocument")
+            .not_content("leads back to the root"),
+        put<&vnContainer::SetKey>("Key", "psKey"),
+        property<&vnContainer::Key>("Key").identity(&vnContainer::key_, "K"),
+        property<&vnContainer::Label, &vnContainer::SetLabel>("Label", "psLabel")
+            .field(&vnContainer::label_, "L")
+            .reports(kChanged),
+        property<&vnContainer::Description, &vnContainer::SetDescription>("Description",
+                                                                          "psDescription")
+            .field(&vnContainer::description_, "D"),
+        property<&vnContainer::Figure>("Figure").field(&vnContainer::figure_, "F"),
+        method<&vnContainer::Load>("Load", "psLoad", optional("psKey", u"")),
+        method<&vnContainer::Save>("Save"),
+    };
+  }();
+};
+
 vnContainer::vnContainer() = default;
 vnContainer::~vnContainer() = default;
 
@@ -31,8 +55,8 @@ void vnContainer::InternalSetDocument(vnDocument* document) {
 }
 
 void vnContainer::ReportChange() {
-  if (vnDocument* document = InternalDocument()) {
-    document->InternalContainerChange(*this, kChanged);
+  if (Scope* scope = InternalScope()) {
+    scope->Report<&DocumentListener::ContainerChange>(*this, kChanged);
   }
 }
 
@@ -67,48 +91,26 @@ Text vnContainer::Save() const {
   return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
 }
 
-// The keys are in every file: never change one.
 void vnContainer::InternalWrite(BagWriter& writer) const {
-  writer.Add("K", key_);
-  writer.Add("L", label_);
-  writer.Add("D", description_);
-  figure_.Save(writer, "F",
-               [](vnFigure& figure, BagWriter& nested) { figure.InternalWrite(nested); });
+  schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
 void vnContainer::InternalLoad(const KeptText& text, const Text& key) {
-  bag::BagReader reader(text);
-  key_ = key.empty() ? reader.GetText("K") : key;
-  label_ = reader.GetText("L");
-  description_ = reader.GetText("D");
-  figure_.Reset(reader.GetKept("F"));
+  schema::ReadObject<Schema>(text, *this, *this, key);
 }
 
 void vnContainer::InternalCopyFrom(vnContainer& other) {
-  label_ = other.label_;
-  description_ = other.description_;
+  schema::CopyValues<Schema>(other, *this);
   Figure()->InternalCopyFrom(*other.Figure());
 }
 
 const automation::ClassInfo& vnContainer::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnContainer>(
       "vnContainer", "A named group on the chart.",
       {0x4FCAC881, 0x5158, 0x485D, {0x98, 0xA5, 0xDA, 0xA4, 0x49, 0x67, 0x0C, 0x4F}},
       {0x811BE168, 0x243A, 0x4308, {0x81, 0xD0, 0x0E, 0x22, 0x88, 0x9F, 0x77, 0xA9}},
-      {
-          get<&vnContainer::Document>("Document"),
-          putref<&vnContainer::SetDocument>("Document", "poDocument"),
-          put<&vnContainer::SetKey>("Key", "psKey"),
-          get<&vnContainer::Key>("Key"),
-          get<&vnContainer::Label>("Label"),
-          put<&vnContainer::SetLabel>("Label", "psLabel"),
-          get<&vnContainer::Description>("Description"),
-          put<&vnContainer::SetDescription>("Description", "psDescription"),
-          get<&vnContainer::Figure>("Figure"),
-          method<&vnContainer::Load>("Load", "psLoad", optional("psKey", u"")),
-          method<&vnContainer::Save>("Save"),
-      });
+      Schema::kRows);
   return info;
 }
 
@@ -120,10 +122,10 @@ void vnContainers::SetContainer(vnContainer* poContainer) { container_ = poConta
 
 void vnContainers::Add(vnContainer* poContainer) {
   if (poContainer == nullptr || !AddUnderOwnKey(*poContainer)) return;
-  vnDocument* const document = InternalDocument();
-  if (document == nullptr) return;
-  poContainer->InternalSetDocument(document);
-  document->InternalContainerAdded(*poContainer);
+  Scope* const scope = InternalScope();
+  if (scope == nullptr) return;
+  poContainer->InternalSetDocument(InternalDocument());
+  scope->Report<&DocumentListener::ContainerAdded>(*poContainer);
 }
 
 void vnContainers::Remove(const Variant& pvRef) {
@@ -131,7 +133,8 @@ void vnContainers::Remove(const Variant& pvRef) {
   if (!container) return;
   const Ref<vnContainers> self(this);
   // Hosts that are told still find the container here.
-  if (vnDocument* document = InternalDocument()) document->InternalContainerRemoved(*container);
+  if (Scope* scope = InternalScope())
+    scope->Report<&DocumentListener::ContainerRemoved>(*container);
   store_.RemoveMember(*container);
 }
 
@@ -144,18 +147,20 @@ void vnContainers::InternalLoad(const KeptText& text) {
 void vnContainers::InternalLoadQuietly(const KeptText& text) { ReadMembersQuietly(text); }
 
 const automation::ClassInfo& vnContainers::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnContainers>(
       "vnContainers", "The containers of a document.",
       {0xD6615E44, 0xE39B, 0x4689, {0x96, 0x7D, 0x11, 0x1E, 0xA2, 0x84, 0x13, 0xC9}},
       {0xC870A382, 0x1FFA, 0x4E70, {0xBB, 0x77, 0x32, 0x7F, 0xDD, 0x6A, 0x86, 0x35}},
-      {
-          get<&vnContainers::Container>("Container"),
-          putref<&vnContainers::SetContainer>("Container", "poContainer"),
-          get<&vnContainers::Document>("Document"),
-          get<&vnContainers::Item>("Item", by_reference{"pvIndexKey"}),
-          get<&vnContainers::Count>("Count"),
-          get<&vnContainers::NewEnum>("NewEnum"),
+      std::tuple{
+          property<&vnContainers::Container, &vnContainers::SetContainer>("Container",
+                                                                          "poContainer")
+              .not_content("leads back to the owner"),
+          property<&vnContainers::Document>("Document").not_content("leads back to the root"),
+          property<&vnContainers::Item>("Item", by_reference{"pvIndexKey"}),
+          property<&vnContainers::Count>("Count").not_content("the members themselves are read"),
+          property<&vnContainers::NewEnum>("NewEnum").not_content(
+              "the members themselves are read"),
           method<&vnContainers::Add>("Add", "poContainer"),
           method<&vnContainers::Remove>("Remove", "pvRef"),
           method<&vnContainers::RemoveAll>("RemoveAll"),

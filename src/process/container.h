@@ -51,6 +51,7 @@ class vnContainer : public Member {
   void InternalCopyFrom(vnContainer& other);
 
  private:
+  struct Schema;
   void ReportChange();
 
   Text key_;

@@ -74,7 +74,7 @@ TEST(Container, ACopyHasTheFigureButNotTheKey) {
 
 TEST(Containers, AddAndRemoveReportAndLeaveStepsAlone) {
   const auto document = Make<vnDocument>();
-  vnContainers& containers = document->InternalContainers();
+  vnContainers& containers = *document->ContainerCollection();
   const Ref<vnStep> step = document->NewStep();
   step->SetContainerKey(u"k");
   testing::RecordingListener listener(*document);
@@ -103,7 +103,7 @@ TEST(Containers, AreSavedByKeyAndComeBackWithoutAReport) {
 
   const auto document = Make<vnDocument>();
   testing::RecordingListener listener(*document);
-  vnContainers& loaded = document->InternalContainers();
+  vnContainers& loaded = *document->ContainerCollection();
   loaded.InternalLoadQuietly(Kept(saved));
   EXPECT_EQ(listener.Take(), Lines{});
   EXPECT_EQ(SavedText(loaded), saved);

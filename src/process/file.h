@@ -15,8 +15,7 @@ class vnFile : public Attachment {
   void SetDocID(int32_t plDocID) { doc_id_ = plDocID; }
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalReport(vnDocument& document, EnumVantrelChangeEvent type,
-                      int32_t detail_id) override;
+  void InternalReport(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) override;
   void InternalWrite(bag::BagWriter& writer) const;
   void InternalLoad(const bag::KeptText& text, const Text& key);
   // Everything but the key and the owners. Reports nothing.

@@ -1,9 +1,10 @@
 #include "process/jump.h"
 
-#include "automation/describe.h"
 #include "automation/error.h"
+#include "document/document.h"
 #include "platform/file_system.h"
 #include "process/steps.h"
+#include "schema/rows.h"
 
 namespace vndoc6 {
 
@@ -13,8 +14,8 @@ using bag::KeptText;
 
 // --- vnJump ---
 
-void vnJump::InternalReport(vnDocument& document, EnumVantrelChangeEvent type, int32_t detail_id) {
-  document.InternalStepJumpChange(*this, type, detail_id);
+void vnJump::InternalReport(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) {
+  scope.Report<&DocumentListener::StepJumpChange>(*this, type, detail_id);
 }
 
 Ref<vnDocument> vnJump::JumpDocument() {
@@ -74,24 +75,22 @@ void vnJump::InternalCopyFrom(const vnJump& other) {
 }
 
 const automation::ClassInfo& vnJump::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnJump>(
       "vnJump", "A step's reference to another document.",
       {0x0002501F, 0xB9BD, 0x40E5, {0xBF, 0xF4, 0x99, 0xEB, 0xC4, 0x33, 0x22, 0x15}},
       {0x48B2F5CB, 0x2291, 0x4876, {0x95, 0xD6, 0xD6, 0x7F, 0x2C, 0xA7, 0x91, 0xF3}},
-      {
-          get<&vnJump::Document>("Document"),
-          get<&vnJump::Step>("Step"),
-          putref<&vnJump::SetStep>("Step", "poStep"),
+      std::tuple{
+          property<&vnJump::Document>("Document").not_content("leads back to the root"),
+          property<&vnJump::Step, &vnJump::SetStep>("Step", "poStep")
+              .not_content("leads back to the owner"),
           put<&vnJump::SetKey>("Key", "psKey"),
-          get<&vnJump::Key>("Key"),
-          get<&vnJump::DisplayName>("DisplayName"),
-          put<&vnJump::SetDisplayName>("DisplayName", "psDisplayName"),
-          get<&vnJump::FileName>("FileName"),
-          put<&vnJump::SetFileName>("FileName", "psFileName"),
-          get<&vnJump::JumpDocument>("JumpDocument"),
-          get<&vnJump::ProcessID>("ProcessID"),
-          put<&vnJump::SetProcessID>("ProcessID", "plProcessID"),
+          property<&vnJump::Key>("Key"),
+          property<&vnJump::DisplayName, &vnJump::SetDisplayName>("DisplayName", "psDisplayName"),
+          property<&vnJump::FileName, &vnJump::SetFileName>("FileName", "psFileName"),
+          property<&vnJump::JumpDocument>("JumpDocument")
+              .not_content("another document; FileName tells which"),
+          property<&vnJump::ProcessID, &vnJump::SetProcessID>("ProcessID", "plProcessID"),
       });
   return info;
 }
@@ -99,23 +98,21 @@ const automation::ClassInfo& vnJump::classInfo() {
 // --- vnJumps ---
 
 vnJumps::vnJumps()
-    : AttachmentList("J", [](vnDocument& document) -> AttachmentList<vnJump>& {
-        return document.InternalJumps();
-      }) {}
+    : AttachmentList("J", [](Scope& scope) -> AttachmentList<vnJump>& { return scope.Jumps(); }) {}
 
 const automation::ClassInfo& vnJumps::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnJumps>(
       "vnJumps", "The jumps of a step, or all those of a document.",
       {0xA71FE668, 0x728D, 0x4E77, {0x81, 0x36, 0xAD, 0x35, 0x6D, 0x3F, 0x45, 0x4B}},
       {0xFCC79117, 0xD14F, 0x4B1C, {0xB4, 0x00, 0x97, 0x3A, 0x56, 0xDE, 0x5F, 0x90}},
-      {
-          get<&vnJumps::Step>("Step"),
-          putref<&vnJumps::SetStep>("Step", "poStep"),
-          get<&vnJumps::Document>("Document"),
-          get<&vnJumps::Item>("Item", by_reference{"pvIndexKey"}),
-          get<&vnJumps::Count>("Count"),
-          get<&vnJumps::NewEnum>("NewEnum"),
+      std::tuple{
+          property<&vnJumps::Step, &vnJumps::SetStep>("Step", "poStep")
+              .not_content("leads back to the owner"),
+          property<&vnJumps::Document>("Document").not_content("leads back to the root"),
+          property<&vnJumps::Item>("Item", by_reference{"pvIndexKey"}),
+          property<&vnJumps::Count>("Count").not_content("the members themselves are read"),
+          property<&vnJumps::NewEnum>("NewEnum").not_content("the members themselves are read"),
           method<&vnJumps::Add>("Add", "poJump"),
           method<&vnJumps::Remove>("Remove", "pvRef"),
           method<&vnJumps::RemoveAll>("RemoveAll"),

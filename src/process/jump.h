@@ -21,8 +21,7 @@ class vnJump : public Attachment {
   void SetProcessID(int32_t plProcessID) { process_id_ = plProcessID; }
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalReport(vnDocument& document, EnumVantrelChangeEvent type,
-                      int32_t detail_id) override;
+  void InternalReport(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) override;
   void InternalWrite(bag::BagWriter& writer) const;
   void InternalLoad(const bag::KeptText& text, const Text& key);
   // Everything but the key, the owners and the opened document. Reports nothing.

@@ -1,4 +1,5 @@
 #include "process/jump.h"
+#include "document/document.h"
 
 #include <gtest/gtest.h>
 

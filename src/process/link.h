@@ -25,17 +25,21 @@ class vnLink : public Member {
   // The key in its collection; empty until the link is added to one or loaded.
   const vndoc6::Text& Key() const { return key_; }
   // What is written at the link's line.
-  const vndoc6::Text& Text();
-  void SetText(const vndoc6::Text& psText);
+  const vndoc6::Text& Text() { return values().text; }
+  void SetText(const vndoc6::Text& psText) { values().text = psText; }
   // What users see when they point at the link's line.
-  const vndoc6::Text& Tooltip();
-  void SetTooltip(const vndoc6::Text& psTooltip);
+  const vndoc6::Text& Tooltip() { return values().tooltip; }
+  void SetTooltip(const vndoc6::Text& psTooltip) { values().tooltip = psTooltip; }
   // The key of the step that the link leaves. Nobody checks that there is such a step.
-  const vndoc6::Text& OriginStepKey();
-  void SetOriginStepKey(const vndoc6::Text& psOriginStepKey);
+  const vndoc6::Text& OriginStepKey() { return values().origin_step_key; }
+  void SetOriginStepKey(const vndoc6::Text& psOriginStepKey) {
+    values().origin_step_key = psOriginStepKey;
+  }
   // The key of the step that the link leads to. Nobody checks that there is such a step.
-  const vndoc6::Text& DestinationStepKey();
-  void SetDestinationStepKey(const vndoc6::Text& psDestinationStepKey);
+  const vndoc6::Text& DestinationStepKey() { return values().destination_step_key; }
+  void SetDestinationStepKey(const vndoc6::Text& psDestinationStepKey) {
+    values().destination_step_key = psDestinationStepKey;
+  }
   // The connector that draws the link; built on the first read.
   automation::Ref<vnLine> Line();
   void SetLine(vnLine* poLine);
@@ -43,8 +47,10 @@ class vnLink : public Member {
   automation::Ref<vnConditions> Conditions();
   void SetConditions(vnConditions* poConditions);
   // Free text, in the host's language; independent of Conditions.
-  const vndoc6::Text& ConditionExpression();
-  void SetConditionExpression(const vndoc6::Text& psConditionExpression);
+  const vndoc6::Text& ConditionExpression() { return values().condition_expression; }
+  void SetConditionExpression(const vndoc6::Text& psConditionExpression) {
+    values().condition_expression = psConditionExpression;
+  }
 
   // The link's serialised text.
   vndoc6::Text Save();
@@ -65,12 +71,16 @@ class vnLink : public Member {
   void InternalLoad(const bag::KeptText& text, const vndoc6::Text& key);
 
  private:
+  struct Schema;
+  struct Values {
+    vndoc6::Text text, tooltip, origin_step_key, destination_step_key, condition_expression;
+  };
   struct Content;
   // Everything but the key, read from the text on first use: most links of a document that is
   // loaded are saved again unread.
   Content& content();
-  static void ReadContent(const bag::KeptText& text, Content& content);
-  bool CopyUnread(bag::BagWriter& writer) const;
+  void ReadContent(const bag::KeptText& text, Content& content);
+  Values& values();
 
   vndoc6::Text key_;
   bag::KeptText unread_;

@@ -7,7 +7,9 @@
 
 #include "automation/error.h"
 #include "bag/bag_part.h"
+#include "bag/row_text.h"
 #include "core/detail_id.h"
+#include "core/scope.h"
 #include "document/document.h"
 #include "fields/fields.h"
 #include "platform/keys.h"
@@ -22,20 +24,12 @@ using automation::Ref;
 using bag::KeptText;
 using bag::Lazy;
 
-namespace {
-
-// Reported as step changes. The numbers are those of vndTop and vndWidth: hosts tell them from
-// figure changes by knowing that a step has neither.
-constexpr int32_t kDescriptionDetail = 2;
-constexpr int32_t kContainerKeyDetail = 3;
-
-}  // namespace
-
 vnStep::vnStep() = default;
 vnStep::~vnStep() = default;
 
 void vnStep::ReportChange(int32_t detail_id) {
-  if (vnDocument* document = InternalDocument()) document->InternalStepChange(*this, detail_id);
+  if (Scope* scope = InternalScope())
+    scope->Report<&DocumentListener::StepChange>(*this, detail_id);
 }
 
 // --- Owners ---
@@ -52,16 +46,12 @@ void vnStep::SetContainer(vnContainer* poContainer) {
 void vnStep::InternalSetDocument(vnDocument* document) {
   Member::InternalSetDocument(document);
   if (!content_) return;
-  const auto hand_on = [document](auto* built) {
-    if (built != nullptr) built->InternalSetDocument(document);
-  };
-  hand_on(content_->files.built());
-  hand_on(content_->jumps.built());
-  hand_on(content_->performed_by.built());
-  hand_on(content_->figure.built());
-  hand_on(content_->conditions.built());
-  hand_on(content_->tasks.built());
-  hand_on(content_->links.get());
+  schema::ForEachPart<Schema>(*content_, [document](auto& part) {
+    if constexpr (requires { part.built()->InternalSetDocument(document); }) {
+      if (part.built() != nullptr) part.built()->InternalSetDocument(document);
+    }
+  });
+  if (content_->links) content_->links->InternalSetDocument(document);
 }
 
 vnSteps* vnStep::InternalStepsOwner() const { return owner_.get(); }
@@ -69,53 +59,17 @@ void vnStep::InternalSetStepsOwner(vnSteps* owner) { owner_ = owner; }
 
 // --- Plain values ---
 
-Text vnStep::Label() { return content().label; }
-void vnStep::SetLabel(const Text& psLabel) {
-  if (content().label == psLabel) return;
-  content().label = psLabel;
-  ReportChange(vndLabel);
-}
+vnStep::Values& vnStep::values() { return content(); }
 
-Text vnStep::Description() { return content().description; }
-void vnStep::SetDescription(const Text& psDescription) {
-  if (content().description == psDescription) return;
-  content().description = psDescription;
-  ReportChange(kDescriptionDetail);
+template <class T>
+void vnStep::Put(T Values::*member, const T& value) {
+  if (const int32_t detail_id = schema::Store<Schema>(values(), member, value)) {
+    ReportChange(detail_id);
+  }
 }
-
-Text vnStep::ContainerKey() { return content().container_key; }
-void vnStep::SetContainerKey(const Text& psContainerKey) {
-  content().container_key = psContainerKey;
-  // Reported on every put, equal or not: hosts redraw the group on it.
-  ReportChange(kContainerKeyDetail);
-}
-
-Text vnStep::Instructions() { return content().instructions; }
-void vnStep::SetInstructions(const Text& psInstructions) {
-  content().instructions = psInstructions;
-}
-int32_t vnStep::AssignType() { return content().assign_type; }
-void vnStep::SetAssignType(int32_t plAssignType) { content().assign_type = plAssignType; }
-int32_t vnStep::AssignTo() { return content().assign_to; }
-void vnStep::SetAssignTo(int32_t plAssignTo) { content().assign_to = plAssignTo; }
-int32_t vnStep::Table() { return content().table; }
-void vnStep::SetTable(int32_t plTable) { content().table = plTable; }
-Text vnStep::Form() { return content().form; }
-void vnStep::SetForm(const Text& psForm) { content().form = psForm; }
-int32_t vnStep::DueDateType() { return content().due_date_type; }
-void vnStep::SetDueDateType(int32_t plDueDateType) { content().due_date_type = plDueDateType; }
-Text vnStep::Duration() { return content().duration; }
-void vnStep::SetDuration(const Text& psDuration) { content().duration = psDuration; }
-bool vnStep::AutoComplete() { return content().auto_complete; }
-void vnStep::SetAutoComplete(bool pbAutoComplete) { content().auto_complete = pbAutoComplete; }
-Text vnStep::ConditionExpression() { return content().condition_expression; }
-void vnStep::SetConditionExpression(const Text& psConditionExpression) {
-  content().condition_expression = psConditionExpression;
-}
-int32_t vnStep::ContinueStyle() { return content().continue_style; }
-void vnStep::SetContinueStyle(int32_t plContinueStyle) {
-  content().continue_style = plContinueStyle;
-}
+template void vnStep::Put(bool Values::*, const bool&);
+template void vnStep::Put(int32_t Values::*, const int32_t&);
+template void vnStep::Put(Text Values::*, const Text&);
 
 // --- Parts ---
 

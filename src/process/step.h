@@ -43,15 +43,15 @@ class vnStep : public Member {
   // The key in the document; empty until the step is added to a collection or loaded.
   const Text& Key() const { return key_; }
   // The short name shown in the figure. Setting it reports vndLabel when it changes.
-  Text Label();
-  void SetLabel(const Text& psLabel);
+  Text Label() { return values().label; }
+  void SetLabel(const Text& psLabel) { Put(&Values::label, psLabel); }
   // What is done in the step, at length. Setting it reports 2 as a step change when it changes.
-  Text Description();
-  void SetDescription(const Text& psDescription);
+  Text Description() { return values().description; }
+  void SetDescription(const Text& psDescription) { Put(&Values::description, psDescription); }
   // The key of the container that the step belongs to; empty for none. Setting it reports 3 as a
   // step change, changed or not.
-  Text ContainerKey();
-  void SetContainerKey(const Text& psContainerKey);
+  Text ContainerKey() { return values().container_key; }
+  void SetContainerKey(const Text& psContainerKey) { Put(&Values::container_key, psContainerKey); }
 
   // The step's number; 0 when it has none yet, -1 when it was taken out of the numbering. Setting
   // it moves the other steps of the collection: the number is brought into the range there is, the
@@ -92,35 +92,37 @@ class vnStep : public Member {
 
   // How the step is performed; free text. Setting it reports nothing, as for the plain values that
   // follow.
-  Text Instructions();
-  void SetInstructions(const Text& psInstructions);
+  Text Instructions() { return values().instructions; }
+  void SetInstructions(const Text& psInstructions) { Put(&Values::instructions, psInstructions); }
   // A code of the host's for the kind of assignment; 0 by default.
-  int32_t AssignType();
-  void SetAssignType(int32_t plAssignType);
+  int32_t AssignType() { return values().assign_type; }
+  void SetAssignType(int32_t plAssignType) { Put(&Values::assign_type, plAssignType); }
   // A number of the host's for whom the step is assigned to; 0 by default.
-  int32_t AssignTo();
-  void SetAssignTo(int32_t plAssignTo);
+  int32_t AssignTo() { return values().assign_to; }
+  void SetAssignTo(int32_t plAssignTo) { Put(&Values::assign_to, plAssignTo); }
   // A number of the host's for the table with the step's data; 0 by default.
-  int32_t Table();
-  void SetTable(int32_t plTable);
+  int32_t Table() { return values().table; }
+  void SetTable(int32_t plTable) { Put(&Values::table, plTable); }
   // The name of the host's form for the step.
-  Text Form();
-  void SetForm(const Text& psForm);
+  Text Form() { return values().form; }
+  void SetForm(const Text& psForm) { Put(&Values::form, psForm); }
   // A code of the host's for how the due date is found; 0 by default.
-  int32_t DueDateType();
-  void SetDueDateType(int32_t plDueDateType);
+  int32_t DueDateType() { return values().due_date_type; }
+  void SetDueDateType(int32_t plDueDateType) { Put(&Values::due_date_type, plDueDateType); }
   // How long the step takes, as text.
-  Text Duration();
-  void SetDuration(const Text& psDuration);
+  Text Duration() { return values().duration; }
+  void SetDuration(const Text& psDuration) { Put(&Values::duration, psDuration); }
   // Whether the host completes the step by itself; False by default.
-  bool AutoComplete();
-  void SetAutoComplete(bool pbAutoComplete);
+  bool AutoComplete() { return values().auto_complete; }
+  void SetAutoComplete(bool pbAutoComplete) { Put(&Values::auto_complete, pbAutoComplete); }
   // A condition in the host's language; free text, independent of Conditions.
-  Text ConditionExpression();
-  void SetConditionExpression(const Text& psConditionExpression);
+  Text ConditionExpression() { return values().condition_expression; }
+  void SetConditionExpression(const Text& psConditionExpression) {
+    Put(&Values::condition_expression, psConditionExpression);
+  }
   // A code of the host's for how the procedure goes on; 0 by default.
-  int32_t ContinueStyle();
-  void SetContinueStyle(int32_t plContinueStyle);
+  int32_t ContinueStyle() { return values().continue_style; }
+  void SetContinueStyle(int32_t plContinueStyle) { Put(&Values::continue_style, plContinueStyle); }
 
   // The step's serialised text. Removes dependencies on steps that are gone, for good.
   Text Save();
@@ -167,16 +169,28 @@ class vnStep : public Member {
   void InternalCopyFrom(vnStep& source);
 
  private:
+  struct Schema;
+  // The plain values.
+  struct Values {
+    Text label, description, container_key, instructions, form, duration, condition_expression;
+    int32_t assign_type = 0;
+    int32_t assign_to = 0;
+    int32_t table = 0;
+    int32_t due_date_type = 0;
+    int32_t continue_style = 0;
+    bool auto_complete = false;
+  };
   struct Content;
   // A part, built on the first read.
   template <class T>
   automation::Ref<T> Part(bag::Lazy<T>& part);
   // Everything but the key and the number, read from the text on first use.
   Content& content();
+  Values& values();
+  template <class T>
+  void Put(T Values::*member, const T& value);
   void ReadContent(const bag::KeptText& text, Content& content);
-  void WriteContent(bag::BagWriter& writer, Content& content);
   void InternalCopyTitlesFrom(vnStep& source);
-  bool CopyUnread(bag::BagWriter& writer) const;
   void PruneDependencies(Content& content);
   void ReportChange(int32_t detail_id);
   void TakeOutOfNumbering();

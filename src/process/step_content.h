@@ -2,9 +2,14 @@
 // For the sources of vnStep only.
 #pragma once
 
+#include <string_view>
+#include <tuple>
+
 #include "bag/lazy.h"
 #include "bag/properties.h"
 #include "chart/figure.h"
+#include "core/detail_id.h"
+#include "document/document.h"
 #include "process/condition.h"
 #include "process/container.h"
 #include "process/file.h"
@@ -13,18 +18,17 @@
 #include "process/step.h"
 #include "process/task.h"
 #include "process/task_order.h"
+#include "schema/rows.h"
 #include "titles/title_ref.h"
 
 namespace vndoc6 {
 
-struct vnStep::Content {
-  Text label, description, container_key, instructions, form, duration, condition_expression;
-  int32_t assign_type = 0;
-  int32_t assign_to = 0;
-  int32_t table = 0;
-  int32_t due_date_type = 0;
-  int32_t continue_style = 0;
-  bool auto_complete = false;
+// Reported as step changes. The numbers are those of vndTop and vndWidth: hosts tell them from
+// figure changes by knowing that a step has neither.
+inline constexpr int32_t kDescriptionDetail = 2;
+inline constexpr int32_t kContainerKeyDetail = 3;
+
+struct vnStep::Content : Values {
   bag::Lazy<vnTitleRefs> performed_by;
   bag::Lazy<vnFiles> files;
   bag::Lazy<vnJumps> jumps;
@@ -38,6 +42,85 @@ struct vnStep::Content {
   automation::Owned<vnLinks> links;
   automation::Owned<vnContainer> container;
   TaskOrderIndex task_order;
+};
+
+// What is known of the step's members.
+struct vnStep::Schema {
+  static constexpr auto kRows = [] {
+    using namespace schema;
+    return std::tuple{
+
+        property<&vnStep::Container, &vnStep::SetContainer>("Container", "poContainer")
+            .not_content("leads back to the owner"),
+        property<&vnStep::Document, &vnStep::SetDocument>("Document", "poDocument")
+            .not_content("leads back to the root"),
+        property<&vnStep::Figure>("Figure").field(&Content::figure, "Fig"),
+        property<&vnStep::Key>("Key").identity(&vnStep::key_, "K"),
+        property<&vnStep::Label, &vnStep::SetLabel>("Label", "psLabel")
+            .field(&Values::label, "L")
+            .reports(vndLabel, kWhenChanged),
+        property<&vnStep::Description, &vnStep::SetDescription>("Description", "psDescription")
+            .field(&Values::description, "D")
+            .reports(kDescriptionDetail, kWhenChanged),
+
+        // Reported on every put, equal or not: hosts redraw the group on it.
+        property<&vnStep::ContainerKey, &vnStep::SetContainerKey>("ContainerKey", "psContainerKey")
+            .field(&Values::container_key, "CK")
+            .reports(kContainerKeyDetail),
+        property<&vnStep::StepIndex, &vnStep::SetStepIndex>("StepIndex", "plStepIndex")
+            .field(&vnStep::step_index_, "SI")
+            .departs(kReadAtOnce),
+        property<&vnStep::Conditions, &vnStep::SetConditions>("Conditions", "poConditions")
+            .field(&Content::conditions, "C"),
+        property<&vnStep::GetProperties, &vnStep::SetProperties>("Properties", "poProperties")
+            .field(&Content::properties, "P"),
+        property<&vnStep::Tasks, &vnStep::SetTasks>("Tasks", "poTasks").field(&Content::tasks, "T"),
+        property<&vnStep::Files>("Files").field(&Content::files, "FL"),
+        property<&vnStep::Jumps>("Jumps").field(&Content::jumps, "J"),
+        property<&vnStep::Links>("Links").not_content(
+            "a working list of what stands in the document's links"),
+        property<&vnStep::PerformedBy>("PerformedBy").field(&Content::performed_by, "PB"),
+        property<&vnStep::Fields>("Fields").field(&Content::fields, "Fd"),
+        property<&vnStep::Instructions, &vnStep::SetInstructions>("Instructions", "psInstructions")
+            .field(&Values::instructions, "INS"),
+        property<&vnStep::AssignType, &vnStep::SetAssignType>("AssignType", "plAssignType")
+            .field(&Values::assign_type, "AT"),
+        property<&vnStep::AssignTo, &vnStep::SetAssignTo>("AssignTo", "plAssignTo")
+            .field(&Values::assign_to, "ATo"),
+        property<&vnStep::Table, &vnStep::SetTable>("Table", "plTable")
+            .field(&Values::table, "TBL"),
+        property<&vnStep::Form, &vnStep::SetForm>("Form", "psForm").field(&Values::form, "F"),
+        property<&vnStep::DueDateType, &vnStep::SetDueDateType>("DueDateType", "plDueDateType")
+            .field(&Values::due_date_type, "DDT"),
+        property<&vnStep::Duration, &vnStep::SetDuration>("Duration", "psDuration")
+            .field(&Values::duration, "DUR"),
+        property<&vnStep::AutoComplete, &vnStep::SetAutoComplete>("AutoComplete", "pbAutoComplete")
+            .field(&Values::auto_complete, "AC"),
+        property<&vnStep::Attachments, &vnStep::SetAttachments>("Attachments", "poAttachments")
+            .field(&Content::attachments, "Attach"),
+        property<&vnStep::ConditionExpression, &vnStep::SetConditionExpression>(
+            "ConditionExpression", "psConditionExpression")
+            .field(&Values::condition_expression, "CE"),
+        property<&vnStep::Dependancies>("Dependancies")
+            .field(&Content::dependancies, "DP")
+            .departs(kOnlyWhenThere),
+        method<&vnStep::Save>("Save"),
+        method<&vnStep::Load>("Load", "psLoad", optional("psKey", u"")),
+        method<&vnStep::NewCondition>("NewCondition", "psDisplayName", "psCondition"),
+        method<&vnStep::RemoveCondition>("RemoveCondition", "psKey"),
+        method<&vnStep::NewTask>("NewTask"),
+        method<&vnStep::RemoveTask>("RemoveTask", "psKey"),
+        method<&vnStep::AddLink>("AddLink", "poLink"),
+        property<&vnStep::ContinueStyle, &vnStep::SetContinueStyle>("ContinueStyle",
+                                                                    "plContinueStyle")
+            .field(&Values::continue_style, "CS"),
+
+    };
+  }();
+  // In every file: never change it.
+  static constexpr std::string_view kFileOrder[] = {
+      "PB", "D",   "L",  "SI", "K",  "CK", "INS", "AT", "ATo",    "TBL", "F",  "DDT", "DUR",
+      "AC", "Fig", "FL", "J",  "Fd", "C",  "P",   "T",  "Attach", "CE",  "DP", "CS"};
 };
 
 }  // namespace vndoc6

@@ -3,8 +3,9 @@
 #include <limits>
 #include <new>
 
-#include "automation/describe.h"
+#include "core/scope.h"
 #include "document/document.h"
+#include "schema/rows.h"
 
 namespace vndoc6 {
 
@@ -29,8 +30,9 @@ void vnSteps::Add(vnStep* poStep) {
   const Ref<vnSteps> self(this);
   if (step->Key().empty()) step->InternalSetKey(platform::NewKey());
   if (step->InternalStepsOwner() == nullptr) step->InternalSetStepsOwner(this);
-  vnDocument* const document = InternalDocument();
-  if (step->InternalDocument() == nullptr && document != nullptr) step->SetDocument(document);
+  if (step->InternalDocument() == nullptr && InternalDocument() != nullptr) {
+    step->SetDocument(InternalDocument());
+  }
   if (store_.Find(TextView(step->Key())) != nullptr) return;
   if (step->StepIndex() == 0) {
     const int32_t last = LastIndex();
@@ -41,7 +43,7 @@ void vnSteps::Add(vnStep* poStep) {
   if (!store_.Add(step->Key(), *step)) return;
   if (step->InternalStepsOwner() != this) untracked_ = true;
   if (numbers_) UpdateNumbers([&] { numbers_->Add(step->StepIndex(), *step); });
-  if (vnDocument* owner = InternalDocument()) owner->InternalStepAdded(*step);
+  if (Scope* scope = InternalScope()) scope->Report<&DocumentListener::StepAdded>(*step);
 }
 
 void vnSteps::Remove(const Variant& pvRef) {
@@ -52,7 +54,7 @@ void vnSteps::Remove(const Variant& pvRef) {
   // The renumbering ran handlers: positions may have moved, so the step itself is looked for.
   if (!store_.RemoveMember(*step)) return;
   if (numbers_) numbers_->Remove(step->StepIndex(), *step);
-  if (vnDocument* document = InternalDocument()) document->InternalStepRemoved(*step);
+  if (Scope* scope = InternalScope()) scope->Report<&DocumentListener::StepRemoved>(*step);
 }
 
 void vnSteps::RemoveAll() {
@@ -119,22 +121,22 @@ void vnSteps::InternalLoad(const bag::KeptText& text) {
 }
 
 const automation::ClassInfo& vnSteps::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnSteps>(
       "vnSteps", "The steps of a document.",
       {0x5C2E4B10, 0x7A6D, 0x4E55, {0xB1, 0x3C, 0x0E, 0x8B, 0x42, 0x9D, 0x61, 0x10}},
       {0x5C2E4B11, 0x7A6D, 0x4E55, {0xB1, 0x3C, 0x0E, 0x8B, 0x42, 0x9D, 0x61, 0x11}},
-      {
-          get<&vnSteps::Document>("Document"),
-          get<&vnSteps::Item>("Item", by_reference{"pvIndexKey"}),
-          get<&vnSteps::Count>("Count"),
-          get<&vnSteps::NewEnum>("NewEnum"),
+      std::tuple{
+          property<&vnSteps::Document>("Document").not_content("leads back to the root"),
+          property<&vnSteps::Item>("Item", by_reference{"pvIndexKey"}),
+          property<&vnSteps::Count>("Count").not_content("the members themselves are read"),
+          property<&vnSteps::NewEnum>("NewEnum").not_content("the members themselves are read"),
           method<&vnSteps::Add>("Add", "poStep"),
           method<&vnSteps::Remove>("Remove", "pvRef"),
           method<&vnSteps::RemoveAll>("RemoveAll"),
-          get<&vnSteps::LastIndex>("LastIndex"),
-          get<&vnSteps::ItemByStepIndex>("ItemByStepIndex", "plStepIndex"),
-          get<&vnSteps::ItemByStepKey>("ItemByStepKey", "psKey"),
+          property<&vnSteps::LastIndex>("LastIndex").not_content("follows from the steps"),
+          property<&vnSteps::ItemByStepIndex>("ItemByStepIndex", "plStepIndex"),
+          property<&vnSteps::ItemByStepKey>("ItemByStepKey", "psKey"),
       });
   return info;
 }

@@ -153,7 +153,7 @@ TEST(Steps, AStepThatIsLoadedAgainIsFoundUnderItsNewKeyAndNumber) {
 TEST(Steps, TextRoundTripsAndNumbersStayAsTheyAre) {
   const auto text_of = [](vnDocument& document) {
     return bag::BagTextOf(
-        [&](bag::BagWriter& writer) { document.InternalSteps().InternalWrite(writer); });
+        [&](bag::BagWriter& writer) { document.Steps()->InternalWrite(writer); });
   };
   const auto document = WithSteps(0);
   EXPECT_EQ(text_of(*document), u"");
@@ -161,7 +161,7 @@ TEST(Steps, TextRoundTripsAndNumbersStayAsTheyAre) {
     document->Steps()->Add(KeyedStep(key, 3).get());
   }
   const auto loaded = Make<vnDocument>();
-  loaded->InternalSteps().InternalLoad(bag::KeptText(text_of(*document)));
+  loaded->Steps()->InternalLoad(bag::KeptText(text_of(*document)));
   EXPECT_EQ(Numbering(*loaded), "3one 3t:w\"o=^ 3three");
   EXPECT_EQ(text_of(*loaded), text_of(*document));
 }

@@ -24,17 +24,17 @@ class vnTask : public StepMember {
   void SetDescription(const Text& psDescription) { description_ = psDescription; }
   // A code of the host's for the kind of task. Setting it reports vndTaskType, changed or not.
   int32_t TaskType() const { return task_type_; }
-  void SetTaskType(int32_t plTaskType);
+  void SetTaskType(int32_t plTaskType) { Put(&vnTask::task_type_, plTaskType); }
   // A code of the host's for the module that does the task. Setting it reports vndModuleType,
   // changed or not.
   int32_t ModuleType() const { return module_type_; }
-  void SetModuleType(int32_t plModuleType);
+  void SetModuleType(int32_t plModuleType) { Put(&vnTask::module_type_, plModuleType); }
   // The task's place among the step's tasks. Setting it moves no other task and reports nothing.
   int32_t TaskOrder() const { return task_order_; }
   void SetTaskOrder(int32_t plTaskOrder) { task_order_ = plTaskOrder; }
   // Data of the host's for the task. Setting it reports vndTaskData, changed or not.
   const Text& TaskData() const { return task_data_; }
-  void SetTaskData(const Text& psTaskData);
+  void SetTaskData(const Text& psTaskData) { Put(&vnTask::task_data_, psTaskData); }
 
   // The task's serialised text.
   Text Save() const;
@@ -50,6 +50,9 @@ class vnTask : public StepMember {
   void InternalCopyFrom(const vnTask& other);
 
  private:
+  struct Schema;
+  template <class T>
+  void Put(T vnTask::*member, const T& value);
   void ReportChange(int32_t detail_id);
 
   Text key_;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "automation/describe.h"
 #include "bag/properties.h"
 #include "chart/chart.h"
 #include "chart/figure.h"
@@ -22,6 +21,7 @@
 #include "process/link.h"
 #include "process/steps.h"
 #include "process/task.h"
+#include "schema/signature.h"
 #include "templates/template.h"
 #include "templates/template_library.h"
 #include "titles/title_ref.h"

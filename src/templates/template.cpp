@@ -1,6 +1,6 @@
 #include "templates/template.h"
 
-#include "automation/describe.h"
+#include "schema/rows.h"
 #include "templates/tag_text.h"
 #include "templates/template_library.h"
 
@@ -133,47 +133,48 @@ void vnTemplates::InternalLoad(const bag::KeptText& text) {
 }
 
 const automation::ClassInfo& vnTemplate::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnTemplate>(
       "vnTemplate", "A text that hosts reuse.",
       {0x80396AD9, 0xB21D, 0x422E, {0x95, 0xE8, 0x75, 0x80, 0xEA, 0x9C, 0x33, 0xAF}},
       {0x090C5AEE, 0x8C7E, 0x407C, {0xB5, 0x25, 0x25, 0xE0, 0x0C, 0x44, 0x7F, 0x27}},
-      {
-          get<&vnTemplate::TemplateLibrary>("TemplateLibrary"),
-          get<&vnTemplate::ID>("ID"),
-          put<&vnTemplate::SetID>("ID", "plID"),
-          get<&vnTemplate::Key>("Key"),
-          get<&vnTemplate::DisplayName>("DisplayName"),
-          put<&vnTemplate::SetDisplayName>("DisplayName", "psDisplayName"),
-          get<&vnTemplate::Description>("Description"),
-          put<&vnTemplate::SetDescription>("Description", "psDescription"),
-          get<&vnTemplate::Value>("Value"),
-          put<&vnTemplate::SetValue>("Value", "psValue"),
-          get<&vnTemplate::TagVariant>("TagVariant"),
-          put<&vnTemplate::SetTagVariant>("TagVariant", "pvTagVariant"),
+      std::tuple{
+          property<&vnTemplate::TemplateLibrary>("TemplateLibrary")
+              .not_content("leads back to the root"),
+          property<&vnTemplate::ID, &vnTemplate::SetID>("ID", "plID"),
+          property<&vnTemplate::Key>("Key"),
+          property<&vnTemplate::DisplayName, &vnTemplate::SetDisplayName>("DisplayName",
+                                                                          "psDisplayName"),
+          property<&vnTemplate::Description, &vnTemplate::SetDescription>("Description",
+                                                                          "psDescription"),
+          property<&vnTemplate::Value, &vnTemplate::SetValue>("Value", "psValue"),
+          property<&vnTemplate::TagVariant, &vnTemplate::SetTagVariant>("TagVariant",
+                                                                        "pvTagVariant"),
           putref<&vnTemplate::SetTagVariant>("TagVariant", "pvTagVariant"),
-          get<&vnTemplate::TagProcessorValue>("TagProcessorValue"),
-          get<&vnTemplate::Templates>("Templates"),
+          property<&vnTemplate::TagProcessorValue>("TagProcessorValue")
+              .not_content("follows from Value"),
+          property<&vnTemplate::Templates>("Templates").not_content("leads back to the owner"),
       });
   return info;
 }
 
 const automation::ClassInfo& vnTemplates::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnTemplates>(
       "vnTemplates", "A numbered list of templates in a template library.",
       {0xE1B2BE9C, 0x3AF7, 0x4714, {0xA8, 0x31, 0xE0, 0x86, 0x08, 0xB0, 0xE5, 0x83}},
       {0x84ADD16A, 0x9A81, 0x4FD6, {0xB8, 0xF6, 0x6A, 0x5E, 0x15, 0x59, 0x26, 0x1F}},
-      {
-          get<&vnTemplates::TemplateLibrary>("TemplateLibrary"),
-          get<&vnTemplates::Item>("Item", by_reference{"pvIndexKey"}),
-          get<&vnTemplates::Count>("Count"),
-          get<&vnTemplates::NewEnum>("NewEnum"),
+      std::tuple{
+          property<&vnTemplates::TemplateLibrary>("TemplateLibrary")
+              .not_content("leads back to the root"),
+          property<&vnTemplates::Item>("Item", by_reference{"pvIndexKey"}),
+          property<&vnTemplates::Count>("Count").not_content("the members themselves are read"),
+          property<&vnTemplates::NewEnum>("NewEnum").not_content("the members themselves are read"),
           method<&vnTemplates::Add>("Add", "poTemplate"),
           method<&vnTemplates::Remove>("Remove", "pvRef"),
           method<&vnTemplates::RemoveAll>("RemoveAll"),
           method<&vnTemplates::NewItem>("NewItem", optional("psDisplayName", u"New Item")),
-          get<&vnTemplates::ListName>("ListName"),
+          property<&vnTemplates::ListName>("ListName"),
       });
   return info;
 }

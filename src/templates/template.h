@@ -8,7 +8,7 @@
 #include "bag/bag_writer.h"
 #include "bag/kept_text.h"
 #include "collections/numbered_collection.h"
-#include "document/document_events.h"
+#include "core/document_events.h"
 
 namespace vndoc6 {
 

@@ -4,12 +4,11 @@
 #include <iterator>
 #include <utility>
 
-#include "automation/describe.h"
 #include "automation/scoped_value.h"
-#include "automation/sink_forwarders.h"
 #include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
 #include "platform/file_system.h"
+#include "schema/rows.h"
 
 namespace vndoc6 {
 namespace {
@@ -18,23 +17,6 @@ using Listener = TemplateLibraryListener;
 
 // Why a load or save was refused. Published: never change one.
 enum FailCode : int32_t { kNotRefused = 0, kNoFileName = 1, kHasFile = 2, kNoSuchFile = 3 };
-
-struct ListInfo {
-  const char* file_key;  // in every library file: never change one
-  const char16_t* name;
-  void (Listener::*change)(vnTemplate&, EnumVantrelChangeEvent, int32_t);
-  int16_t loading_percent;  // when the list is loaded; 0: that is not told
-  int16_t saving_percent;
-};
-
-// In the order of the library's lists.
-constexpr ListInfo kLists[] = {
-    {"ReportTemplates", u"rpt", &Listener::ReportTemplateChange, 40, 30},
-    {"FigureTemplates", u"fig", &Listener::FigureTemplateChange, 70, 60},
-    {"RevisionTemplates", u"rev", &Listener::RevisionTemplateChange, 80, 70},
-    {"FileTemplates", u"fil", &Listener::FileTemplateChange, 90, 80},
-    {"JumpTemplates", u"jmp", &Listener::JumpTemplateChange, 0, 90},
-};
 
 bool IsWellFormed(const bag::KeptText& text) {
   bag::BagScanner scanner(text);
@@ -55,6 +37,28 @@ bag::KeptText ReadLibraryFile(const Text& file_name) {
 
 }  // namespace
 
+struct vnTemplateLibrary::ListInfo {
+  const char* file_key;  // in every library file: never change one
+  const char16_t* name;
+  void (vnTemplateLibrary::*raise_change)(vnTemplate&, EnumVantrelChangeEvent, int32_t);
+  int16_t loading_percent;  // when the list is loaded; 0: that is not told
+  int16_t saving_percent;
+};
+
+// In the order of the library's lists.
+constexpr vnTemplateLibrary::ListInfo vnTemplateLibrary::kLists[] = {
+    {"ReportTemplates", u"rpt", &vnTemplateLibrary::RaiseChange<&Listener::ReportTemplateChange>,
+     40, 30},
+    {"FigureTemplates", u"fig", &vnTemplateLibrary::RaiseChange<&Listener::FigureTemplateChange>,
+     70, 60},
+    {"RevisionTemplates", u"rev",
+     &vnTemplateLibrary::RaiseChange<&Listener::RevisionTemplateChange>, 80, 70},
+    {"FileTemplates", u"fil", &vnTemplateLibrary::RaiseChange<&Listener::FileTemplateChange>, 90,
+     80},
+    {"JumpTemplates", u"jmp", &vnTemplateLibrary::RaiseChange<&Listener::JumpTemplateChange>, 0,
+     90},
+};
+
 vnTemplateLibrary::vnTemplateLibrary() {
   static_assert(std::size(kLists) == kListCount);
   for (size_t i = 0; i < kListCount; ++i) {
@@ -67,32 +71,32 @@ vnTemplateLibrary::vnTemplateLibrary() {
 vnTemplateLibrary::~vnTemplateLibrary() = default;
 
 // What is told may let go of the library.
-template <class Event, class... Args>
-void vnTemplateLibrary::Raise(Event event, Args&&... args) {
+template <auto kEvent, class... Args>
+void vnTemplateLibrary::Raise(Args... args) {
   if (listeners_.empty()) return;
   const automation::Ref<vnTemplateLibrary> self(this);
-  listeners_.ForEach([&](Listener& listener) { (listener.*event)(args...); });
+  listeners_.template Raise<kEvent>(args...);
 }
 
-void vnTemplateLibrary::Connect(automation::EventSink* sink) {
-  automation::ConnectSink(*sink, forwarders_, listeners_);
-}
-
-void vnTemplateLibrary::Disconnect(automation::EventSink* sink) {
-  automation::DisconnectSink(sink, forwarders_, listeners_);
+template <auto kEvent>
+void vnTemplateLibrary::RaiseChange(vnTemplate& changed, EnumVantrelChangeEvent type,
+                                    int32_t detail_id) {
+  if (listeners_.empty()) return;
+  const automation::Ref<vnTemplateLibrary> self(this);
+  listeners_.template Raise<kEvent>(changed, type, detail_id);
 }
 
 bool vnTemplateLibrary::Load(const Text& psFileName) {
   const automation::Ref<vnTemplateLibrary> self(this);
   if (const int32_t refusal = LoadRefusal(psFileName)) {
-    Raise(&Listener::LoadFailed, refusal);
+    Raise<&Listener::LoadFailed>(refusal);
     return false;
   }
   const bag::KeptText text = ReadLibraryFile(psFileName);
   file_name_ = psFileName;
   LoadLists(text);
-  Raise(&Listener::Loading, int16_t{100});
-  Raise(&Listener::LoadComplete);
+  Raise<&Listener::Loading>(int16_t{100});
+  Raise<&Listener::LoadComplete>();
   return true;
 }
 
@@ -105,18 +109,18 @@ int32_t vnTemplateLibrary::LoadRefusal(const Text& file_name) const {
 void vnTemplateLibrary::LoadLists(const bag::KeptText& text) {
   const automation::ScopedValue events(change_events_, change_events_loading_, true);
   bag::BagReader reader(text);
-  Raise(&Listener::Loading, int16_t{10});
+  Raise<&Listener::Loading>(int16_t{10});
   for (size_t i = 0; i < kListCount; ++i) {
     lists_[i]->InternalLoad(reader.GetKept(kLists[i].file_key));
     const int16_t percent = kLists[i].loading_percent;
-    if (percent > 0) Raise(&Listener::Loading, percent);
+    if (percent > 0) Raise<&Listener::Loading>(percent);
   }
 }
 
 bool vnTemplateLibrary::Save() {
   const automation::Ref<vnTemplateLibrary> self(this);
   if (file_name_.empty()) {
-    Raise(&Listener::SaveFailed, int32_t{kNoFileName});
+    Raise<&Listener::SaveFailed>(int32_t{kNoFileName});
     return false;
   }
   WriteFile(u"vnTemplateLibrary.Save");
@@ -126,7 +130,7 @@ bool vnTemplateLibrary::Save() {
 bool vnTemplateLibrary::SaveAs(const Text& psFileName) {
   const automation::Ref<vnTemplateLibrary> self(this);
   if (psFileName.empty()) {
-    Raise(&Listener::SaveFailed, int32_t{kNoFileName});
+    Raise<&Listener::SaveFailed>(int32_t{kNoFileName});
     return false;
   }
   const Text previous = std::exchange(file_name_, psFileName);
@@ -146,13 +150,13 @@ void vnTemplateLibrary::WriteFile(const char16_t* source) {
   for (size_t i = 0; i < kListCount; ++i) {
     writer.AddNested(kLists[i].file_key,
                      [&](bag::BagWriter& nested) { lists_[i]->InternalWrite(nested); });
-    Raise(&Listener::Saving, kLists[i].saving_percent);
+    Raise<&Listener::Saving>(kLists[i].saving_percent);
   }
   if (!platform::ReplaceFileWith(file_name, bytes)) {
     throw automation::Error(automation::kPathFileAccess, {}, source);
   }
-  Raise(&Listener::Saving, int16_t{100});
-  Raise(&Listener::SaveComplete);
+  Raise<&Listener::Saving>(int16_t{100});
+  Raise<&Listener::SaveComplete>();
 }
 
 automation::Ref<vnTemplate> vnTemplateLibrary::GetTemplateByKey(const Text& psKey) const {
@@ -170,28 +174,29 @@ void vnTemplateLibrary::InternalTemplateChange(vnTemplate& changed, EnumVantrelC
   const auto found = std::find_if(std::begin(kLists), std::end(kLists), [&](const ListInfo& info) {
     return list && list->ListName() == info.name;
   });
-  if (found != std::end(kLists)) Raise(found->change, changed, type, detail_id);
+  if (found != std::end(kLists)) (this->*found->raise_change)(changed, type, detail_id);
 }
 
 const automation::ClassInfo& vnTemplateLibrary::classInfo() {
-  using namespace automation;
+  using namespace schema;
   using Library = vnTemplateLibrary;
   static const ClassInfo info = describe<Library>(
       "vnTemplateLibrary", "Texts that hosts reuse, in five lists, with a file of their own.",
       {0x43D589CD, 0xF2B5, 0x4EE5, {0xA1, 0x97, 0x69, 0xE3, 0xA9, 0x8F, 0x5A, 0xFA}},
       {0xC55099DB, 0x960B, 0x46C3, {0x91, 0xEF, 0x7E, 0xB5, 0x80, 0xD0, 0x53, 0xFD}},
-      {
+      std::tuple{
           method<&Library::Save>("Save"),
           method<&Library::SaveAs>("SaveAs", "psFileName"),
           method<&Library::Load>("Load", "psFileName"),
-          get<&Library::FileName>("FileName"),
-          get<&Library::ReportTemplates>("ReportTemplates"),
-          get<&Library::ChangeEventsLoading>("ChangeEventsLoading"),
-          put<&Library::SetChangeEventsLoading>("ChangeEventsLoading", "pbChangeEventsLoading"),
-          get<&Library::FigureTemplates>("FigureTemplates"),
-          get<&Library::RevisionTemplates>("RevisionTemplates"),
-          get<&Library::FileTemplates>("FileTemplates"),
-          get<&Library::JumpTemplates>("JumpTemplates"),
+          property<&Library::FileName>("FileName").not_content("where the library lies"),
+          property<&Library::ReportTemplates>("ReportTemplates"),
+          property<&Library::ChangeEventsLoading, &Library::SetChangeEventsLoading>(
+              "ChangeEventsLoading", "pbChangeEventsLoading")
+              .not_content("a setting of the host's"),
+          property<&Library::FigureTemplates>("FigureTemplates"),
+          property<&Library::RevisionTemplates>("RevisionTemplates"),
+          property<&Library::FileTemplates>("FileTemplates"),
+          property<&Library::JumpTemplates>("JumpTemplates"),
           method<&Library::GetTemplateByKey>("GetTemplateByKey", "psKey"),
       });
   return info;

@@ -3,14 +3,12 @@
 #pragma once
 
 #include <array>
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "automation/event_info.h"
-#include "automation/listeners.h"
 #include "automation/object.h"
 #include "bag/kept_text.h"
+#include "schema/event_list.h"
 #include "templates/template.h"
 #include "templates/template_library_events.h"
 
@@ -61,8 +59,8 @@ class vnTemplateLibrary : public automation::Object, public automation::EventSou
   void RemoveListener(TemplateLibraryListener* listener) { listeners_.Remove(listener); }
   // Late-bound sinks.
   const automation::EventInterfaceInfo& Events() const override { return TemplateLibraryEvents(); }
-  void Connect(automation::EventSink* sink) override;
-  void Disconnect(automation::EventSink* sink) override;
+  void Connect(automation::EventSink* sink) override { listeners_.Connect(sink); }
+  void Disconnect(automation::EventSink* sink) override { listeners_.Disconnect(sink); }
 
   // --- Inside the library; hosts have no use for these. ---
   // Raises the change event of the template's list, unless change events are off.
@@ -75,11 +73,15 @@ class vnTemplateLibrary : public automation::Object, public automation::EventSou
   int32_t LoadRefusal(const Text& file_name) const;
   void LoadLists(const bag::KeptText& text);
   void WriteFile(const char16_t* source);
-  template <class Event, class... Args>
-  void Raise(Event event, Args&&... args);
+  struct ListInfo;
+  static const ListInfo kLists[kListCount];
+  template <auto kEvent, class... Args>
+  void Raise(Args... args);
+  // The change event of one list.
+  template <auto kEvent>
+  void RaiseChange(vnTemplate& changed, EnumVantrelChangeEvent type, int32_t detail_id);
 
-  automation::ListenerList<TemplateLibraryListener> listeners_;
-  std::vector<std::unique_ptr<TemplateLibraryEventForwarder>> forwarders_;
+  schema::EventList<TemplateLibraryListener, &TemplateLibraryEvents> listeners_;
   std::array<automation::Owned<vnTemplates>, kListCount> lists_;
   Text file_name_;
   bool change_events_loading_ = false;

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "automation/event_info.h"
-#include "document/document_events.h"
+#include "core/document_events.h"
 
 namespace vndoc6 {
 
@@ -50,32 +50,5 @@ class TemplateLibraryListener {
 
 // The published event interface __vnTemplateLibrary.
 const automation::EventInterfaceInfo& TemplateLibraryEvents();
-
-// Hands every event of a library on to a sink as data.
-class TemplateLibraryEventForwarder final : public TemplateLibraryListener {
- public:
-  explicit TemplateLibraryEventForwarder(automation::EventSink& sink) : sink_(sink) {}
-  const automation::EventSink* sink() const { return &sink_; }
-
-  void Loading(int16_t eiPercent) override;
-  void LoadComplete() override;
-  void LoadFailed(int32_t elFailCode) override;
-  void Saving(int16_t eiPercent) override;
-  void SaveComplete() override;
-  void SaveFailed(int32_t elFailCode) override;
-  void ReportTemplateChange(vnTemplate& eoTemplate, EnumVantrelChangeEvent elEventType,
-                            int32_t elDetailID) override;
-  void FigureTemplateChange(vnTemplate& eoTemplate, EnumVantrelChangeEvent elEventType,
-                            int32_t elDetailID) override;
-  void RevisionTemplateChange(vnTemplate& eoTemplate, EnumVantrelChangeEvent elEventType,
-                              int32_t elDetailID) override;
-  void FileTemplateChange(vnTemplate& eoTemplate, EnumVantrelChangeEvent elEventType,
-                          int32_t elDetailID) override;
-  void JumpTemplateChange(vnTemplate& eoTemplate, EnumVantrelChangeEvent elEventType,
-                          int32_t elDetailID) override;
-
- private:
-  automation::EventSink& sink_;
-};
 
 }  // namespace vndoc6

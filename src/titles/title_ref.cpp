@@ -1,8 +1,9 @@
 #include "titles/title_ref.h"
 
-#include "automation/describe.h"
 #include "bag/levelled_text.h"
+#include "core/scope.h"
 #include "document/document.h"
+#include "schema/rows.h"
 #include "titles/titles.h"
 
 namespace vndoc6 {
@@ -18,8 +19,8 @@ bool HasFormAsText(const Variant& value) {
 }  // namespace
 
 automation::Ref<vnTitles> vnTitleRef::DocumentTitles() const {
-  const automation::Ref<vnDocument> document = Document();
-  return document ? document->Titles() : nullptr;
+  Scope* const scope = InternalScope();
+  return scope != nullptr ? &scope->Titles() : nullptr;
 }
 
 void vnTitleRef::SetRef(const Text& psRef) {
@@ -67,8 +68,8 @@ void vnTitleRef::InternalLoad(const bag::KeptText& text, const Text& /*key*/) {
 }
 
 bool vnTitleRefs::UsingHandler() const {
-  const vnDocument* const document = InternalDocument();
-  return document != nullptr && document->InternalTitles().UsingHandler();
+  Scope* const scope = InternalScope();
+  return scope != nullptr && scope->Titles().UsingHandler();
 }
 
 automation::Ref<vnTitleRef> vnTitleRefs::Add(const Variant& pvRef) {
@@ -108,34 +109,33 @@ void vnTitleRefs::InternalLoad(const bag::KeptText& text) {
 }
 
 const automation::ClassInfo& vnTitleRef::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnTitleRef>(
       "vnTitleRef", "A reference to a title of the document, or a free text in its place.",
       {0xD8F8D0BA, 0x3482, 0x428B, {0x95, 0xF8, 0xD5, 0x07, 0x48, 0x1E, 0x35, 0x58}},
       {0x64573ADF, 0x1E72, 0x48A1, {0x94, 0x84, 0xF2, 0xF5, 0x40, 0x0E, 0x86, 0x38}},
-      {
-          get<&vnTitleRef::Document>("Document"),
-          get<&vnTitleRef::Ref>("Ref"),
-          put<&vnTitleRef::SetRef>("Ref", "psRef"),
-          get<&vnTitleRef::DisplayNameCache>("DisplayNameCache"),
-          get<&vnTitleRef::DisplayName>("DisplayName"),
-          put<&vnTitleRef::SetDisplayName>("DisplayName", "psDisplayName"),
+      std::tuple{
+          property<&vnTitleRef::Document>("Document").not_content("leads back to the root"),
+          property<&vnTitleRef::Ref, &vnTitleRef::SetRef>("Ref", "psRef"),
+          property<&vnTitleRef::DisplayNameCache>("DisplayNameCache"),
+          property<&vnTitleRef::DisplayName, &vnTitleRef::SetDisplayName>("DisplayName",
+                                                                          "psDisplayName"),
           method<&vnTitleRef::Clear>("Clear"),
       });
   return info;
 }
 
 const automation::ClassInfo& vnTitleRefs::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnTitleRefs>(
       "vnTitleRefs", "Who performs or approves something: references to titles.",
       {0x2D68BD7C, 0xFD15, 0x4AB6, {0x97, 0x42, 0xA8, 0x33, 0x72, 0x06, 0x96, 0x2E}},
       {0x7C840E48, 0x212E, 0x43DF, {0x80, 0x49, 0x03, 0x31, 0x3A, 0xF0, 0x83, 0x04}},
-      {
-          get<&vnTitleRefs::Document>("Document"),
-          get<&vnTitleRefs::Item>("Item", by_reference{"pvIndexKey"}),
-          get<&vnTitleRefs::Count>("Count"),
-          get<&vnTitleRefs::NewEnum>("NewEnum"),
+      std::tuple{
+          property<&vnTitleRefs::Document>("Document").not_content("leads back to the root"),
+          property<&vnTitleRefs::Item>("Item", by_reference{"pvIndexKey"}),
+          property<&vnTitleRefs::Count>("Count").not_content("the members themselves are read"),
+          property<&vnTitleRefs::NewEnum>("NewEnum").not_content("the members themselves are read"),
           method<&vnTitleRefs::RemoveAll>("RemoveAll"),
           method<&vnTitleRefs::Add>("Add", "pvRef"),
       });

@@ -1,11 +1,12 @@
 #include "titles/titles.h"
 
-#include "automation/describe.h"
 #include "automation/late_bound.h"
 #include "automation/scoped_value.h"
 #include "automation/services.h"
 #include "bag/properties.h"
+#include "core/scope.h"
 #include "document/document.h"
+#include "schema/rows.h"
 #include "titles/title_ref.h"
 
 namespace vndoc6 {
@@ -92,8 +93,8 @@ automation::Ref<vnTitleRefs> vnTitles::TitleRefsObj() const {
 }
 
 Text vnTitles::HandlerName() const {
-  const automation::Ref<vnDocument> document = Document();
-  const automation::Ref<Properties> settings = document ? document->GetProperties() : nullptr;
+  Scope* const scope = InternalScope();
+  const automation::Ref<Properties> settings = scope != nullptr ? scope->Settings() : nullptr;
   if (!settings) return {};
   const Variant name = settings->Value(kHandlerProperty, Variant(u""));
   const Text* const text = name.If<Text>();
@@ -122,9 +123,9 @@ void vnTitles::Consult() {
   const automation::ScopedValue consulting(consulting_, true, false);
   store_.Clear();
   handler_loaded_ = false;
-  const automation::Ref<vnDocument> document = Document();
+  Scope* const scope = InternalScope();
   try {
-    tried_ = document == nullptr || LoadFromHandler(*document);
+    tried_ = scope == nullptr || LoadFromHandler(*scope);
   } catch (const automation::Error&) {
     // The handler can't be created, or fails. What it added stays.
     tried_ = true;
@@ -132,66 +133,63 @@ void vnTitles::Consult() {
 }
 
 // False when the handler has to wait for a database.
-bool vnTitles::LoadFromHandler(vnDocument& document) {
+bool vnTitles::LoadFromHandler(Scope& scope) {
+  const automation::Ref<automation::Object> document = scope.Root();
   Text name = HandlerName();
   if (name.empty()) return true;
   if (IsRetired(name)) {
     name = kStandardHandler;
-    document.GetProperties()->SetValue(kHandlerProperty, Variant(name));
+    scope.Settings()->SetValue(kHandlerProperty, Variant(name));
   }
   const automation::Ref<automation::Object> handler = automation::CreateObject(name);
-  if (!document.Database() && RequiresDirect(*handler)) return false;
-  automation::Put(*handler, u"Document", {Variant(automation::Ref<vnDocument>(&document))});
+  if (!scope.Database() && RequiresDirect(*handler)) return false;
+  automation::Put(*handler, u"Document", {Variant(document)});
   if (RequiresDirect(*handler)) {
-    automation::Put(*handler, u"Database", {Variant(document.Database())});
+    automation::Put(*handler, u"Database", {Variant(scope.Database())});
   }
   handler_loaded_ = automation::Call(*handler, u"LoadTitles").ToLong() == 0;
   return true;
 }
 
 const automation::ClassInfo& vnTitle::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnTitle>(
       "vnTitle", "A role, person or group that steps and details refer to.",
       {0xADFCB9B1, 0xA195, 0x40AF, {0x84, 0x8D, 0x0E, 0x61, 0xC2, 0xCF, 0x69, 0x68}},
       {0x1DF373E2, 0x642A, 0x4E6D, {0x94, 0x4B, 0x30, 0x0F, 0x99, 0xEE, 0x56, 0xA2}},
-      {
-          get<&vnTitle::Document>("Document"),
-          get<&vnTitle::ID>("ID"),
-          put<&vnTitle::SetID>("ID", "plID"),
-          get<&vnTitle::DisplayName>("DisplayName"),
-          put<&vnTitle::SetDisplayName>("DisplayName", "psDisplayName"),
-          get<&vnTitle::Description>("Description"),
-          put<&vnTitle::SetDescription>("Description", "psDescription"),
-          get<&vnTitle::Titles>("Titles"),
-          get<&vnTitle::Ref>("Ref"),
-          put<&vnTitle::SetRef>("Ref", "psRef"),
+      std::tuple{
+          property<&vnTitle::Document>("Document").not_content("leads back to the root"),
+          property<&vnTitle::ID, &vnTitle::SetID>("ID", "plID"),
+          property<&vnTitle::DisplayName, &vnTitle::SetDisplayName>("DisplayName", "psDisplayName"),
+          property<&vnTitle::Description, &vnTitle::SetDescription>("Description", "psDescription"),
+          property<&vnTitle::Titles>("Titles").not_content("leads back to the owner"),
+          property<&vnTitle::Ref, &vnTitle::SetRef>("Ref", "psRef"),
       });
   return info;
 }
 
 const automation::ClassInfo& vnTitles::classInfo() {
-  using namespace automation;
+  using namespace schema;
   static const ClassInfo info = describe<vnTitles>(
       "vnTitles", "The titles of a document, read from a title handler when they are first needed.",
       {0x644BB7EE, 0x6765, 0x478A, {0xBB, 0x5B, 0x9F, 0x80, 0x70, 0x4D, 0x5A, 0xB2}},
       {0xBF9A60A7, 0x079E, 0x4D50, {0xBB, 0x27, 0xD0, 0x36, 0x23, 0xF8, 0x39, 0xA8}},
-      {
-          get<&vnTitles::Document>("Document"),
-          get<&vnTitles::Item>("Item", by_reference{"pvIndexKey"}),
-          get<&vnTitles::Count>("Count"),
-          get<&vnTitles::NewEnum>("NewEnum"),
+      std::tuple{
+          property<&vnTitles::Document>("Document").not_content("leads back to the root"),
+          property<&vnTitles::Item>("Item", by_reference{"pvIndexKey"}),
+          property<&vnTitles::Count>("Count").not_content("the members themselves are read"),
+          property<&vnTitles::NewEnum>("NewEnum").not_content("the members themselves are read"),
           method<&vnTitles::Remove>("Remove", "pvRef"),
           method<&vnTitles::RemoveAll>("RemoveAll"),
           method<&vnTitles::AddTitle>("AddTitle", "plID", "psReference", "psDisplayName",
                                       optional("psDescription", u"")),
-          get<&vnTitles::GetProperties>("Properties"),
-          get<&vnTitles::HandlerAvailable>("HandlerAvailable"),
-          get<&vnTitles::UsingHandler>("UsingHandler"),
+          property<&vnTitles::GetProperties>("Properties"),
+          property<&vnTitles::HandlerAvailable>("HandlerAvailable"),
+          property<&vnTitles::UsingHandler>("UsingHandler"),
           method<&vnTitles::Reset>("Reset"),
-          hidden(get<&vnTitles::TitleRefsObj>("TitleRefsObj")),
-          get<&vnTitles::HandlerName>("HandlerName"),
-          get<&vnTitles::HandlerRequiresDirect>("HandlerRequiresDirect"),
+          property<&vnTitles::TitleRefsObj>("TitleRefsObj").hidden(),
+          property<&vnTitles::HandlerName>("HandlerName"),
+          property<&vnTitles::HandlerRequiresDirect>("HandlerRequiresDirect"),
       });
   return info;
 }

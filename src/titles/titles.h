@@ -120,7 +120,7 @@ class vnTitles : public Member {
   // list afterwards holds on to this.
   automation::Ref<vnTitles> Consulted();
   void Consult();
-  bool LoadFromHandler(vnDocument& document);
+  bool LoadFromHandler(Scope& scope);
 
   KeyedStore<vnTitle> store_;
   automation::Owned<Properties> properties_;

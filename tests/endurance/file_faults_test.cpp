@@ -1,5 +1,6 @@
 // Saves on a disk that fails or loses its power at every call in turn.
 #include <gtest/gtest.h>
+#include <cstring>
 
 #include <cerrno>
 #include <sstream>

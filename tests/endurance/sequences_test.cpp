@@ -481,13 +481,13 @@ void Sequence::AddContainer(Subject& subject) {
   container->SetKey(plain.key);
   container->SetLabel(plain.label);
   subject.plain.containers.push_back(plain);
-  subject.document->InternalContainers().Add(container.get());
+  subject.document->ContainerCollection()->Add(container.get());
 }
 
 void Sequence::CopyContainer(Subject& subject) {
   PlainContainer* const plain = Any(subject.plain.containers);
   if (plain == nullptr || subject.plain.containers.size() > 5) return;
-  const Ref<vnContainers> containers(&subject.document->InternalContainers());
+  const Ref<vnContainers> containers(subject.document->ContainerCollection());
   const Ref<vnContainer> copy =
       subject.document->CopyContainer(containers->Item(Variant(plain->key)).get());
   const Text label = plain->label;
@@ -498,7 +498,7 @@ void Sequence::RemoveContainer(Subject& subject) {
   auto& containers = subject.plain.containers;
   if (containers.empty()) return;
   const size_t at = Pick(containers.size());
-  subject.document->InternalContainers().Remove(Variant(containers[at].key));
+  subject.document->ContainerCollection()->Remove(Variant(containers[at].key));
   containers.erase(containers.begin() + static_cast<std::ptrdiff_t>(at));
 }
 

@@ -152,7 +152,7 @@ Ref<vnDocument> DocumentToEdit() {
 
 // Every look-up agrees with the order of the collection.
 void ExpectConsistent(vnDocument& document) {
-  vnSteps& steps = document.InternalSteps();
+  vnSteps& steps = *document.Steps();
   for (int32_t i = 1; i <= steps.Count(); ++i) {
     const Ref<vnStep> step = steps.Item(Variant(i));
     EXPECT_EQ(steps.Item(Variant(step->Key())), step);

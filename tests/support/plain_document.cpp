@@ -162,7 +162,7 @@ void CheckStep(Check& check, vnStep& step, const PlainStep& plain) {
 
 std::string PlainDocument::DifferenceFrom(vnDocument& document) const {
   Check check;
-  const auto& real_steps = document.InternalSteps().InternalStore();
+  const auto& real_steps = document.Steps()->InternalStore();
   check.Same("steps", real_steps.size(), steps.size());
   check.Same("last index", document.Steps()->LastIndex(), numbering.Highest());
   for (size_t i = 0; i < steps.size() && !check.failed(); ++i) {
@@ -171,7 +171,7 @@ std::string PlainDocument::DifferenceFrom(vnDocument& document) const {
     CheckStep(check, real_steps[i], steps[i]);
     check.Same("by key", document.Steps()->ItemByStepKey(steps[i].key).get(), &real_steps[i]);
   }
-  const auto& real_links = document.InternalLinks().InternalStore();
+  const auto& real_links = document.Links()->InternalStore();
   check.Same("links", real_links.size(), links.size());
   for (size_t i = 0; i < links.size() && !check.failed(); ++i) {
     check.At("link ", i);
@@ -179,7 +179,7 @@ std::string PlainDocument::DifferenceFrom(vnDocument& document) const {
     check.Same("origin", real_links[i].OriginStepKey(), links[i].origin);
     check.Same("destination", real_links[i].DestinationStepKey(), links[i].destination);
   }
-  const auto& real_containers = document.InternalContainers().InternalStore();
+  const auto& real_containers = document.ContainerCollection()->InternalStore();
   check.Same("containers", real_containers.size(), containers.size());
   for (size_t i = 0; i < containers.size() && !check.failed(); ++i) {
     check.At("container ", i);

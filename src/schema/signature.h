@@ -1,22 +1,9 @@
-// How a class writes its member table:
-//
-//     const ClassInfo& vnTask::classInfo() {
-//       static const ClassInfo info = describe<vnTask>("vnTask", "One unit of work.", {clsid},
-//       {iid},
-//           get<&vnTask::Document>("Document"), putref<&vnTask::SetDocument>("Document",
-//           "poDocument"), get<&vnTask::Name>("Name"), put<&vnTask::SetName>("Name", "psName"),
-//           method<&vnTask::Load>("Load", "psLoad", optional("psKey", u"")));
-//       return info;
-//     }
-//
-// in slot order. Types come from the C++ signatures; order, names, parameter names and defaults
-// from the table. `Item` gets dispatch identifier 0 and `NewEnum` -4 (hidden); every other name is
-// numbered from 1 in the order of its first row, the same for its get, put and putref. Rows must
-// therefore never be reordered, nor one inserted before others that are published.
+// What the signature of a member function publishes: the types that automation knows, and the
+// late-bound call that converts its arguments to them.
 #pragma once
 
-#include <cstring>
-#include <string_view>
+#include <cstddef>
+#include <cstdint>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -26,14 +13,8 @@
 #include "automation/error.h"
 #include "automation/font.h"
 #include "automation/picture.h"
-#include "automation/vtable_entry.h"
 
 namespace vndoc6::automation {
-
-// A Variant parameter that the published interface takes by reference.
-struct by_reference {
-  const char* name;
-};
 
 namespace detail {
 
@@ -216,93 +197,6 @@ struct Signature<Result (Class::*)(Params...)> {
 template <class Class, class Result, class... Params>
 struct Signature<Result (Class::*)(Params...) const> : Signature<Result (Class::*)(Params...)> {};
 
-inline ParameterInfo NamedParameter(const char* name) { return {name, {}, false, {}, false}; }
-inline ParameterInfo NamedParameter(by_reference parameter) {
-  return {parameter.name, {}, false, {}, true};
-}
-inline ParameterInfo NamedParameter(ParameterInfo parameter) { return parameter; }
-
-template <auto kMember, class... Names>
-MemberInfo Row(CallKind kind, const char* name, Names... names) {
-  using Shape = Signature<decltype(kMember)>;
-  static_assert(sizeof...(Names) == Shape::kCount, "every parameter needs its published name");
-  MemberInfo row;
-  row.name = name;
-  row.kind = kind;
-  row.result = Shape::ResultType();
-  row.parameters = Shape::Parameters();
-  [[maybe_unused]] size_t index = 0;
-  [[maybe_unused]] const auto name_next = [&](ParameterInfo named) {
-    named.type = row.parameters[index].type;
-    row.parameters[index++] = std::move(named);
-  };
-  (name_next(NamedParameter(names)), ...);
-  row.thunk = &Shape::template Call<kMember>;
-  row.vtable_entry = VtableEntry<kMember, std::is_same_v<Names, by_reference>...>();
-  return row;
-}
-
-// Numbers the rows as the comment at the top says.
-inline void NumberMembers(std::vector<MemberInfo>& rows) {
-  int32_t next = 1;
-  for (size_t i = 0; i < rows.size(); ++i) {
-    MemberInfo& row = rows[i];
-    const std::string_view name = row.name;
-    if (name == "Item") {
-      row.id = kDefaultMember;
-    } else if (name == "NewEnum") {
-      row.id = kNewEnumMember;
-      row.hidden = true;
-    } else {
-      for (size_t j = 0; j < i && row.id == 0; ++j) {
-        if (rows[j].name == name) row.id = rows[j].id;
-      }
-      if (row.id == 0) row.id = next++;
-    }
-  }
-}
-
-template <class T>
-Ref<Object> CreateDefault() {
-  return Ref<Object>(Make<T>());
-}
-
 }  // namespace detail
-
-// A parameter that a caller may leave out.
-inline ParameterInfo optional(const char* name, Variant default_value) {
-  return {name, {}, true, std::move(default_value), false};
-}
-
-// The kinds of row. A put's parameter names end with the new value's.
-template <auto kMember, class... Names>
-MemberInfo get(const char* name, Names... names) {
-  return detail::Row<kMember>(CallKind::kGet, name, names...);
-}
-template <auto kMember, class... Names>
-MemberInfo put(const char* name, Names... names) {
-  return detail::Row<kMember>(CallKind::kPut, name, names...);
-}
-template <auto kMember, class... Names>
-MemberInfo putref(const char* name, Names... names) {
-  return detail::Row<kMember>(CallKind::kPutRef, name, names...);
-}
-template <auto kMember, class... Names>
-MemberInfo method(const char* name, Names... names) {
-  return detail::Row<kMember>(CallKind::kCall, name, names...);
-}
-
-// A member that object browsers don't show; callable like any other.
-inline MemberInfo hidden(MemberInfo row) {
-  row.hidden = true;
-  return row;
-}
-
-template <class T>
-ClassInfo describe(const char* name, const char* help, Guid class_id, Guid interface_id,
-                   std::vector<MemberInfo> rows) {
-  detail::NumberMembers(rows);
-  return ClassInfo(name, help, class_id, interface_id, &detail::CreateDefault<T>, std::move(rows));
-}
 
 }  // namespace vndoc6::automation

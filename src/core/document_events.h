@@ -96,43 +96,4 @@ class DocumentListener {
 // The published event interface __vnDocument.
 const automation::EventInterfaceInfo& DocumentEvents();
 
-// Hands every event of a document on to a sink as data.
-class DocumentEventForwarder final : public DocumentListener {
- public:
-  explicit DocumentEventForwarder(automation::EventSink& sink) : sink_(sink) {}
-  const automation::EventSink* sink() const { return &sink_; }
-
-  void ContainerAdded(vnContainer& eoContainer) override;
-  void ContainerRemoved(vnContainer& eoContainer) override;
-  void ContainerChange(vnContainer& eoContainer, int32_t elDetailID) override;
-  void FigureChange(vnFigure& eoFigure, int32_t elDetailD) override;
-  void LinkChange(vnLink& eoLink, int32_t elDetailID) override;
-  void StepAdded(vnStep& eoStep) override;
-  void StepRemoved(vnStep& eoStep) override;
-  void StepChange(vnStep& eoStep, int32_t elDetailID) override;
-  void LinkAdded(vnLink& eoLink) override;
-  void LinkRemoved(vnLink& eoLink) override;
-  void ChartChange(vnChart& eoChart, int32_t elDetailID) override;
-  void ConditionChange(vnCondition& eoCondition, int32_t elDetailID) override;
-  void TaskChange(vnTask& eoTask, int32_t elDetailID) override;
-  void DatabaseConnected() override;
-  void Loading(int16_t eiPercent) override;
-  void LoadComplete() override;
-  void LoadFailed(int32_t elFailCode) override;
-  void LoadVersionError(int32_t elFileVersion, float enDocumentVersion,
-                        int32_t elFailCode) override;
-  void Saving(int16_t eiPercent) override;
-  void SaveComplete() override;
-  void SaveFailed(int32_t elFailCode) override;
-  void DetailsChange(vnDetails& eoDetails, int32_t elDetailID) override;
-  void StepJumpChange(vnJump& eoJump, EnumVantrelChangeEvent elEventType,
-                      int32_t elDetailID) override;
-  void StepFileChange(vnFile& eoFile, EnumVantrelChangeEvent elEventType,
-                      int32_t elDetailID) override;
-  void ItemChange(vnItem& eoItem, EnumVantrelChangeEvent elEventType, int32_t elDetailID) override;
-
- private:
-  automation::EventSink& sink_;
-};
-
 }  // namespace vndoc6

@@ -1,0 +1,329 @@
+// A class's rows as the saved text of its objects: writing it, reading it, copying it unread, and
+// copying values from object to object.
+//
+// `Schema` is the class's struct of rows. `Schema::kFileOrder`, where there is one, lists the keys
+// in the order of the file; elsewhere that is the order of the rows. `self` is the object, `values`
+// the struct in which its fields lie; a row's field is in one of the two.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
+#include "bag/lazy.h"
+#include "bag/unchanged_text.h"
+#include "platform/keys.h"
+#include "schema/rows.h"
+
+namespace vndoc6::schema {
+
+namespace detail {
+
+template <class Row>
+constexpr bool kHasEntry = !std::is_same_v<std::remove_cvref_t<decltype(Row::entry)>, NoEntry>;
+template <class T>
+struct IsOwnEntry : std::false_type {};
+template <class Class>
+struct IsOwnEntry<OwnEntry<Class>> : std::true_type {};
+template <class Row>
+constexpr bool kHasField =
+    kHasEntry<Row> && !IsOwnEntry<std::remove_cvref_t<decltype(Row::entry)>>::value;
+template <class T>
+struct IsPart : std::false_type {};
+template <class T>
+struct IsPart<bag::Lazy<T>> : std::true_type {};
+
+template <class Schema>
+using RowsOf = std::remove_cvref_t<decltype(Schema::kRows)>;
+template <class Schema>
+constexpr size_t kRowCount = std::tuple_size_v<RowsOf<Schema>>;
+template <class Schema, size_t kIndex>
+using RowAt = std::tuple_element_t<kIndex, RowsOf<Schema>>;
+
+// Each row's key; empty for one without an entry.
+template <class Schema>
+constexpr auto Keys() {
+  const auto key_of = []<class Row>(const Row& row) -> std::string_view {
+    if constexpr (kHasEntry<Row>) {
+      return row.entry.key;
+    } else {
+      return {};
+    }
+  };
+  return std::apply(
+      [&](const auto&... row) {
+        return std::array<std::string_view, sizeof...(row)>{key_of(row)...};
+      },
+      Schema::kRows);
+}
+
+// The positions of the rows with an entry, in the order of the file. Does not compile when the
+// listed order misses a key or names one that no row has.
+template <class Schema>
+consteval auto FileOrder() {
+  constexpr auto kKeys = Keys<Schema>();
+  constexpr size_t kCount = [&] {
+    size_t count = 0;
+    for (const std::string_view key : kKeys) count += key.empty() ? 0 : 1;
+    return count;
+  }();
+  std::array<size_t, kCount> order{};
+  if constexpr (requires { Schema::kFileOrder; }) {
+    static_assert(std::size(Schema::kFileOrder) == kCount, "the file's order lists every key once");
+    for (size_t i = 0; i < kCount; ++i) {
+      size_t row = 0;
+      while (kKeys[row] != Schema::kFileOrder[i]) ++row;
+      order[i] = row;
+    }
+  } else {
+    size_t next = 0;
+    for (size_t row = 0; row < kKeys.size(); ++row) {
+      if (!kKeys[row].empty()) order[next++] = row;
+    }
+  }
+  return order;
+}
+
+// Calls `visit(row)` for each row with an entry, in the order of the file.
+template <class Schema, class Visit>
+void ForEachEntry(Visit&& visit) {
+  static constexpr auto kOrder = FileOrder<Schema>();
+  [&]<size_t... kIndex>(std::index_sequence<kIndex...>) {
+    (visit(std::get<kOrder[kIndex]>(Schema::kRows)), ...);
+  }
+  (std::make_index_sequence<kOrder.size()>());
+}
+
+// Where a field lies.
+template <class Self, class Values, class Owner, class T>
+auto& Place(Self& self, Values& values, T Owner::*member) {
+  if constexpr (std::is_base_of_v<Owner, std::remove_const_t<Values>>) {
+    return values.*member;
+  } else {
+    return self.*member;
+  }
+}
+
+template <class T>
+void WriteValue(bag::BagWriter& writer, std::string_view key, const T& value) {
+  if constexpr (std::is_enum_v<T>) {
+    writer.Add(key, static_cast<int32_t>(value));
+  } else {
+    writer.Add(key, value);
+  }
+}
+template <class T>
+void WriteValue(bag::BagWriter& writer, std::string_view key, const bag::Lazy<T>& part) {
+  part.Save(writer, key);
+}
+
+inline bool IsThere(const Text& value) { return !value.empty(); }
+template <class T>
+bool IsThere(const bag::Lazy<T>& part) {
+  return part.built() != nullptr;
+}
+
+template <class T, class Missing>
+T ReadValue(bag::BagReader& reader, std::string_view key, const Missing& missing) {
+  if constexpr (std::is_enum_v<T>) {
+    return static_cast<T>(reader.GetLong(key, static_cast<int32_t>(missing)));
+  } else if constexpr (std::is_same_v<T, int32_t>) {
+    return reader.GetLong(key, missing);
+  } else if constexpr (std::is_same_v<T, bool>) {
+    return reader.GetBoolean(key, missing);
+  } else if constexpr (std::is_same_v<T, float>) {
+    return reader.GetSingle(key, missing);
+  } else if constexpr (std::is_same_v<T, automation::Currency>) {
+    return reader.GetCurrency(key, missing);
+  } else if constexpr (std::is_same_v<T, automation::Date>) {
+    return reader.GetDate(key, missing);
+  } else {
+    static_assert(std::is_same_v<T, Text>, "no form in a saved text");
+    return reader.GetText(key, missing);
+  }
+}
+
+template <class Row, class Self, class Values>
+void ReadField(bag::BagReader& reader, const Row& row, Self& self, Values& values) {
+  const auto& entry = row.entry;
+  auto& value = Place(self, values, entry.member);
+  using T = std::remove_cvref_t<decltype(value)>;
+  if constexpr (IsPart<T>::value) {
+    value.Reset(reader.GetKept(entry.read_key));
+  } else if (entry.Is(kMissingKeeps)) {
+    value = ReadValue<T>(reader, entry.read_key, T(value));
+  } else if (entry.Is(kReadByPut)) {
+    if constexpr (std::tuple_size_v<decltype(row.calls)> == 2) {
+      using Put = std::tuple_element_t<1, decltype(row.calls)>;
+      (self.*Put::kMember)(ReadValue<T>(reader, entry.read_key, entry.missing));
+    }
+  } else {
+    value = ReadValue<T>(reader, entry.read_key, entry.missing);
+  }
+}
+
+template <class Member>
+struct TypeOfMember;
+template <class Owner, class T>
+struct TypeOfMember<T Owner::*> {
+  using Type = T;
+};
+
+// The tag of a value in the text, as UnchangedEntries has it.
+template <class T>
+constexpr char TagOf() {
+  if constexpr (std::is_same_v<T, bool>) {
+    return 'b';
+  } else if constexpr (std::is_enum_v<T> || std::is_same_v<T, int32_t>) {
+    return '0';
+  } else if constexpr (std::is_same_v<T, float>) {
+    return 's';
+  } else if constexpr (std::is_same_v<T, automation::Date>) {
+    return 't';
+  } else {
+    static_assert(std::is_same_v<T, Text> || IsPart<T>::value);
+    return '"';
+  }
+}
+
+}  // namespace detail
+
+// Writes every entry.
+template <class Schema, class Self, class Values>
+void WriteEntries(bag::BagWriter& writer, Self& self, Values& values) {
+  detail::ForEachEntry<Schema>([&]<class Row>(const Row& row) {
+    const auto& entry = row.entry;
+    if constexpr (detail::kHasField<Row>) {
+      const auto& value = detail::Place(self, values, entry.member);
+      if (entry.Is(kOnlyWhenThere)) {
+        if constexpr (requires { detail::IsThere(value); }) {
+          if (!detail::IsThere(value)) return;
+        }
+      }
+      if constexpr (std::is_same_v<decltype(value), const Text&>) {
+        if (entry.Is(kFreshWhenEmpty) && value.empty()) {
+          writer.Add(entry.key, platform::NewKey());
+          return;
+        }
+      }
+      detail::WriteValue(writer, entry.key, value);
+    } else {
+      (self.*entry.write)(writer);
+    }
+  });
+}
+
+// Reads every entry, but those that are read at once.
+template <class Schema, class Self, class Values>
+void ReadEntries(bag::BagReader& reader, Self& self, Values& values) {
+  detail::ForEachEntry<Schema>([&]<class Row>(const Row& row) {
+    if constexpr (detail::kHasField<Row>) {
+      if (row.entry.read_key == nullptr || row.entry.Is(kReadAtOnce)) return;
+      detail::ReadField(reader, row, self, values);
+    } else {
+      (self.*row.entry.read)(reader);
+    }
+  });
+}
+
+// Reads the entries that are read at once; a `key` that is not empty takes the identity's place.
+template <class Schema, class Self, class Values>
+void ReadAtOnce(bag::BagReader& reader, Self& self, Values& values, const Text& key) {
+  detail::ForEachEntry<Schema>([&]<class Row>(const Row& row) {
+    if constexpr (detail::kHasField<Row>) {
+      if (!row.entry.Is(kReadAtOnce)) return;
+      auto& value = detail::Place(self, values, row.entry.member);
+      if constexpr (std::is_same_v<decltype(value), Text&>) {
+        if (row.entry.Is(kIdentity) && !key.empty()) {
+          value = key;
+          return;
+        }
+      }
+      detail::ReadField(reader, row, self, values);
+    }
+  });
+}
+
+// Reads a whole object.
+template <class Schema, class Self, class Values>
+void ReadObject(const bag::KeptText& text, Self& self, Values& values, const Text& key) {
+  bag::BagReader reader(text);
+  ReadAtOnce<Schema>(reader, self, values, key);
+  ReadEntries<Schema>(reader, self, values);
+}
+
+// Copies the text of an object that nobody read, if that is what writing it would give: every entry
+// in its place, those that were read at once as they are in the object.
+template <class Schema, class Self>
+bool CopyUnread(const bag::KeptText& text, bag::BagWriter& writer, const Self& self) {
+  bag::UnchangedEntries entries(text);
+  bool unchanged = true;
+  detail::ForEachEntry<Schema>([&]<class Row>(const Row& row) {
+    if constexpr (detail::kHasField<Row>) {
+      using T = typename detail::TypeOfMember<decltype(row.entry.member)>::Type;
+      if (!unchanged || row.entry.Is(kOnlyWhenThere)) return;
+      unchanged = entries.Next(row.entry.key, detail::TagOf<T>());
+      if constexpr (requires { automation::Variant(self.*row.entry.member); }) {
+        if (!row.entry.Is(kReadAtOnce)) return;
+        unchanged = unchanged && entries.ValueIs(automation::Variant(self.*row.entry.member));
+      }
+    }
+  });
+  return unchanged && entries.CopyTo(writer);
+}
+
+// Copies the plain values; parts and identities are the class's business.
+template <class Schema, class Values>
+void CopyValues(const Values& from, Values& to) {
+  detail::ForEachEntry<Schema>([&]<class Row>(const Row& row) {
+    if constexpr (detail::kHasField<Row>) {
+      const auto copy = [&]<class Owner, class T>(T Owner::*member) {
+        if constexpr (std::is_base_of_v<Owner, Values> && !detail::IsPart<T>::value) {
+          if (!row.entry.Is(kIdentity)) to.*member = from.*member;
+        }
+      };
+      copy(row.entry.member);
+    }
+  });
+}
+
+// Calls `visit(part)` for each part, built or not, in the order of the rows.
+template <class Schema, class Values, class Visit>
+void ForEachPart(Values& values, Visit&& visit) {
+  const auto look_at = [&]<class Row>(const Row& row) {
+    if constexpr (detail::kHasField<Row>) {
+      const auto visit_part = [&]<class Owner, class T>(T Owner::*member) {
+        if constexpr (detail::IsPart<T>::value) visit(values.*member);
+      };
+      visit_part(row.entry.member);
+    }
+  };
+  std::apply([&](const auto&... row) { (look_at(row), ...); }, Schema::kRows);
+}
+
+// Stores what a put gives. What is to be reported then, as the field's row says; 0 for nothing.
+template <class Schema, class Values, class Owner, class T>
+int32_t Store(Values& values, T Owner::*member, const T& value) {
+  int32_t detail_id = 0;
+  bool only_when_changed = false;
+  const auto look_at = [&]<class Row>(const Row& row) {
+    if constexpr (detail::kHasField<Row>) {
+      if constexpr (std::is_same_v<T Owner::*, decltype(row.entry.member)>) {
+        if (row.entry.member != member) return;
+        detail_id = row.facts.detail_id;
+        only_when_changed = row.facts.when == kWhenChanged;
+      }
+    }
+  };
+  std::apply([&](const auto&... row) { (look_at(row), ...); }, Schema::kRows);
+  if (only_when_changed && values.*member == value) return 0;
+  values.*member = value;
+  return detail_id;
+}
+
+}  // namespace vndoc6::schema
