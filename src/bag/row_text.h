@@ -124,6 +124,9 @@ void WriteValue(bag::BagWriter& writer, std::string_view key, const bag::Lazy<T>
 
 inline bool IsThere(const Text& value) { return !value.empty(); }
 template <class T>
+requires std::is_arithmetic_v<T>
+bool IsThere(T value) { return value != 0; }
+template <class T>
 bool IsThere(const bag::Lazy<T>& part) {
   return part.built() != nullptr;
 }

@@ -6,7 +6,6 @@
 #include "automation/error.h"
 #include "automation/font.h"
 #include "automation/late_bound.h"
-#include "process/container.h"
 
 namespace vndoc6 {
 
@@ -20,81 +19,8 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::string_view kEveryClass = "*";
-
-// What a host can read that is no content.
-struct LeftOut {
-  std::string_view class_name;
-  std::string_view member;
-  const char* reason;
-};
-constexpr LeftOut kLeftOut[] = {
-    {kEveryClass, "Document", "leads back to the root"},
-    {kEveryClass, "Step", "leads back to the owner"},
-    {kEveryClass, "Link", "leads back to the owner"},
-    {kEveryClass, "Container", "leads back to the owner"},
-    {kEveryClass, "TemplateLibrary", "leads back to the root"},
-    {"vnTitle", "Titles", "leads back to the owner"},
-    {"vnItem", "Items", "leads back to the owner"},
-    {"vnTemplate", "Templates", "leads back to the owner"},
-    {"vnFigure", "IsStep", "what the owner is"},
-    {kEveryClass, "NewEnum", "the members themselves are read"},
-    {kEveryClass, "Count", "the members themselves are read"},
-    {"Properties", "IsEmpty", "the entries themselves are read"},
-    {"Properties", "Text", "the entries themselves are read"},
-    {"Property", "TypeName", "follows from the value"},
-    {"vnSteps", "LastIndex", "follows from the steps"},
-    {"vnTemplate", "TagProcessorValue", "follows from Value"},
-    {"vnDocument", "DocType", "another name of DocumentType"},
-    {"vnStep", "Links", "a working list of what stands in the document's links"},
-    {"vnDocument", "Titles", "the title handler's list, not the document's"},
-    {"vnJump", "JumpDocument", "another document; FileName tells which"},
-    {kEveryClass, "Database", "the host's connection"},
-    {"vnDocument", "FileVersion", "tells of the last load"},
-    {"vnDocument", "AllowWrite", "the host's access"},
-    {kEveryClass, "ChangeEvents", "a setting of the host's"},
-    {kEveryClass, "ChangeEventsLoading", "a setting of the host's"},
-    {"vnDocument", "FileName", "where the document lies"},
-    {"vnTemplateLibrary", "FileName", "where the library lies"},
-    {"vnLine", "UpdateExtraPoints", "a setting of the host's"},
-};
-
-// Properties that are rows of values, numbered from 1.
-struct IndexedMember {
-  std::string_view class_name;
-  std::string_view member;
-  const char* count;
-};
-constexpr IndexedMember kIndexed[] = {
-    {"vnLine", "ExtraPointX", "ExtraPointCount"},
-    {"vnLine", "ExtraPointY", "ExtraPointCount"},
-};
-
-// Parts that the published types do not show.
-struct HiddenPart {
-  std::string_view class_name;
-  std::string_view member;
-  const ClassInfo& (*part)();
-};
-constexpr HiddenPart kHiddenParts[] = {
-    {"vnDocument", "Containers", &vnContainers::classInfo},
-};
-
 // What the members of collections are known by, in this order of preference.
 constexpr TextView kKeyMembers[] = {u"Key", u"Ref", u"ID", u"IR"};
-
-template <class Row>
-bool Names(const Row& row, std::string_view class_name, std::string_view member) {
-  return (row.class_name == class_name || row.class_name == kEveryClass) && row.member == member;
-}
-template <class Row, size_t kCount>
-const Row* FindRow(const Row (&rows)[kCount], std::string_view class_name,
-                   std::string_view member) {
-  for (const Row& row : rows) {
-    if (Names(row, class_name, member)) return &row;
-  }
-  return nullptr;
-}
 
 // Of an object that a host may have supplied the library knows one thing only: its text.
 bool IsForeign(TypeKind kind) { return kind == TypeKind::kDispatch; }
@@ -121,26 +47,22 @@ Variant ReadMember(Object& object, const MemberInfo& member, std::span<const Var
   }
 }
 
+// The class of the part that a member gives; null for none.
+const ClassInfo* PartOf(const MemberInfo& member) {
+  if (member.part != nullptr) return &member.part();
+  if (member.result.kind == TypeKind::kFont) return &automation::Font::classInfo();
+  return member.result.kind == TypeKind::kClass ? &member.result.class_info() : nullptr;
+}
+
 }  // namespace
 
 std::vector<ContentMember> ContentOf(const ClassInfo& info) {
   std::vector<ContentMember> content;
   for (const MemberInfo& member : info.members()) {
-    const std::string_view name = member.name;
-    if (member.kind != CallKind::kGet) continue;
-    if (FindRow(kLeftOut, info.name(), name) != nullptr) continue;
+    if (member.kind != CallKind::kGet || member.not_content != nullptr) continue;
     // What takes arguments is a look-up of what is read anyway, unless it is a row of values.
-    const bool indexed = FindRow(kIndexed, info.name(), name) != nullptr;
-    if (!member.parameters.empty() && !indexed) continue;
-    const ClassInfo* part = nullptr;
-    if (const auto* hidden = FindRow(kHiddenParts, info.name(), name)) {
-      part = &hidden->part();
-    } else if (member.result.kind == TypeKind::kFont) {
-      part = &automation::Font::classInfo();
-    } else if (member.result.kind == TypeKind::kClass) {
-      part = &member.result.class_info();
-    }
-    content.push_back({&member, part});
+    if (!member.parameters.empty() && member.count_member == nullptr) continue;
+    content.push_back({&member, PartOf(member)});
   }
   return content;
 }
@@ -155,8 +77,7 @@ const ClassInfo* MemberClassOf(const ClassInfo& info) {
 ContentReader::Rows ContentReader::RowsOf(const ClassInfo& info) {
   Rows rows;
   for (const auto& [member, part] : ContentOf(info)) {
-    const auto* indexed = FindRow(kIndexed, info.name(), member->name);
-    rows.push_back({member, part != nullptr, indexed != nullptr ? indexed->count : nullptr});
+    rows.push_back({member, part != nullptr, member->count_member});
   }
   return rows;
 }

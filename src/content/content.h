@@ -3,7 +3,7 @@
 //
 // Content is what a host can read, without what is the same thing seen from elsewhere (the way
 // back to the owner) and without what belongs to the running host and not to the object (the file's
-// name, the opened target of a jump). content.cpp lists each such member with its reason.
+// name, the opened target of a jump). The row of each such member says why.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,6 @@
 #include "details/revision.h"
 
+#include "bag/row_text.h"
 #include "core/scope.h"
 #include "document/document.h"
 #include "schema/rows.h"
@@ -8,11 +9,22 @@ namespace vndoc6 {
 
 using automation::Variant;
 
+struct vnRevision::Schema {
+  // The keys are in every file: never change one.
+  static constexpr auto kRows = [] {
+    using namespace schema;
+    return std::tuple{
+        property<&vnRevision::Document>("Document").not_content("leads back to the root"),
+        property<&vnRevision::RevisionDate>("RevisionDate").field(&vnRevision::revision_date_, "D"),
+        property<&vnRevision::Revision>("Revision").field(&vnRevision::revision_, "R"),
+        property<&vnRevision::IR>("IR").field(&vnRevision::ir_, "IR"),
+        property<&vnRevision::Reason>("Reason").field(&vnRevision::reason_, "Rs"),
+    };
+  }();
+};
+
 void vnRevision::InternalWrite(bag::BagWriter& writer) const {
-  writer.Add("D", revision_date_);
-  writer.Add("R", revision_);
-  writer.Add("IR", ir_);
-  writer.Add("Rs", reason_);
+  schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
 bool vnRevision::InternalLoad(const bag::KeptText& text) {
@@ -73,13 +85,7 @@ const automation::ClassInfo& vnRevision::classInfo() {
       "vnRevision", "A revision that the document has gone through.",
       {0x25112D78, 0x3ECE, 0x4A6D, {0x8D, 0xFD, 0xFD, 0x46, 0xC9, 0xDA, 0xA1, 0x1A}},
       {0x75DC4571, 0x6A09, 0x4B15, {0x99, 0x05, 0x9C, 0x63, 0xA8, 0x29, 0x3F, 0x04}},
-      std::tuple{
-          property<&vnRevision::Document>("Document").not_content("leads back to the root"),
-          property<&vnRevision::RevisionDate>("RevisionDate"),
-          property<&vnRevision::Revision>("Revision"),
-          property<&vnRevision::IR>("IR"),
-          property<&vnRevision::Reason>("Reason"),
-      });
+      Schema::kRows);
   return info;
 }
 

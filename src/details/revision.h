@@ -37,6 +37,7 @@ class vnRevision : public Member {
   bool InternalLoad(const bag::KeptText& text);
 
  private:
+  struct Schema;
   automation::Date revision_date_;
   float revision_ = 0;
   int32_t ir_ = 0;

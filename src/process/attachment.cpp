@@ -24,22 +24,4 @@ void Attachment::ReportDetail(int32_t detail_id) {
   if (Scope* scope = InternalScope()) InternalReport(*scope, vnceDetail, detail_id);
 }
 
-// The keys are in every file: never change one.
-void Attachment::WriteNames(bag::BagWriter& writer) const {
-  writer.Add("K", key_);
-  writer.Add("DN", display_name_);
-  writer.Add("FN", file_name_);
-}
-
-void Attachment::ReadNames(bag::BagReader& reader, const Text& key) {
-  key_ = key.empty() ? reader.GetText("K") : key;
-  display_name_ = reader.GetText("DN");
-  file_name_ = reader.GetText("FN");
-}
-
-void Attachment::CopyNames(const Attachment& other) {
-  display_name_ = other.display_name_;
-  file_name_ = other.file_name_;
-}
-
 }  // namespace vndoc6

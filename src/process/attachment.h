@@ -3,7 +3,6 @@
 
 #include <utility>
 
-#include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
 #include "core/document_events.h"
 #include "process/step_member.h"
@@ -30,16 +29,12 @@ class Attachment : public StepMember {
   virtual void InternalReport(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) = 0;
 
  protected:
-  void WriteNames(bag::BagWriter& writer) const;
-  void ReadNames(bag::BagReader& reader, const Text& key);
-  void CopyNames(const Attachment& other);
-
- private:
-  void ReportDetail(int32_t detail_id);
-
   Text key_;
   Text display_name_;
   Text file_name_;
+
+ private:
+  void ReportDetail(int32_t detail_id);
 };
 
 }  // namespace vndoc6

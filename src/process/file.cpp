@@ -1,5 +1,6 @@
 #include "process/file.h"
 
+#include "bag/row_text.h"
 #include "document/document.h"
 #include "process/steps.h"
 #include "schema/rows.h"
@@ -11,27 +12,41 @@ using bag::KeptText;
 
 // --- vnFile ---
 
+struct vnFile::Schema {
+  // The keys are in every file: never change one.
+  static constexpr auto kRows = [] {
+    using namespace schema;
+    return std::tuple{
+        property<&vnFile::Step, &vnFile::SetStep>("Step", "poStep")
+            .not_content("leads back to the owner"),
+        property<&vnFile::Document>("Document").not_content("leads back to the root"),
+        property<&vnFile::Key, &vnFile::SetKey>("Key", "psKey").identity(&vnFile::key_, "K"),
+        property<&vnFile::DisplayName, &vnFile::SetDisplayName>("DisplayName", "psDisplayName")
+            .field(&vnFile::display_name_, "DN"),
+        property<&vnFile::FileName, &vnFile::SetFileName>("FileName", "psFileName")
+            .field(&vnFile::file_name_, "FN"),
+
+        // Left out when it is 0, unlike a jump's number.
+        property<&vnFile::DocID, &vnFile::SetDocID>("DocID", "plDocID")
+            .field(&vnFile::doc_id_, "DID")
+            .departs(kOnlyWhenThere),
+    };
+  }();
+};
+
 void vnFile::InternalReport(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) {
   scope.Report<&DocumentListener::StepFileChange>(*this, type, detail_id);
 }
 
-// The keys are in every file: never change one.
 void vnFile::InternalWrite(BagWriter& writer) const {
-  WriteNames(writer);
-  // Left out when it is 0, unlike a jump's number.
-  if (doc_id_ != 0) writer.Add("DID", doc_id_);
+  schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
 void vnFile::InternalLoad(const KeptText& text, const Text& key) {
-  bag::BagReader reader(text);
-  ReadNames(reader, key);
-  doc_id_ = reader.GetLong("DID");
+  schema::ReadObject<Schema>(text, *this, *this, key);
 }
 
-void vnFile::InternalCopyFrom(const vnFile& other) {
-  CopyNames(other);
-  doc_id_ = other.doc_id_;
-}
+void vnFile::InternalCopyFrom(const vnFile& other) { schema::CopyValues<Schema>(other, *this); }
 
 const automation::ClassInfo& vnFile::classInfo() {
   using namespace schema;
@@ -39,15 +54,7 @@ const automation::ClassInfo& vnFile::classInfo() {
       "vnFile", "A file attached to a step.",
       {0x562E9289, 0x84F6, 0x498A, {0xBD, 0xAB, 0x73, 0x33, 0x83, 0x0C, 0x7F, 0xA6}},
       {0x803C5722, 0xEF90, 0x4759, {0x94, 0xEE, 0x6C, 0x5C, 0xEB, 0x98, 0xAA, 0x22}},
-      std::tuple{
-          property<&vnFile::Step, &vnFile::SetStep>("Step", "poStep")
-              .not_content("leads back to the owner"),
-          property<&vnFile::Document>("Document").not_content("leads back to the root"),
-          property<&vnFile::Key, &vnFile::SetKey>("Key", "psKey"),
-          property<&vnFile::DisplayName, &vnFile::SetDisplayName>("DisplayName", "psDisplayName"),
-          property<&vnFile::FileName, &vnFile::SetFileName>("FileName", "psFileName"),
-          property<&vnFile::DocID, &vnFile::SetDocID>("DocID", "plDocID"),
-      });
+      Schema::kRows);
   return info;
 }
 

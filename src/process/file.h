@@ -22,6 +22,7 @@ class vnFile : public Attachment {
   void InternalCopyFrom(const vnFile& other);
 
  private:
+  struct Schema;
   int32_t doc_id_ = 0;
 };
 

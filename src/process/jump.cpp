@@ -1,6 +1,7 @@
 #include "process/jump.h"
 
 #include "automation/error.h"
+#include "bag/row_text.h"
 #include "document/document.h"
 #include "platform/file_system.h"
 #include "process/steps.h"
@@ -13,6 +14,30 @@ using bag::BagWriter;
 using bag::KeptText;
 
 // --- vnJump ---
+
+struct vnJump::Schema {
+  // The keys are in every file: never change one.
+  static constexpr auto kRows = [] {
+    using namespace schema;
+    return std::tuple{
+        property<&vnJump::Document>("Document").not_content("leads back to the root"),
+        property<&vnJump::Step, &vnJump::SetStep>("Step", "poStep")
+            .not_content("leads back to the owner"),
+        put<&vnJump::SetKey>("Key", "psKey"),
+        property<&vnJump::Key>("Key").identity(&vnJump::key_, "K"),
+        property<&vnJump::DisplayName, &vnJump::SetDisplayName>("DisplayName", "psDisplayName")
+            .field(&vnJump::display_name_, "DN"),
+        property<&vnJump::FileName, &vnJump::SetFileName>("FileName", "psFileName")
+            .field(&vnJump::file_name_, "FN"),
+        property<&vnJump::JumpDocument>("JumpDocument")
+            .not_content("another document; FileName tells which"),
+
+        // Written also when it is 0, unlike a file's number.
+        property<&vnJump::ProcessID, &vnJump::SetProcessID>("ProcessID", "plProcessID")
+            .field(&vnJump::process_id_, "JID"),
+    };
+  }();
+};
 
 void vnJump::InternalReport(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) {
   scope.Report<&DocumentListener::StepJumpChange>(*this, type, detail_id);
@@ -39,17 +64,12 @@ Ref<vnDocument> vnJump::JumpDocument() {
   return nullptr;
 }
 
-// The keys are in every file: never change one.
 void vnJump::InternalWrite(BagWriter& writer) const {
-  WriteNames(writer);
-  // Written also when it is 0, unlike a file's number.
-  writer.Add("JID", process_id_);
+  schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
 void vnJump::InternalLoad(const KeptText& text, const Text& key) {
-  bag::BagReader reader(text);
-  ReadNames(reader, key);
-  process_id_ = reader.GetLong("JID");
+  schema::ReadObject<Schema>(text, *this, *this, key);
   if (process_id_ == 0 && FileName().starts_with(u"000:")) RecoverProcessID();
 }
 
@@ -69,10 +89,7 @@ void vnJump::RecoverProcessID() {
   }
 }
 
-void vnJump::InternalCopyFrom(const vnJump& other) {
-  CopyNames(other);
-  process_id_ = other.process_id_;
-}
+void vnJump::InternalCopyFrom(const vnJump& other) { schema::CopyValues<Schema>(other, *this); }
 
 const automation::ClassInfo& vnJump::classInfo() {
   using namespace schema;
@@ -80,18 +97,7 @@ const automation::ClassInfo& vnJump::classInfo() {
       "vnJump", "A step's reference to another document.",
       {0x0002501F, 0xB9BD, 0x40E5, {0xBF, 0xF4, 0x99, 0xEB, 0xC4, 0x33, 0x22, 0x15}},
       {0x48B2F5CB, 0x2291, 0x4876, {0x95, 0xD6, 0xD6, 0x7F, 0x2C, 0xA7, 0x91, 0xF3}},
-      std::tuple{
-          property<&vnJump::Document>("Document").not_content("leads back to the root"),
-          property<&vnJump::Step, &vnJump::SetStep>("Step", "poStep")
-              .not_content("leads back to the owner"),
-          put<&vnJump::SetKey>("Key", "psKey"),
-          property<&vnJump::Key>("Key"),
-          property<&vnJump::DisplayName, &vnJump::SetDisplayName>("DisplayName", "psDisplayName"),
-          property<&vnJump::FileName, &vnJump::SetFileName>("FileName", "psFileName"),
-          property<&vnJump::JumpDocument>("JumpDocument")
-              .not_content("another document; FileName tells which"),
-          property<&vnJump::ProcessID, &vnJump::SetProcessID>("ProcessID", "plProcessID"),
-      });
+      Schema::kRows);
   return info;
 }
 

@@ -28,6 +28,7 @@ class vnJump : public Attachment {
   void InternalCopyFrom(const vnJump& other);
 
  private:
+  struct Schema;
   void RecoverProcessID();
 
   int32_t process_id_ = 0;

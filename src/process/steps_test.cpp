@@ -152,8 +152,7 @@ TEST(Steps, AStepThatIsLoadedAgainIsFoundUnderItsNewKeyAndNumber) {
 
 TEST(Steps, TextRoundTripsAndNumbersStayAsTheyAre) {
   const auto text_of = [](vnDocument& document) {
-    return bag::BagTextOf(
-        [&](bag::BagWriter& writer) { document.Steps()->InternalWrite(writer); });
+    return bag::BagTextOf([&](bag::BagWriter& writer) { document.Steps()->InternalWrite(writer); });
   };
   const auto document = WithSteps(0);
   EXPECT_EQ(text_of(*document), u"");

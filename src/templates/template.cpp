@@ -1,5 +1,6 @@
 #include "templates/template.h"
 
+#include "bag/row_text.h"
 #include "schema/rows.h"
 #include "templates/tag_text.h"
 #include "templates/template_library.h"
@@ -14,6 +15,36 @@ enum DetailNumber : int32_t { kDisplayName = 1, kDescription = 2, kValue = 3 };
 
 }  // namespace
 
+struct vnTemplate::Schema {
+  // The keys are in every file: never change one.
+  static constexpr auto kRows = [] {
+    using namespace schema;
+    return std::tuple{
+        property<&vnTemplate::TemplateLibrary>("TemplateLibrary")
+            .not_content("leads back to the root"),
+        property<&vnTemplate::ID, &vnTemplate::SetID>("ID", "plID").field(&vnTemplate::id_, "ID"),
+        property<&vnTemplate::Key>("Key"),
+        property<&vnTemplate::DisplayName, &vnTemplate::SetDisplayName>("DisplayName",
+                                                                        "psDisplayName")
+            .field(&vnTemplate::display_name_, "DisplayName")
+            .reports(kDisplayName),
+        property<&vnTemplate::Description, &vnTemplate::SetDescription>("Description",
+                                                                        "psDescription")
+            .field(&vnTemplate::description_, "Description")
+            .reports(kDescription),
+        property<&vnTemplate::Value, &vnTemplate::SetValue>("Value", "psValue")
+            .field(&vnTemplate::value_, "Value")
+            .reports(kValue),
+        property<&vnTemplate::TagVariant, &vnTemplate::SetTagVariant>("TagVariant", "pvTagVariant")
+            .own_entry("TagVariant", &vnTemplate::WriteTag, &vnTemplate::ReadTag),
+        putref<&vnTemplate::SetTagVariant>("TagVariant", "pvTagVariant"),
+        property<&vnTemplate::TagProcessorValue>("TagProcessorValue")
+            .not_content("follows from Value"),
+        property<&vnTemplate::Templates>("Templates").not_content("leads back to the owner"),
+    };
+  }();
+};
+
 automation::Ref<vnTemplates> vnTemplate::Templates() const { return templates_.get(); }
 
 automation::Ref<vnTemplateLibrary> vnTemplate::TemplateLibrary() const {
@@ -25,19 +56,8 @@ Text vnTemplate::Key() const {
   return templates_ ? templates_->ListName() + number : number;
 }
 
-void vnTemplate::SetDisplayName(const Text& psDisplayName) {
-  display_name_ = psDisplayName;
-  ReportChange(kDisplayName);
-}
-
-void vnTemplate::SetDescription(const Text& psDescription) {
-  description_ = psDescription;
-  ReportChange(kDescription);
-}
-
-void vnTemplate::SetValue(const Text& psValue) {
-  value_ = psValue;
-  ReportChange(kValue);
+void vnTemplate::Put(Text vnTemplate::*member, const Text& value) {
+  ReportChange(schema::Store<Schema>(*this, member, value));
 }
 
 void vnTemplate::ReportChange(int32_t detail_id) {
@@ -63,20 +83,18 @@ void vnTemplate::InternalSetTemplates(vnTemplates* templates) {
 
 automation::Object* vnTemplate::FindParent() const { return templates_.get(); }
 
-void vnTemplate::InternalWrite(bag::BagWriter& writer) const {
-  writer.Add("ID", id_);
-  writer.Add("DisplayName", display_name_);
-  writer.Add("Description", description_);
-  writer.Add("Value", value_);
-  if (!tag_value_.IsEmpty()) writer.AddVariant(u"TagVariant", tag_value_);
+void vnTemplate::InternalWrite(bag::BagWriter& writer) {
+  schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
-void vnTemplate::InternalLoad(const bag::KeptText& text, const Text& /*key*/) {
-  bag::BagReader reader(text);
-  id_ = reader.GetLong("ID");
-  display_name_ = reader.GetText("DisplayName");
-  description_ = reader.GetText("Description");
-  value_ = reader.GetText("Value");
+void vnTemplate::InternalLoad(const bag::KeptText& text, const Text& key) {
+  schema::ReadObject<Schema>(text, *this, *this, key);
+}
+
+void vnTemplate::WriteTag(bag::BagWriter& writer) {
+  if (!tag_value_.IsEmpty()) writer.AddVariant(u"TagVariant", tag_value_);
+}
+void vnTemplate::ReadTag(bag::BagReader& reader) {
   // No object is saved, so a picture in a file comes from elsewhere and would be lost again.
   const Variant tag = reader.Get("TagVariant").value_or(Variant());
   SetTagVariant(tag.IsObject() ? Variant() : tag);
@@ -138,23 +156,7 @@ const automation::ClassInfo& vnTemplate::classInfo() {
       "vnTemplate", "A text that hosts reuse.",
       {0x80396AD9, 0xB21D, 0x422E, {0x95, 0xE8, 0x75, 0x80, 0xEA, 0x9C, 0x33, 0xAF}},
       {0x090C5AEE, 0x8C7E, 0x407C, {0xB5, 0x25, 0x25, 0xE0, 0x0C, 0x44, 0x7F, 0x27}},
-      std::tuple{
-          property<&vnTemplate::TemplateLibrary>("TemplateLibrary")
-              .not_content("leads back to the root"),
-          property<&vnTemplate::ID, &vnTemplate::SetID>("ID", "plID"),
-          property<&vnTemplate::Key>("Key"),
-          property<&vnTemplate::DisplayName, &vnTemplate::SetDisplayName>("DisplayName",
-                                                                          "psDisplayName"),
-          property<&vnTemplate::Description, &vnTemplate::SetDescription>("Description",
-                                                                          "psDescription"),
-          property<&vnTemplate::Value, &vnTemplate::SetValue>("Value", "psValue"),
-          property<&vnTemplate::TagVariant, &vnTemplate::SetTagVariant>("TagVariant",
-                                                                        "pvTagVariant"),
-          putref<&vnTemplate::SetTagVariant>("TagVariant", "pvTagVariant"),
-          property<&vnTemplate::TagProcessorValue>("TagProcessorValue")
-              .not_content("follows from Value"),
-          property<&vnTemplate::Templates>("Templates").not_content("leads back to the owner"),
-      });
+      Schema::kRows);
   return info;
 }
 

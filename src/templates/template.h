@@ -30,13 +30,13 @@ class vnTemplate : public automation::Object {
   Text Key() const;
   // The name that users see. Setting it reports 1, changed or not.
   const Text& DisplayName() const { return display_name_; }
-  void SetDisplayName(const Text& psDisplayName);
+  void SetDisplayName(const Text& psDisplayName) { Put(&vnTemplate::display_name_, psDisplayName); }
   // What the template is for; free text. Setting it reports 2, changed or not.
   const Text& Description() const { return description_; }
-  void SetDescription(const Text& psDescription);
+  void SetDescription(const Text& psDescription) { Put(&vnTemplate::description_, psDescription); }
   // The text itself, plain or rich. Setting it reports 3, changed or not.
   const Text& Value() const { return value_; }
-  void SetValue(const Text& psValue);
+  void SetValue(const Text& psValue) { Put(&vnTemplate::value_, psValue); }
   // Whatever the host keeps with the template; reports nothing. Saved, unless it is an object.
   automation::Variant TagVariant() const;
   void SetTagVariant(const automation::Variant& pvTagVariant);
@@ -47,7 +47,7 @@ class vnTemplate : public automation::Object {
 
   // --- Inside the library; hosts have no use for these. ---
   void InternalSetTemplates(vnTemplates* templates);
-  void InternalWrite(bag::BagWriter& writer) const;
+  void InternalWrite(bag::BagWriter& writer);
   // The key says nothing.
   void InternalLoad(const bag::KeptText& text, const Text& key);
 
@@ -55,7 +55,11 @@ class vnTemplate : public automation::Object {
   automation::Object* FindParent() const override;
 
  private:
+  struct Schema;
+  void Put(Text vnTemplate::*member, const Text& value);
   void ReportChange(int32_t detail_id);
+  void WriteTag(bag::BagWriter& writer);
+  void ReadTag(bag::BagReader& reader);
 
   int32_t id_ = 0;
   Text display_name_;
