@@ -59,6 +59,8 @@ vnStep::Content& vnStep::content() {
 }
 
 Text vnStep::Save() {
+  // A host's field object that gives its text may let go of this step.
+  const Ref<vnStep> self(this);
   return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
 }
 
