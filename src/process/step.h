@@ -177,7 +177,7 @@ class vnStep : public Member {
   void WriteContent(bag::BagWriter& writer, Content& content);
   void InternalCopyTitlesFrom(vnStep& source);
   bool CopyUnread(bag::BagWriter& writer) const;
-  void PruneDependencies(Content& content);
+  bool PruneDependencies(Content& content);
   void ReportChange(int32_t detail_id);
   void TakeOutOfNumbering();
   void MoveTo(int32_t step_index);

@@ -144,6 +144,16 @@ TEST(Step, DependenciesOnStepsThatAreGoneGoWithTheNextSave) {
   third->Load(saved);
   EXPECT_EQ(third->Save().find(u"DP="), Text::npos);
   EXPECT_TRUE(third->Dependancies()->IsEmpty());
+
+  // A host may add to the bag that a save emptied; one that was empty before the save is dropped.
+  third->Load(saved);
+  const Ref<Properties> bag = third->Dependancies();
+  third->Save();
+  bag->Add(third->Key(), Variant(1));
+  EXPECT_NE(third->Save().find(u":DP=~64\""), Text::npos);
+  bag->Remove(third->Key());
+  third->Save();
+  EXPECT_NE(third->Dependancies(), bag);
 }
 
 TEST(Step, TasksStayNumberedWithoutGaps) {

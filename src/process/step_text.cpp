@@ -159,23 +159,23 @@ void vnStep::WriteContent(BagWriter& writer, Content& content) {
   content.tasks.Save(writer, "T", WriteObject<vnTasks>);
   content.attachments.Save(writer, "Attach", WriteBag);
   writer.Add("CE", content.condition_expression);
-  PruneDependencies(content);
-  if (content.dependancies.built() != nullptr) {
-    content.dependancies.Save(writer, "DP", WriteBag);
-  }
+  if (PruneDependencies(content)) content.dependancies.Save(writer, "DP", WriteBag);
   writer.Add("CS", content.continue_style);
 }
 
-// Takes out the dependencies on steps that are gone; when none is left, the bag too.
-void vnStep::PruneDependencies(Content& content) {
-  if (content.dependancies.built() == nullptr && content.dependancies.text().empty()) return;
+// Takes out the dependencies on steps that are gone, and says whether any is left. A bag that was
+// empty before goes; one that this empties stays, for a host that holds it to add to.
+bool vnStep::PruneDependencies(Content& content) {
+  const Properties* const built = content.dependancies.built();
+  if (built != nullptr && built->IsEmpty()) content.dependancies.Reset({});
+  if (content.dependancies.built() == nullptr && content.dependancies.text().empty()) return false;
   const Ref<Properties> bag = bag::BagPart(content.dependancies, this);
   const vnDocument* const document = InternalDocument();
   for (int32_t i = bag->Count(); i >= 1 && document != nullptr; --i) {
     const Text key = bag->Key(i);
     if (document->InternalSteps().InternalStore().Find(TextView(key)) == nullptr) bag->Remove(key);
   }
-  if (bag->Count() == 0) content.dependancies.Reset({});
+  return !bag->IsEmpty();
 }
 
 void vnStep::InternalCopyFrom(vnStep& source) {
