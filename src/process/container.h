@@ -49,6 +49,9 @@ class vnContainer : public Member {
   void InternalLoad(const bag::KeptText& text, const Text& key);
   // Everything but the key and the document, the figure's values included.
   void InternalCopyFrom(vnContainer& other);
+  // Takes a copy into the document, and out again. Reports nothing.
+  void InternalJoin(vnDocument& document) { InternalSetDocument(&document); }
+  void InternalLeave(vnDocument& /*document*/) { InternalSetDocument(nullptr); }
 
  private:
   void ReportChange();

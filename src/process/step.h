@@ -165,6 +165,9 @@ class vnStep : public Member {
   // Copies everything but key, document and owners, parts included; the copied tasks, files, jumps
   // and conditions get fresh keys, and the copy's task order counts all its tasks.
   void InternalCopyFrom(vnStep& source);
+  // Takes a copy into the document with all its parts, and out of its lists again. Reports nothing.
+  void InternalJoin(vnDocument& document);
+  void InternalLeave(vnDocument& document);
 
  private:
   struct Content;
@@ -175,7 +178,6 @@ class vnStep : public Member {
   Content& content();
   void ReadContent(const bag::KeptText& text, Content& content);
   void WriteContent(bag::BagWriter& writer, Content& content);
-  void InternalCopyTitlesFrom(vnStep& source);
   bool CopyUnread(bag::BagWriter& writer) const;
   bool PruneDependencies(Content& content);
   void ReportChange(int32_t detail_id);

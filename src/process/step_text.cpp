@@ -201,18 +201,27 @@ void vnStep::InternalCopyFrom(vnStep& source) {
   CopyMembers<vnFile>(source.Files(), Files());
   CopyMembers<vnJump>(source.Jumps(), Jumps());
   CopyMembers<vnCondition>(source.Conditions(), Conditions());
-  InternalCopyTitlesFrom(source);
+  // References to titles have no identity of their own: their text is all there is to copy.
+  const Ref<vnTitleRefs> titles = source.PerformedBy();
+  copy.performed_by.Reset(
+      KeptText(bag::BagTextOf([&](BagWriter& writer) { titles->InternalWrite(writer); })));
   copy.fields.Reset(KeptText(fields::TextOf(*source.Fields())));
   bag::SetBagPart(copy.properties, source.GetProperties()->Clone().get(), this);
   bag::SetBagPart(copy.attachments, source.Attachments()->Clone().get(), this);
   bag::SetBagPart(copy.dependancies, source.Dependancies()->Clone().get(), this);
 }
 
-// References to titles have no identity of their own: their text is all there is to copy.
-void vnStep::InternalCopyTitlesFrom(vnStep& source) {
-  const Ref<vnTitleRefs> titles = source.PerformedBy();
-  PerformedBy()->InternalLoad(
-      KeptText(bag::BagTextOf([&](BagWriter& writer) { titles->InternalWrite(writer); })));
+void vnStep::InternalJoin(vnDocument& document) {
+  InternalSetDocument(&document);
+  Tasks()->InternalHandOnDocument();
+  Conditions()->InternalHandOnDocument();
+  Files()->InternalJoin(document);
+  Jumps()->InternalJoin(document);
+}
+
+void vnStep::InternalLeave(vnDocument& document) {
+  Files()->InternalLeave(document);
+  Jumps()->InternalLeave(document);
 }
 
 }  // namespace vndoc6
