@@ -77,9 +77,10 @@ class vnStep : public Member {
   automation::Ref<vnFiles> Files();
   // The jumps from the step to other documents.
   automation::Ref<vnJumps> Jumps();
-  // A working list for hosts; not saved with the step.
+  // A working list for hosts; not saved with the step, and kept by a Load.
   automation::Ref<vnLinks> Links();
-  // Who performs the step. Unlike the other parts it survives a Load once it was read.
+  // Who performs the step. As Links, and unlike the other parts, it survives a Load once it was
+  // read.
   automation::Ref<vnTitleRefs> PerformedBy();
   // The values of the step's extra data fields, as the document's FieldDefsSteps define them.
   automation::Ref<automation::Object> Fields();
@@ -128,7 +129,7 @@ class vnStep : public Member {
   // text that is not of its kind counts as missing.
   void Load(const Text& psLoad, const Text& psKey = {});
 
-  // Adds a condition to Conditions and gives it; Nothing when that fails.
+  // Adds a condition to Conditions and gives it.
   automation::Ref<vnCondition> NewCondition(const Text& psDisplayName, const Text& psCondition);
   // Takes a condition out of Conditions; False when there is none with that key.
   bool RemoveCondition(const Text& psKey);
