@@ -21,6 +21,7 @@ class vnContainer : public Member {
 
   // The document, in a Variant.
   automation::Variant Document() const;
+  // Gives the container a document; reports nothing.
   void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
   // The key that steps name the container by. Setting it reports nothing; the container stays in
   // its collection under the key it had.

@@ -37,6 +37,7 @@ class vnStep : public Member {
 
   // Reading it never gives the step's container: it raises error 438. Hosts use ContainerKey.
   automation::Ref<vnContainer> Container() const;
+  // Keeps a container with the step; it can't be read back, and ContainerKey stays as it is.
   void SetContainer(vnContainer* poContainer);
   void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
 
