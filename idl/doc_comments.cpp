@@ -92,12 +92,24 @@ std::string DocComments::OfClass(std::string_view class_name) const {
 }
 
 std::string DocComments::OfMember(std::string_view class_name, std::string_view member) const {
-  for (const char* accessor : {"", "Get", "Set", "Value"}) {
-    const std::string* comment = Find(class_name, accessor + std::string(member));
-    if (comment != nullptr) return *comment;
-  }
+  const std::string name(member);
+  const std::string* comment = Find(class_name, {name, "Get" + name, "Value" + name});
+  if (comment == nullptr) comment = Find(class_name, {"Set" + name});
+  if (comment != nullptr) return *comment;
   throw std::runtime_error("no comment stands above the declaration of " + std::string(class_name) +
-                           "::" + std::string(member));
+                           "::" + name);
+}
+
+std::string DocComments::OfPut(std::string_view class_name, std::string_view member) const {
+  const std::string* comment = Find(class_name, {"Set" + std::string(member)});
+  return comment != nullptr ? *comment : OfMember(class_name, member);
+}
+
+std::string DocComments::OfRow(const automation::ClassInfo& info,
+                               const automation::MemberInfo& row) const {
+  using automation::CallKind;
+  const bool put = Allows(CallKind::kPut | CallKind::kPutRef, row.kind);
+  return put ? OfPut(info.name(), row.name) : OfMember(info.name(), row.name);
 }
 
 std::string DocComments::OfEvent(std::string_view event_interface, std::string_view event) const {
@@ -105,14 +117,17 @@ std::string DocComments::OfEvent(std::string_view event_interface, std::string_v
   return OfMember(std::string(event_interface.substr(kPrefix.size())) + "Listener", event);
 }
 
-const std::string* DocComments::Find(std::string_view class_name, std::string_view function) const {
+const std::string* DocComments::Find(std::string_view class_name,
+                                     std::initializer_list<std::string> functions) const {
   const auto found = classes_.find(class_name);
   if (found == classes_.end()) return nullptr;
-  const auto& [comment, bases, functions] = found->second;
-  const auto own = functions.find(function);
-  if (own != functions.end()) return &own->second;
-  for (const std::string& base : bases) {
-    if (const std::string* inherited = Find(base, function)) return inherited;
+  const Class& here = found->second;
+  for (const std::string& function : functions) {
+    const auto own = here.functions.find(function);
+    if (own != here.functions.end()) return &own->second;
+  }
+  for (const std::string& base : here.bases) {
+    if (const std::string* inherited = Find(base, functions)) return inherited;
   }
   return nullptr;
 }

@@ -21,6 +21,8 @@ class Member : public Object {
  public:
   // The whole machine.
   Ref<Machine> Machine() const;
+  // The name of the class.
+  virtual Text TypeName() const;
 };
 
 // What all have.
@@ -50,6 +52,10 @@ class vnWheel : public Collection<vnWheel, StepMember>, public automation::Event
   Ref<Properties> GetProperties();
   // Only set.
   void SetHub(vnHub* poHub);
+  // The name of the type.
+  Text ValueTypeName() const;
+  // Builds the wheel into a machine.
+  void SetMachine(vnMachine* poMachine);
 
   // --- Inside; hosts have no use for these. ---
 
@@ -81,6 +87,13 @@ TEST(DocComments, AnInheritedFunctionHasThatOfItsClass) {
   const DocComments comments = Read(kHeader);
   EXPECT_EQ(comments.OfMember("vnWheel", "Count"), "How many there are.");
   EXPECT_EQ(comments.OfMember("vnWheel", "Machine"), "The whole machine.");
+  EXPECT_EQ(comments.OfMember("vnWheel", "TypeName"), "The name of the type.");
+}
+
+TEST(DocComments, ASetterHasItsOwnOrElseTheGetters) {
+  const DocComments comments = Read(kHeader);
+  EXPECT_EQ(comments.OfPut("vnWheel", "Machine"), "Builds the wheel into a machine.");
+  EXPECT_EQ(comments.OfPut("vnWheel", "Size"), "The size, in inches.");
 }
 
 TEST(DocComments, AnAccessorMayBearAnotherName) {

@@ -94,7 +94,7 @@ std::string InterfaceText(const ClassInfo& info, const DocComments& comments) {
                      HelpAttribute(info.help()) + "]\n  interface " + DefaultInterfaceName(info) +
                      " : IDispatch {\n";
   for (const MemberInfo& member : info.members()) {
-    text += MemberText(member, FirstSentence(comments.OfMember(info.name(), member.name)));
+    text += MemberText(member, FirstSentence(comments.OfRow(info, member)));
   }
   return text + "  };\n";
 }

@@ -63,12 +63,15 @@ const char* KindText(CallKind kind) {
 
 // The ways in which a property can be used that read alike: "get, put". Nothing for a row whose
 // text stood there before.
-std::string KindsText(std::span<const MemberInfo> members, size_t row) {
+std::string KindsText(const ClassInfo& info, const DocComments& comments, size_t row) {
+  const std::span<const MemberInfo> members = info.members();
+  const auto reads_alike = [&](const MemberInfo& other) {
+    return other.id == members[row].id && MemberText(other) == MemberText(members[row]) &&
+           comments.OfRow(info, other) == comments.OfRow(info, members[row]);
+  };
   std::string kinds;
   for (size_t i = 0; i < members.size(); ++i) {
-    if (members[i].id != members[row].id || MemberText(members[i]) != MemberText(members[row])) {
-      continue;
-    }
+    if (!reads_alike(members[i])) continue;
     if (i < row) return "";
     kinds += (kinds.empty() ? "" : ", ") + std::string(KindText(members[i].kind));
   }
@@ -82,10 +85,10 @@ std::string ClassText(const ClassInfo& info, const DocComments& comments) {
   text += "\n| Member | Kind | Id | |\n|---|---|---|---|\n";
   for (size_t row = 0; row < info.members().size(); ++row) {
     const MemberInfo& member = info.members()[row];
-    const std::string kinds = KindsText(info.members(), row);
+    const std::string kinds = KindsText(info, comments, row);
     if (kinds.empty()) continue;
     text += "| " + MemberText(member) + " | " + kinds + " | " + std::to_string(member.id) + " | " +
-            comments.OfMember(info.name(), member.name) + " |\n";
+            comments.OfRow(info, member) + " |\n";
   }
   return text;
 }

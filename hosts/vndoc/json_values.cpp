@@ -85,6 +85,7 @@ void AppendBare(const Variant& value, std::string& out) {
   switch (value.kind()) {
     case ValueKind::kEmpty:
     case ValueKind::kNull:
+    case ValueKind::kOpaque:
       out += "null";
       break;
     case ValueKind::kBoolean:

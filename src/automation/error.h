@@ -60,6 +60,18 @@ class ArgumentError : public BindingError {
   int index_;
 };
 
+// Runs `body`, which reads or converts an argument. A value that does not fit becomes an error that
+// names the argument; what else goes wrong, in a host's object that is asked, goes on as it is.
+template <class Body>
+auto ForArgument(int index, Body&& body) -> decltype(body()) {
+  try {
+    return body();
+  } catch (const Error& error) {
+    if (error.number() != kTypeMismatch && error.number() != kOverflow) throw;
+    throw ArgumentError(error.number(), index);
+  }
+}
+
 // The customary description of an error number ("Type mismatch.").
 Text DescribeError(int32_t number);
 

@@ -90,4 +90,17 @@ Variant Object::InvokeMember(int32_t id, CallKind kind, const Arguments& argumen
   return info->Invoke(*this, id, kind, arguments);
 }
 
+Variant Object::DefaultValue() {
+  if (GetClassInfo() != nullptr) throw Error(kTypeMismatch);
+  try {
+    return InvokeMember(kDefaultMember, CallKind::kGet | CallKind::kCall, {});
+  } catch (const Error& error) {
+    const int32_t number = error.number();
+    const bool unreadable =
+        number == kNotSupported || number == kArgumentNotOptional || number == kWrongArgumentCount;
+    if (unreadable) throw Error(kTypeMismatch);
+    throw;
+  }
+}
+
 }  // namespace vndoc6::automation

@@ -83,6 +83,10 @@ class Object {
   // Late-bound calls, as described in late_bound.h. FindMember gives kNoMember for an unknown name.
   virtual int32_t FindMember(std::u16string_view name);
   virtual Variant InvokeMember(int32_t id, CallKind kind, const Arguments& arguments);
+  // What stands for the object where a plain value is wanted: a foreign object's default member,
+  // read without arguments. Error 13 where there is none to read so, as for the library's own
+  // objects: their default members look something up.
+  virtual Variant DefaultValue();
 
   // The two counts; only Ref, Owned and the COM door call these.
   void AddRef() {

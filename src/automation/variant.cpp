@@ -231,9 +231,11 @@ double Variant::ToDouble() const {
       return If<Date>()->days;
     case ValueKind::kText:
       return NumberIn(*If<Text>());
-    case ValueKind::kNull:
     case ValueKind::kObject:
+      return DefaultValue().ToDouble();
+    case ValueKind::kNull:
     case ValueKind::kError:
+    case ValueKind::kOpaque:
       break;
   }
   throw Error(kTypeMismatch);
@@ -242,6 +244,7 @@ double Variant::ToDouble() const {
 bool Variant::ToBoolean() const {
   if (const auto* value = If<bool>()) return *value;
   if (const auto* value = If<Text>()) return BooleanIn(*value);
+  if (IsObject()) return DefaultValue().ToBoolean();
   return ToDouble() != 0;
 }
 
@@ -267,12 +270,14 @@ float Variant::ToSingle() const {
 
 Currency Variant::ToCurrency() const {
   if (const auto* value = If<Currency>()) return *value;
+  if (IsObject()) return DefaultValue().ToCurrency();
   return {RoundTo<int64_t>(ToDouble() * kCurrencyScale)};
 }
 
 Date Variant::ToDate() const {
   if (const auto* value = If<Date>()) return *value;
   if (const auto* value = If<Text>()) return DateIn(*value);
+  if (IsObject()) return DefaultValue().ToDate();
   return {ToDouble()};
 }
 
@@ -296,9 +301,11 @@ Text Variant::ToText() const {
       return DateText(*If<Date>());
     case ValueKind::kText:
       return *If<Text>();
-    case ValueKind::kNull:
     case ValueKind::kObject:
+      return DefaultValue().ToText();
+    case ValueKind::kNull:
     case ValueKind::kError:
+    case ValueKind::kOpaque:
       break;
   }
   throw Error(kTypeMismatch);
@@ -310,10 +317,24 @@ const Ref<Object>& Variant::ToObject() const {
   return *value;
 }
 
+const Variant& Variant::ToStorable() const {
+  if (kind() == ValueKind::kOpaque) throw Error(kTypeMismatch);
+  return *this;
+}
+
+Variant Variant::DefaultValue() const {
+  // The call may let go of the object.
+  const Ref<Object> object = ToObject();
+  if (!object) throw Error(kTypeMismatch);
+  Variant value = object->DefaultValue();
+  if (value.IsObject()) throw Error(kTypeMismatch);
+  return value;
+}
+
 std::string_view Variant::TypeName() const {
-  static constexpr std::string_view kNames[] = {"Empty", "Null",   "Boolean", "Integer",
-                                                "Long",  "Single", "Double",  "Currency",
-                                                "Date",  "Error",  "String",  "Nothing"};
+  static constexpr std::string_view kNames[] = {"Empty",   "Null",   "Boolean",  "Integer", "Long",
+                                                "Single",  "Double", "Currency", "Date",    "Error",
+                                                "Unknown", "String", "Nothing"};
   if (const auto* object = If<Ref<Object>>(); object != nullptr && *object) {
     return (*object)->TypeName();
   }

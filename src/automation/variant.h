@@ -30,6 +30,11 @@ struct ErrorValue {
   int32_t scode = 0;
   friend auto operator<=>(const ErrorValue&, const ErrorValue&) = default;
 };
+// A value that automation can pass and this library can't hold: an array, a record. It is taken
+// for what names nothing and converts to nothing; nobody can keep it.
+struct Opaque {
+  friend bool operator==(Opaque, Opaque) = default;
+};
 // What a caller passes for an optional argument that it leaves out.
 inline constexpr ErrorValue kMissing{static_cast<int32_t>(0x80020004)};
 
@@ -45,6 +50,7 @@ enum class ValueKind : uint8_t {
   kCurrency,
   kDate,
   kError,
+  kOpaque,
   kText,
   kObject
 };
@@ -68,6 +74,7 @@ class Variant {
   template <class T, class = std::enable_if_t<std::is_base_of_v<Object, T>>>
   Variant(const Ref<T>& value) : value_(Ref<Object>(value)) {}
   Variant(ErrorValue value) : value_(Plain(value)) {}
+  Variant(Opaque value) : value_(Plain(value)) {}
   // Any other pointer would silently become a Boolean.
   template <class T>
   Variant(T* value) = delete;
@@ -96,7 +103,8 @@ class Variant {
   }
 
   // Conversions by the rules of automation: True is -1, reals round half to even, texts are read
-  // as numbers. Raise error 6 on overflow, 13 when the value has no such form.
+  // as numbers, and a foreign object stands for its default value, which is read once. Raise error
+  // 6 on overflow, 13 when the value has no such form.
   bool ToBoolean() const;
   int16_t ToShort() const;
   int32_t ToLong() const;
@@ -107,6 +115,8 @@ class Variant {
   Text ToText() const;
   // The object, possibly Nothing; error 13 for any other kind.
   const Ref<Object>& ToObject() const;
+  // The value itself, for whoever keeps it; error 13 for an opaque one.
+  const Variant& ToStorable() const;
 
   // The name that scripts know the kind by: "String", "Long", ...; of an object its class name,
   // "Nothing" when there is none.
@@ -115,13 +125,15 @@ class Variant {
   friend bool operator==(const Variant&, const Variant&) = default;
 
  private:
+  // Of an object: what is converted in its place.
+  Variant DefaultValue() const;
   bool Is(ErrorValue error) const {
     const auto* value = If<ErrorValue>();
     return value != nullptr && *value == error;
   }
   // Apart from the others, so that nearly every value is copied and dropped as plain bytes.
-  using Plain =
-      std::variant<Empty, Null, bool, int16_t, int32_t, float, double, Currency, Date, ErrorValue>;
+  using Plain = std::variant<Empty, Null, bool, int16_t, int32_t, float, double, Currency, Date,
+                             ErrorValue, Opaque>;
   static_assert(std::is_trivially_copyable_v<Plain>);
   static constexpr size_t kPlainKinds = std::variant_size_v<Plain>;
   std::variant<Plain, Text, Ref<Object>> value_;

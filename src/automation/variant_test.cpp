@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 
+#include "automation/class_info.h"
 #include "automation/error.h"
 
 namespace vndoc6::automation {
@@ -62,6 +63,44 @@ TEST(Variant, NumbersRoundHalfToEvenAndOverflow) {
   }
   EXPECT_EQ(Variant(1e38).ToSingle(), 1e38F);
   EXPECT_EQ(ErrorOf([] { Variant(1e39).ToSingle(); }), kOverflow);
+}
+
+// A host's object with a default member that gives `value`, or raises an error.
+class HostObject final : public Object {
+ public:
+  explicit HostObject(Variant value, int32_t error = 0) : value_(std::move(value)), error_(error) {}
+  int reads = 0;
+  Variant InvokeMember(int32_t id, CallKind, const Arguments&) override {
+    EXPECT_EQ(id, kDefaultMember);
+    ++reads;
+    if (error_ != 0) throw Error(error_);
+    return value_;
+  }
+
+ private:
+  Variant value_;
+  int32_t error_;
+};
+
+TEST(Variant, AHostsObjectIsConvertedByItsDefaultMember) {
+  const auto object = [](Variant value) { return Variant(Make<HostObject>(std::move(value))); };
+  const Ref<HostObject> text = Make<HostObject>(Variant(u"2026-03-01"));
+  EXPECT_EQ(Variant(text).ToText(), u"2026-03-01");
+  EXPECT_EQ(text->reads, 1);
+  EXPECT_EQ(Variant(text).ToDate().days, 46082);
+  EXPECT_EQ(object(Variant(u"True")).ToBoolean(), true);
+  EXPECT_EQ(object(Variant(2.5)).ToLong(), 2);
+  EXPECT_EQ(object(Variant(u"7")).ToSingle(), 7);
+  constexpr Currency kExact{900719925474099301};
+  EXPECT_EQ(object(Variant(kExact)).ToCurrency(), kExact);
+
+  EXPECT_EQ(ErrorOf([&] { object(object(Variant(1))).ToLong(); }), kTypeMismatch);
+  EXPECT_EQ(ErrorOf([] { Variant(Ref<Object>()).ToText(); }), kTypeMismatch);
+  for (const auto& [raised, error] : std::initializer_list<std::pair<int32_t, int32_t>>{
+           {kNotSupported, kTypeMismatch}, {kArgumentNotOptional, kTypeMismatch}, {3021, 3021}}) {
+    const Variant failing(Make<HostObject>(Variant(), raised));
+    EXPECT_EQ(ErrorOf([&] { failing.ToText(); }), error) << raised;
+  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "automation/error.h"
 #include "automation/picture.h"
 #include "bag/base64.h"
 #include "bag/escape.h"
@@ -146,6 +147,8 @@ void BagWriter::AddVariant(TextView host_key, const automation::Variant& value) 
     case ValueKind::kError:
       return add_tagged('x',
                         [&] { AppendNumber(value.If<automation::ErrorValue>()->scode, out_); });
+    case ValueKind::kOpaque:
+      throw automation::Error(automation::kTypeMismatch);
   }
 }
 

@@ -27,7 +27,7 @@ Variant Property::Value() const {
 }
 
 void Property::SetValue(const Variant& pvValue) {
-  Variant value = pvValue.IsObject() ? Variant() : pvValue;
+  Variant value = pvValue.IsObject() ? Variant() : pvValue.ToStorable();
   automation::Owned<automation::Object> object(pvValue.IsObject() ? pvValue.ToObject().get()
                                                                   : nullptr);
   object_is_value_ = pvValue.IsObject();

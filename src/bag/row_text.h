@@ -127,8 +127,9 @@ template <class T>
 requires std::is_arithmetic_v<T>
 bool IsThere(T value) { return value != 0; }
 template <class T>
-bool IsThere(const bag::Lazy<T>& part) {
-  return part.built() != nullptr;
+  requires requires(const T& bag) { bag.IsEmpty(); }
+bool IsThere(const bag::Lazy<T>& bag) {
+  return bag.built() != nullptr && !bag.built()->IsEmpty();
 }
 
 template <class T, class Missing>

@@ -101,7 +101,6 @@ class vnChart : public Member {
   // In the standard look: whether what lies behind shows through; False by default. A change
   // reports the new value as a number, -1 or 0, in place of vndTransparent.
   bool Transparent() const { return values_.transparent; }
-  // Reports the new value as a number, -1 or 0, in place of vndTransparent.
   void SetTransparent(bool pbTransparent);
   // Whether texts that don't fit end in an ellipsis; False by default.
   bool Ellipsis() const { return values_.ellipsis; }

@@ -64,10 +64,11 @@ class vnLine : public Member {
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
 
-  // Neither reports anything.
+  // Gives the line a document; reports nothing.
   void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
   // The link that the line draws; Nothing for one that a host made.
   automation::Ref<vnLink> Link() const;
+  // Gives the line the link whose change its own changes are reported as; reports nothing.
   void SetLink(vnLink* poLink);
 
   // The number of the figure that the line leaves, as the drawing host counts; 0 by default.
@@ -191,7 +192,6 @@ class vnLine : public Member {
   int32_t ExtraPointX(int32_t plIndex) const { return PointAt(plIndex).x; }
   // The distance of a bend from above; what ExtraPointX says of indexes holds here too.
   int32_t ExtraPointY(int32_t plIndex) const { return PointAt(plIndex).y; }
-  // An index above the count raises the count to it; error 9 above 1,000,000.
   void SetExtraPointX(int32_t plIndex, int32_t plValue);
   void SetExtraPointY(int32_t plIndex, int32_t plValue);
   // How many bends there are; 0 by default. A put brings the number into the range 0 to 75, keeps

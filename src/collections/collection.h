@@ -33,6 +33,12 @@ class Collection : public Base {
 
   // --- Inside the library; hosts have no use for these. ---
   const KeyedStore<T>& InternalStore() const { return store_; }
+  // Gives the members the collection's document: those that came when it had none.
+  void InternalHandOnDocument() {
+    for (size_t i = 0; i < store_.size(); ++i) {
+      store_[i].InternalSetDocument(this->InternalDocument());
+    }
+  }
 
  protected:
   // Stores a member under its key, a fresh one when it has none. False when the key is taken.

@@ -11,13 +11,11 @@
 namespace vndoc6::com {
 namespace {
 
-using automation::ArgumentError;
 using automation::Arguments;
 using automation::CallKind;
 using automation::ClassInfo;
 using automation::NamedArgument;
 using automation::Object;
-using automation::Ref;
 using automation::Variant;
 
 // A list that needs no memory of its own while it is short.
@@ -74,13 +72,8 @@ CallKind AllowedKinds(const Object& object, DISPID id, WORD flags) {
   return as_declared ? allowed : allowed | CallKind::kPut | CallKind::kPutRef;
 }
 
-// An argument that names its position when it can't be read.
 Variant ReadArgument(const VARIANT& value, int parameter) {
-  try {
-    return ReadVariant(value);
-  } catch (const automation::Error& error) {
-    throw ArgumentError(error.number(), parameter);
-  }
+  return automation::ForArgument(parameter, [&] { return ReadVariant(value); });
 }
 
 // Where the argument for a parameter stands in DISPPARAMS. The new value of a put is the last
@@ -154,14 +147,13 @@ HRESULT GetIdsOfNames(Object& object, LPOLESTR* names, UINT count, DISPID* ids) 
   });
 }
 
-HRESULT InvokeMember(Object& object, DISPID id, WORD flags, const DISPPARAMS& params,
+HRESULT InvokeMember(const DualHead& self, DISPID id, WORD flags, const DISPPARAMS& params,
                      VARIANT* result, EXCEPINFO* exception, UINT* argument_at_fault) noexcept {
   if (result != nullptr) result->vt = VT_EMPTY;
-  // The call may release the host's last reference.
-  const Ref<Object> running(&object);
+  const Running running(self);
   return Guarded(
       [&] {
-        const Variant value = Call(object, id, AllowedKinds(object, id, flags), params);
+        const Variant value = Call(*running, id, AllowedKinds(*running, id, flags), params);
         if (result != nullptr) WriteVariant(value, *result);
         return S_OK;
       },

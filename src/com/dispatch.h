@@ -3,6 +3,7 @@
 
 #include "automation/object.h"
 #include "com/com.h"
+#include "com/dual_head.h"
 
 namespace vndoc6::com {
 
@@ -11,9 +12,10 @@ namespace vndoc6::com {
 HRESULT GetIdsOfNames(automation::Object& object, LPOLESTR* names, UINT count,
                       DISPID* ids) noexcept;
 
-// A late-bound call. What did not reach the member answers DISP_E_MEMBERNOTFOUND,
-// DISP_E_BADPARAMCOUNT, DISP_E_TYPEMISMATCH, ...; what the member raised DISP_E_EXCEPTION.
-HRESULT InvokeMember(automation::Object& object, DISPID id, WORD flags, const DISPPARAMS& params,
+// A late-bound call of the interface's object. What did not reach the member answers
+// DISP_E_MEMBERNOTFOUND, DISP_E_BADPARAMCOUNT, DISP_E_TYPEMISMATCH, ...; what the member raised
+// DISP_E_EXCEPTION.
+HRESULT InvokeMember(const DualHead& self, DISPID id, WORD flags, const DISPPARAMS& params,
                      VARIANT* result, EXCEPINFO* exception, UINT* argument_at_fault) noexcept;
 
 }  // namespace vndoc6::com

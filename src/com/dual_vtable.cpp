@@ -51,7 +51,7 @@ HRESULT STDMETHODCALLTYPE Invoke(DualHead* self, DISPID id, REFIID reserved, LCI
   if (params == nullptr) return E_POINTER;
   const auto answer = CallDirectly(*self, id, flags, *params, result, exception);
   if (answer.has_value()) return *answer;
-  return InvokeMember(*self->object, id, flags, *params, result, exception, argument_at_fault);
+  return InvokeMember(*self, id, flags, *params, result, exception, argument_at_fault);
 }
 
 using Vtable = std::vector<const void*>;

@@ -3,9 +3,11 @@
 #include <filesystem>
 #include <regex>
 
+#include "bag/properties.h"
 #include "com/host_for_tests.h"
 #include "com/variants.h"
 #include "published/published.h"
+#include "templates/template.h"
 #include "tests/support/temporary_folder.h"
 
 namespace vndoc6::com {
@@ -154,6 +156,35 @@ TEST_F(DualVtableTest, EverySlotDoesWhatTheLateBoundCallDoes) {
   }
 }
 
+// A value that the library does not know is an odd argument like any other, and kept by nobody.
+TEST_F(DualVtableTest, AnArrayNamesNoMember) {
+  Value array;
+  array.vt = VT_ARRAY | VT_VARIANT;
+  for (const PublishedClass& published : PublishedClasses()) {
+    const ClassInfo& info = published.info();
+    const auto object = ExportObject(*info.Create());
+    for (size_t row = 0; row < info.members().size(); ++row) {
+      const MemberInfo& member = info.members()[row];
+      const std::string_view name = member.name;
+      if (name != "Item" && name != "Remove") continue;
+      if (member.parameters[0].type.kind != TypeKind::kVariant) continue;
+      SCOPED_TRACE(std::string(info.name()) + "." + member.name);
+      const Answer late = Invoke(object, member.id, static_cast<WORD>(member.kind), {array});
+      EXPECT_EQ(late.code, S_OK);
+      EXPECT_FALSE(late.value.Object());
+      Value early;
+      EXPECT_EQ(CallSlot(object.get(), kDispatchSlots + row, member, {array}, &early), S_OK);
+      EXPECT_FALSE(early.Object());
+    }
+  }
+  const auto bag = ExportObject(*automation::Make<Properties>());
+  EXPECT_EQ(Call(bag, L"Add", {L"k", array}).scode, static_cast<HRESULT>(0x800A000D));
+  EXPECT_EQ(Call(bag, L"Value", {L"k", array}).scode, static_cast<HRESULT>(0x800A000D));
+  EXPECT_EQ(Get(bag, L"Count").value.lVal, 0);
+  const auto figure_template = ExportObject(*automation::Make<vnTemplate>());
+  EXPECT_EQ(Put(figure_template, L"TagVariant", array).scode, static_cast<HRESULT>(0x800A000D));
+}
+
 TEST_F(DualVtableTest, ErrorsOfSlotsCarryTheirTexts) {
   const auto gadget = MakeGadget();
   const auto members = Gadget::classInfo().members();
@@ -187,7 +218,12 @@ TEST_F(DualVtableTest, ResultsAreClearedAndRequired) {
   using GetLabel = HRESULT(STDMETHODCALLTYPE*)(IDispatch*, BSTR*);
   const auto* const table = *reinterpret_cast<const void* const* const*>(gadget.get());
   const auto get_label = reinterpret_cast<GetLabel>(const_cast<void*>(table[kDispatchSlots + 2]));
+  ComPtr<ICreateErrorInfo> earlier;
+  CreateErrorInfo(earlier.Receive());
+  SetErrorInfo(0, earlier.As<IErrorInfo>().get());
   EXPECT_EQ(get_label(gadget.get(), nullptr), E_POINTER);
+  ComPtr<IErrorInfo> left;
+  EXPECT_EQ(GetErrorInfo(0, left.Receive()), S_FALSE);
   OwnedBstr label;
   EXPECT_EQ(get_label(gadget.get(), label.Receive()), S_OK);
   EXPECT_EQ(label.text(), u"");

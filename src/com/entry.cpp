@@ -22,7 +22,8 @@ struct CodePair {
 };
 
 // Both ways: what a call that did not reach its member answers, and what such an answer of a
-// foreign object means.
+// foreign object means. DISP_E_EXCEPTION is none of them: whoever answers it has filled in an
+// EXCEPINFO, which ReportException alone does.
 constexpr CodePair kBindingCodes[] = {
     {DISP_E_MEMBERNOTFOUND, automation::kNotSupported},
     {DISP_E_TYPEMISMATCH, automation::kTypeMismatch},
@@ -38,10 +39,11 @@ constexpr CodePair kBindingCodes[] = {
     {REGDB_E_CLASSNOTREG, automation::kCannotCreateObject},
 };
 
+// S_OK for an error that says nothing about a call's binding.
 HRESULT BindingCode(int32_t number) {
   const auto* found = std::find_if(std::begin(kBindingCodes), std::end(kBindingCodes),
                                    [&](const CodePair& pair) { return pair.number == number; });
-  return found != std::end(kBindingCodes) ? found->code : DISP_E_EXCEPTION;
+  return found != std::end(kBindingCodes) ? found->code : S_OK;
 }
 
 // An error of a foreign object may carry any HRESULT as its number; it goes on as it came.
@@ -101,11 +103,13 @@ Fault CaughtFault() noexcept {
 
 HRESULT SetErrorObject(Fault fault, REFIID iid) noexcept {
   ComPtr<ICreateErrorInfo> info;
-  if (FAILED(CreateErrorInfo(info.Receive()))) return fault.scode;
-  info->SetGUID(iid);
-  info->SetDescription(fault.description.get());
-  info->SetSource(fault.source.get());
-  if (const auto error = info.As<IErrorInfo>()) SetErrorInfo(0, error.get());
+  if (SUCCEEDED(CreateErrorInfo(info.Receive()))) {
+    info->SetGUID(iid);
+    info->SetDescription(fault.description.get());
+    info->SetSource(fault.source.get());
+  }
+  // Null when there is no memory for one: the last call's error would be taken for this one's.
+  SetErrorInfo(0, info.As<IErrorInfo>().get());
   return fault.scode;
 }
 

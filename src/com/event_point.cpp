@@ -77,6 +77,8 @@ HRESULT EventPoint::GetConnectionPointContainer(IConnectionPointContainer** cont
 HRESULT EventPoint::Advise(IUnknown* sink, DWORD* cookie) {
   if (cookie == nullptr || sink == nullptr) return E_POINTER;
   *cookie = 0;
+  // What the host runs meanwhile may let go of the object.
+  const ComPtr<IConnectionPoint> running(this);
   return Enter([&] {
     const ComPtr<IUnknown> given(sink);
     auto dispatch = given.As<IDispatch>(iid_);
@@ -92,6 +94,7 @@ HRESULT EventPoint::Advise(IUnknown* sink, DWORD* cookie) {
 }
 
 HRESULT EventPoint::Unadvise(DWORD cookie) {
+  const ComPtr<IConnectionPoint> running(this);
   return Enter([&] {
     const auto found = Find(cookie);
     if (found == connections_.end()) return CONNECT_E_NOCONNECTION;

@@ -9,7 +9,22 @@ namespace vndoc6::com {
 
 using automation::Object;
 
-const IID kFaceIid = {0xde1416f5, 0x1774, 0x430c, {0xb6, 0xee, 0x92, 0xc4, 0x54, 0xd4, 0x1c, 0x76}};
+const IID& FaceIid() {
+  // A process may have two copies of the DLL loaded, and each takes the other's objects for a
+  // host's: the address makes the identifier this module's own.
+  static const IID iid = [] {
+    IID own{0xde1416f5, 0x1774, 0x430c, {0xb6, 0xee, 0x92, 0xc4, 0x54, 0xd4, 0x1c, 0x76}};
+    const IID* const address = &iid;
+    std::memcpy(own.Data4, &address, sizeof address);
+    return own;
+  }();
+  return iid;
+}
+
+Running::Running(const DualHead& self) : face_(*self.face), object_(*self.object) {
+  face_.AddRef();
+}
+Running::~Running() { face_.Release(); }
 
 ComPtr<IDispatch> Face::Of(Object& object) {
   auto* face = static_cast<Face*>(object.companion());
@@ -57,14 +72,13 @@ void Face::Wake() {
 // A host that dropped the document but holds one of its steps still hears of the document's
 // events: a face with connected sinks stays, without holding the object, until that is gone.
 void Face::Rest() {
+  // The DLL stays until everything is gone that goes with the object: the sinks and objects of the
+  // host that are let go of may run code of the host's, which may ask whether it can be unloaded.
+  const HostReference staying;
   host_reference_.reset();
-  if (events_ != nullptr && events_->HasSinks()) {
-    // May destroy the object and this face with it.
-    const automation::Ref<Object> last = std::exchange(held_, nullptr);
-    return;
-  }
+  // May destroy the object, and a face that stays with it.
   const automation::Ref<Object> last = std::exchange(held_, nullptr);
-  delete this;
+  if (events_ == nullptr || !events_->HasSinks()) delete this;
 }
 
 bool Face::IsDualInterface(REFIID iid) const {
@@ -72,7 +86,7 @@ bool Face::IsDualInterface(REFIID iid) const {
 }
 
 void* Face::Find(REFIID iid) {
-  if (iid == IID_IDispatch || iid == IID_IUnknown || iid == kFaceIid || IsDualInterface(iid)) {
+  if (iid == IID_IDispatch || iid == IID_IUnknown || iid == FaceIid() || IsDualInterface(iid)) {
     return &head_;
   }
   if (iid == IID_ISupportErrorInfo) return static_cast<ISupportErrorInfo*>(this);
@@ -103,8 +117,10 @@ HRESULT Face::GetGUID(DWORD kind, GUID* guid) {
   if (guid == nullptr) return E_POINTER;
   *guid = GUID_NULL;
   if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID || event_source_ == nullptr) return E_INVALIDARG;
-  *guid = ToIid(event_source_->Events().id);
-  return S_OK;
+  return Enter([&] {
+    *guid = ToIid(event_source_->Events().id);
+    return S_OK;
+  });
 }
 
 HRESULT Face::InterfaceSupportsErrorInfo(REFIID iid) {
@@ -131,8 +147,8 @@ HRESULT Face::EnumConnectionPoints(IEnumConnectionPoints** points) {
 HRESULT Face::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
   if (point == nullptr) return E_POINTER;
   *point = nullptr;
-  if (iid != ToIid(event_source_->Events().id)) return CONNECT_E_NOCONNECTION;
   return Enter([&] {
+    if (iid != ToIid(event_source_->Events().id)) return CONNECT_E_NOCONNECTION;
     *point = ComPtr<IConnectionPoint>(&Events()).Detach();
     return S_OK;
   });

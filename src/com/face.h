@@ -15,8 +15,8 @@
 
 namespace vndoc6::com {
 
-// Answered only by faces, with a pointer to their DualHead.
-extern const IID kFaceIid;
+// Answered only by the faces of this module, with a pointer to their DualHead.
+const IID& FaceIid();
 
 class Face final : public automation::Companion,
                    public IProvideClassInfo2,

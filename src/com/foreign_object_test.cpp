@@ -10,10 +10,13 @@ namespace {
 
 using automation::Error;
 
-// A host's object: `Value` (get, put, putref as its flags say), `Add(a, b)`, `Fail`.
+// A host's object: `Value` (get, put, putref as its flags say), `Subtract(a, b)`, `Fail`, and a
+// default member that gives what Value gives.
 class HostObject final : public ComObject<IDispatch> {
  public:
   bool takes_putref = true;
+  bool fails = false;
+  int default_reads = 0;
   WORD last_flags = 0;
   Value stored;
 
@@ -30,7 +33,8 @@ class HostObject final : public ComObject<IDispatch> {
   STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
                       EXCEPINFO* exception, UINT*) override {
     last_flags = flags;
-    if (id == 3) return Fail(exception);
+    if (id == DISPID_VALUE) ++default_reads;
+    if (id == 3 || fails) return Fail(exception);
     if (id == 2) {
       result->vt = VT_I4;
       result->lVal = params->rgvarg[1].lVal - params->rgvarg[0].lVal;
@@ -106,6 +110,32 @@ TEST_F(ForeignObjectTest, PassesThroughTheModelUnchanged) {
   EXPECT_EQ(Get(gadget, L"Any").value.Object().get(), static_cast<IDispatch*>(host_.get()));
 }
 
+// As in `step.Label = recordset("Name")`.
+TEST_F(ForeignObjectTest, ItsDefaultMemberIsTakenWhereAValueIsWanted) {
+  const auto gadget = MakeGadget();
+  host_->stored = Value(L"7");
+  EXPECT_EQ(Put(gadget, L"Label", host_).code, S_OK);
+  EXPECT_EQ(Put(gadget, L"Number", host_).code, S_OK);
+  EXPECT_EQ(host_->default_reads, 2);
+  EXPECT_EQ(host_->last_flags, DISPATCH_PROPERTYGET | DISPATCH_METHOD);
+  EXPECT_EQ(Get(gadget, L"Label").value.Text(), L"7");
+  EXPECT_EQ(Get(gadget, L"Number").value.lVal, 7);
+  EXPECT_EQ(Call(gadget, L"Join", {host_, L"b"}).value.Text(), L"7,b,c");
+  EXPECT_EQ(Put(gadget, L"Label", Get(gadget, L"Font").value).code, S_OK);
+  EXPECT_EQ(Get(gadget, L"Label").value.Text(), L"Tahoma");
+
+  // An object of the library has none to read so, and an object is no value.
+  EXPECT_EQ(Put(gadget, L"Label", gadget).code, DISP_E_TYPEMISMATCH);
+  host_->stored = gadget;
+  EXPECT_EQ(Put(gadget, L"Label", host_).code, DISP_E_TYPEMISMATCH);
+  host_->stored = Value();
+  host_->fails = true;
+  const Answer failed = Put(gadget, L"Label", host_);
+  EXPECT_EQ(failed.code, DISP_E_EXCEPTION);
+  EXPECT_EQ(failed.description, L"File not found");
+  host_->fails = false;
+}
+
 TEST_F(ForeignObjectTest, IsNamedAfterItsTypeInformation) {
   EXPECT_EQ(object_->TypeName(), "Object");
   const Ref<automation::Font> font = MakeStandardFont();
@@ -125,6 +155,25 @@ TEST_F(ForeignObjectTest, EnumerationsOfHostsAreWalked) {
   // A gadget among its own parts would live for ever.
   dynamic_cast<Gadgets&>(*ImportObject(parts.get())).RemoveAll();
   host_->stored = Value();
+}
+
+class FailingEnumeration final : public ComObject<IEnumVARIANT> {
+ public:
+  STDMETHODIMP Next(ULONG, VARIANT*, ULONG*) override { return RPC_E_DISCONNECTED; }
+  STDMETHODIMP Skip(ULONG) override { return E_NOTIMPL; }
+  STDMETHODIMP Reset() override { return E_NOTIMPL; }
+  STDMETHODIMP Clone(IEnumVARIANT**) override { return E_NOTIMPL; }
+};
+
+// Callers read the EXCEPINFO of a call that answers so.
+TEST_F(ForeignObjectTest, AnArgumentThatFailsIsAnExceptionWithItsNumber) {
+  const auto gadget = MakeGadget();
+  Value enumeration;
+  enumeration.vt = VT_UNKNOWN;
+  enumeration.punkVal = MakeCom<FailingEnumeration>().Detach();
+  const Answer answer = Put(gadget, L"Any", enumeration);
+  EXPECT_EQ(answer.code, DISP_E_EXCEPTION);
+  EXPECT_EQ(answer.scode, RPC_E_DISCONNECTED);
 }
 
 TEST_F(ForeignObjectTest, ClassesThatAreNotThereAreNull) {

@@ -65,11 +65,8 @@ ComPtr<IDispatch> ExportObject(Object& object) {
 Ref<Object> ImportObject(IUnknown* object) {
   const ComPtr<IUnknown> given(object);
   if (!given) return {};
-  void* face = nullptr;
-  if (SUCCEEDED(given->QueryInterface(kFaceIid, &face))) {
-    const Ref<Object> own(static_cast<DualHead*>(face)->object);
-    given->Release();
-    return own;
+  if (const auto face = given.As<IUnknown>(FaceIid())) {
+    return reinterpret_cast<const DualHead*>(face.get())->object;
   }
   if (auto font = given.As<IFont>()) return Make<StandardFont>(std::move(font));
   if (auto picture = given.As<IPicture>()) return Make<StandardPicture>(std::move(picture));

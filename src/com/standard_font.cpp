@@ -14,6 +14,8 @@ class StandardFont::ChangeSink final : public ComObject<IPropertyNotifySink> {
   explicit ChangeSink(StandardFont& font) : font_(&font) {}
 
   STDMETHODIMP OnChanged(DISPID) override {
+    // Keeps the DLL, when whoever listens lets go of the font.
+    const ComPtr<IPropertyNotifySink> staying(this);
     return Enter([&] {
       const automation::Ref<StandardFont> running(font_.get());
       if (running) running->ReportChange();

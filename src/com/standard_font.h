@@ -3,6 +3,7 @@
 #pragma once
 
 #include "automation/font.h"
+#include "automation/variant.h"
 #include "com/com.h"
 
 namespace vndoc6::com {
@@ -13,6 +14,9 @@ class StandardFont final : public automation::Font {
   ~StandardFont() override;
 
   const ComPtr<IFont>& font() const { return font_; }
+
+  // The name, which is the default member of the platform's fonts.
+  automation::Variant DefaultValue() override { return Name(); }
 
   Text Name() const override;
   void SetName(const Text& name) override;

@@ -74,6 +74,12 @@ ComPtr<IPicture> LoadPictureBytes(const std::vector<uint8_t>& bytes) {
 
 }  // namespace
 
+automation::Variant StandardPicture::DefaultValue() {
+  OLE_HANDLE handle = 0;
+  Check(picture()->get_Handle(&handle));
+  return static_cast<int32_t>(handle);
+}
+
 std::vector<uint8_t> StandardPicture::Bytes() const {
   // A host may have loaded another image into the object that it was given or that it made.
   if (bytes_.empty() && picture_) return SavedBytes(picture_);

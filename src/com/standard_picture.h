@@ -3,6 +3,7 @@
 #pragma once
 
 #include "automation/picture.h"
+#include "automation/variant.h"
 #include "com/com.h"
 
 namespace vndoc6::com {
@@ -14,6 +15,8 @@ class StandardPicture final : public automation::Picture {
   // A host's picture object.
   explicit StandardPicture(ComPtr<IPicture> picture) : picture_(std::move(picture)) {}
 
+  // The handle, which is the default member of the platform's pictures.
+  automation::Variant DefaultValue() override;
   std::vector<uint8_t> Bytes() const override;
   // The platform's object, always the same. Raises error 481 when the bytes are no image.
   const ComPtr<IPicture>& picture() const;

@@ -68,7 +68,7 @@ Variant ReadAt(VARTYPE type, const void* data) {
     case VT_DECIMAL:
       return FromDecimal(*static_cast<const DECIMAL*>(data));
     default:
-      throw Error(kTypeMismatch);
+      return Opaque{};
   }
 }
 
@@ -142,6 +142,8 @@ void WriteVariant(const Variant& value, VARIANT& out) {
       out.scode = value.If<ErrorValue>()->scode;
       out.vt = VT_ERROR;
       return;
+    case ValueKind::kOpaque:
+      throw Error(kTypeMismatch);
   }
 }
 

@@ -7,11 +7,12 @@
 namespace vndoc6::com {
 
 // The value of a caller's VARIANT, which keeps it. By-reference ones are read through. Integers of
-// other widths become the narrowest kind that holds them all, a decimal becomes a Double. Raises
-// error 13 for arrays and records, which automation values of this library don't have.
+// other widths become the narrowest kind that holds them all, a decimal becomes a Double; arrays,
+// records and the like are opaque.
 automation::Variant ReadVariant(const VARIANT& value);
 
-// Puts the value into `out`, whose previous content is not released. Raises std::bad_alloc.
+// Puts the value into `out`, whose previous content is not released. Raises std::bad_alloc, and
+// error 13 for an opaque value.
 void WriteVariant(const automation::Variant& value, VARIANT& out);
 
 }  // namespace vndoc6::com

@@ -31,7 +31,6 @@ SpareText spare;
 }  // namespace
 
 static_assert(std::is_same_v<Code, HRESULT>);
-static_assert(kInvalidPointer == E_POINTER);
 static_assert(sizeof(Money) == sizeof(CY) && alignof(Money) == alignof(CY));
 static_assert(sizeof(AnyValue) == sizeof(VARIANT) && alignof(AnyValue) == alignof(VARIANT));
 static_assert(sizeof(String) == sizeof(BSTR) && sizeof(char16_t) == sizeof(OLECHAR));
@@ -63,6 +62,12 @@ void* WriteObject(const Ref<Object>& object) {
 
 Code ReportFault(const Object& object) noexcept {
   return SetErrorObject(CaughtFault(), ToIid(object.GetClassInfo()->interface_id()));
+}
+
+Code RefuseCall() noexcept {
+  // An earlier call's error would be taken for this one's.
+  SetErrorInfo(0, nullptr);
+  return E_POINTER;
 }
 
 }  // namespace vndoc6::com::abi

@@ -26,7 +26,6 @@ using automation::Variant;
 
 using Code = long;  // HRESULT
 inline constexpr Code kOk = 0;
-inline constexpr Code kInvalidPointer = static_cast<Code>(0x80004003);
 
 using String = char16_t*;  // BSTR
 struct Money {             // CY
@@ -63,6 +62,8 @@ Ref<Object> ReadObject(void* object);
 void* WriteObject(const Ref<Object>& object);
 // The exception being handled as the thread's error object; gives its code.
 Code ReportFault(const Object& object) noexcept;
+// The answer to a call that has no place for its result.
+Code RefuseCall() noexcept;
 
 // How a parameter of C++ type T is passed, and held for the member while it runs.
 template <class T, bool kByReference = false>
@@ -188,8 +189,7 @@ using Plain = std::remove_cvref_t<T>;
 template <class T, bool kByReference>
 using Passed = typename Received<Plain<T>, kByReference>::Passed;
 
-// The slot of one member. The object stays alive while it runs and until its fault is reported,
-// whatever the call releases; `self` may be gone by then.
+// The slot of one member.
 template <auto kMember, class Shape, bool... kByReference>
 struct Slot;
 
@@ -197,9 +197,9 @@ template <auto kMember, class Class, class Result, class... Params, bool... kByR
 struct Slot<kMember, Result (Class::*)(Params...), kByReference...> {
   using Out = typename Given<Plain<Result>>::Out;
   static Code __stdcall Call(DualHead* self, Passed<Params, kByReference>... arguments, Out* out) {
-    if (out == nullptr) return kInvalidPointer;
+    if (out == nullptr) return RefuseCall();
     *out = Out{};
-    const Ref<Object> running(self->object);
+    const Running running(*self);
     return Guarded(
         [&] {
           Given<Plain<Result>>::Give((static_cast<Class&>(*running).*kMember)(
@@ -214,7 +214,7 @@ struct Slot<kMember, Result (Class::*)(Params...), kByReference...> {
 template <auto kMember, class Class, class... Params, bool... kByReference>
 struct Slot<kMember, void (Class::*)(Params...), kByReference...> {
   static Code __stdcall Call(DualHead* self, Passed<Params, kByReference>... arguments) {
-    const Ref<Object> running(self->object);
+    const Running running(*self);
     return Guarded(
         [&] {
           (static_cast<Class&>(*running).*

@@ -32,7 +32,8 @@ const automation::EnumInfo& automation::DescribeEnum<EnumVantrelChangeEvent>();
 
 // Derive from this, override what you want to hear of, and pass it to vnDocument::AddListener.
 // Every event runs inside the call that caused it, before that call returns; the change is made
-// already. A listener may do anything, also change the document, leave, or let go of it.
+// already, but for ContainerRemoved and TaskChange 2. A listener may do anything, also change the
+// document, leave, or let go of it.
 class DocumentListener {
  public:
   virtual ~DocumentListener() = default;

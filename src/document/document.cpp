@@ -64,6 +64,26 @@ Ref<T> LazyPart(Lazy<T>& part, vnDocument* document) {
   return part.Get(make, load);
 }
 
+// The copy gets its document last: hosts hear of it when it is there, not of its parts before.
+template <class T, class List>
+Ref<T> CopyInto(vnDocument& document, List& list, T* source) {
+  if (source == nullptr) throw Error(automation::kObjectNotSet);
+  // What copying builds of the original is reported: a host's handler may let go of both.
+  const Ref<vnDocument> self(&document);
+  const Ref<T> original(source);
+  auto copy = automation::Make<T>();
+  copy->InternalCopyFrom(*original);
+  try {
+    copy->InternalJoin(document);
+    list.Add(copy.get());
+  } catch (...) {
+    // It is in all of the document's lists or in none.
+    if (!list.InternalStore().Contains(*copy)) copy->InternalLeave(document);
+    throw;
+  }
+  return copy;
+}
+
 }  // namespace
 
 vnDocument::vnDocument() : scope_(std::make_unique<OwnScope>(*this)) {
@@ -216,26 +236,10 @@ Ref<vnStep> vnDocument::NewStep(const Text& psSourceKey, const Text& psLoadData)
   return step;
 }
 
-Ref<vnStep> vnDocument::CopyStep(vnStep* poStep) {
-  if (poStep == nullptr) throw Error(automation::kObjectNotSet);
-  // What copying builds is reported: a host's handler may let go of the original.
-  const Ref<vnStep> original(poStep);
-  auto copy = automation::Make<vnStep>();
-  copy->InternalSetDocument(this);
-  copy->InternalCopyFrom(*original);
-  steps_->Add(copy.get());
-  return copy;
-}
+Ref<vnStep> vnDocument::CopyStep(vnStep* poStep) { return CopyInto(*this, *steps_, poStep); }
 
 Ref<vnContainer> vnDocument::CopyContainer(vnContainer* poContainer) {
-  if (poContainer == nullptr) throw Error(automation::kObjectNotSet);
-  const Ref<vnDocument> self(this);
-  const Ref<vnContainer> original(poContainer);
-  auto copy = automation::Make<vnContainer>();
-  // The collection gives it the document: hosts hear of it when it is there, not of its figure.
-  copy->InternalCopyFrom(*original);
-  ContainerCollection()->Add(copy.get());
-  return copy;
+  return CopyInto(*this, *ContainerCollection(), poContainer);
 }
 
 // --- Events ---

@@ -90,13 +90,13 @@ class vnDocument : public automation::Object, public automation::EventSource {
 
   // The running identifier counter. The first read of a new document gives 1.
   int32_t IR();
-  // Only while an older file is being converted, else error 2199. Stores the value plus one.
+  // Stores the value plus one, only while an older file is being converted; else error 2199.
   void SetIR(int32_t plIR);
   // The document's identity; empty until the first save, a new one when it is saved under another
   // name.
   const Text& GUID() const { return guid_; }
-  // Only while an older file is being converted, or when Properties holds "AllowGUIDAssign" with
-  // the value True; else error 2199.
+  // Gives the document another identity, only while an older file is being converted, or when
+  // Properties holds "AllowGUIDAssign" with the value True; else error 2199.
   void SetGUID(const Text& psGUID);
 
   // Always 0: nothing sets extensions. Kept for the hosts that ask.

@@ -10,12 +10,16 @@
 #include "chart/chart.h"
 #include "chart/figure.h"
 #include "details/details.h"
+#include "process/condition.h"
 #include "process/container.h"
 #include "process/file.h"
+#include "process/jump.h"
 #include "process/link.h"
 #include "process/steps.h"
 #include "process/task.h"
+#include "tests/support/acts_once.h"
 #include "tests/support/recording_listener.h"
+#include "titles/title_ref.h"
 
 namespace vndoc6 {
 namespace {
@@ -109,8 +113,25 @@ TEST(Document, CopiesOfStepsAndContainersAreTheirOwn) {
   file->SetFileName(u"f");
   source->Files()->Add(file.get());
 
+  source->Jumps()->Add(Make<vnJump>().get());
+  source->NewCondition(u"name", u"test");
+
   const auto document = Make<vnDocument>();
+  testing::RecordingListener events(*document);
+  bool whole = false;
+  const testing::ActsOnce handler(*document, "StepAdded", [&] {
+    const Ref<vnStep> copy = document->Steps()->Item(Variant(1));
+    const auto is_in = [&](const auto& member) { return member->Document() == document; };
+    whole = is_in(copy->Figure()) && is_in(copy->Tasks()->Item(Variant(1))) &&
+            is_in(copy->Conditions()->Item(Variant(1))) && is_in(copy->PerformedBy()) &&
+            is_in(copy->Jumps()) && document->Files()->Item(Variant(1))->Step() == copy &&
+            document->Jumps()->Item(Variant(1)) == copy->Jumps()->Item(Variant(1));
+  });
   const Ref<vnStep> copy = document->CopyStep(source.get());
+  EXPECT_TRUE(whole);
+  EXPECT_EQ(events.Take(), (Lines{"StepAdded " + automation::ToUtf8(copy->Key())}));
+  copy->Jumps()->Item(Variant(1))->SetFileName(u"heard of");
+  EXPECT_EQ(events.Take().size(), 1U);
   EXPECT_EQ(copy->Document(), document);
   EXPECT_EQ(copy->Label(), u"source");
   EXPECT_NE(copy->Figure()->Font(), source->Figure()->Font());
@@ -125,7 +146,7 @@ TEST(Document, CopiesOfStepsAndContainersAreTheirOwn) {
   const auto container = Make<vnContainer>();
   container->SetLabel(u"group");
   container->Figure()->SetWidth(5);
-  testing::RecordingListener events(*document);
+  events.Take();
   const Ref<vnContainer> copied = document->CopyContainer(container.get());
   EXPECT_EQ(events.Take(), (Lines{"ContainerAdded " + automation::ToUtf8(copied->Key())}));
   EXPECT_EQ(copied->Figure()->Document(), document);

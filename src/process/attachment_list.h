@@ -29,6 +29,10 @@ class AttachmentList : public Collection<T, StepMember> {
   }
   // The same, for members that were in the document already: reports nothing.
   void InternalLoadQuietly(const bag::KeptText& text) { this->ReadMembersQuietly(text); }
+  // A copied step's members come to the document when all of the step is there: reports nothing.
+  void InternalJoin(vnDocument& document);
+  // Takes them out of the document's list again.
+  void InternalLeave(vnDocument& document);
 
  protected:
   // `prefix` stands before the positions in the saved text, `of_document` gives the document's own
@@ -66,6 +70,21 @@ void AttachmentList<T>::Add(T* member) {
     throw;
   }
   Report(*added, vnceAdd);
+}
+
+template <class T>
+void AttachmentList<T>::InternalJoin(vnDocument& document) {
+  this->InternalHandOnDocument();
+  for (size_t i = 0; i < this->store_.size(); ++i) {
+    of_document_(ScopeOf(document)).AddUnderOwnKey(this->store_[i]);
+  }
+}
+
+template <class T>
+void AttachmentList<T>::InternalLeave(vnDocument& document) {
+  for (size_t i = this->store_.size(); i-- > 0;) {
+    of_document_(ScopeOf(document)).store_.RemoveMember(this->store_[i]);
+  }
 }
 
 template <class T>

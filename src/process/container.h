@@ -21,6 +21,7 @@ class vnContainer : public Member {
 
   // The document, in a Variant.
   automation::Variant Document() const;
+  // Gives the container a document; reports nothing.
   void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
   // The key that steps name the container by. Setting it reports nothing; the container stays in
   // its collection under the key it had.
@@ -49,6 +50,9 @@ class vnContainer : public Member {
   void InternalLoad(const bag::KeptText& text, const Text& key);
   // Everything but the key and the document, the figure's values included.
   void InternalCopyFrom(vnContainer& other);
+  // Takes a copy into the document, and out again. Reports nothing.
+  void InternalJoin(vnDocument& document) { InternalSetDocument(&document); }
+  void InternalLeave(vnDocument& /*document*/) { InternalSetDocument(nullptr); }
 
  private:
   struct Schema;

@@ -42,9 +42,12 @@ class vnLink : public Member {
   }
   // The connector that draws the link; built on the first read.
   automation::Ref<vnLine> Line();
+  // Another connector in its place; Nothing has one built on the next read. It keeps the link that
+  // it was given.
   void SetLine(vnLine* poLine);
   // The tests for taking this path; built on the first read.
   automation::Ref<vnConditions> Conditions();
+  // Other tests in their place; Nothing has the collection built on the next read.
   void SetConditions(vnConditions* poConditions);
   // Free text, in the host's language; independent of Conditions.
   const vndoc6::Text& ConditionExpression() { return values().condition_expression; }

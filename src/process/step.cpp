@@ -75,6 +75,9 @@ template void vnStep::Put(Text Values::*, const Text&);
 
 template <class T>
 Ref<T> vnStep::Part(Lazy<T>& part) {
+  if (T* const built = part.built()) return built;
+  // Building it is reported; a handler may let go of this step.
+  const Ref<vnStep> self(this);
   const auto make = [this] {
     auto object = automation::Make<T>();
     object->InternalSetDocument(InternalDocument());
@@ -147,13 +150,16 @@ int32_t vnStep::InternalNextTaskOrder() {
 }
 
 Ref<vnTask> vnStep::NewTask() {
+  // A handler that is told may let go of this step.
+  const Ref<vnStep> self(this);
+  // The tasks come before the order: a handler that hears of their building may make another.
+  const Ref<vnTasks> tasks = Tasks();
   auto task = automation::Make<vnTask>();
   task->InternalSetDocument(InternalDocument());
   task->SetStep(this);
   task->SetTaskOrder(InternalNextTaskOrder());
   // The order index needs the key before the collection would make one.
   task->InternalSetKey(platform::NewKey());
-  const Ref<vnTasks> tasks = Tasks();
   content().task_order.Add(task->Key(), task->TaskOrder());
   try {
     tasks->Add(task.get());
@@ -165,20 +171,24 @@ Ref<vnTask> vnStep::NewTask() {
 }
 
 void vnStep::RemoveTask(const Text& psKey) {
+  const Ref<vnStep> self(this);
   const Ref<vnTasks> tasks = Tasks();
   const Ref<vnTask> task = tasks->Item(automation::Variant(psKey));
   if (!task) return;
+  tasks->InternalReportRemoval(*task);
+  // A handler may have made tasks, or removed others or this one: what counts is what there is now.
+  TaskOrderIndex& index = content().task_order;
   const int32_t removed = task->TaskOrder();
   // Whatever needs memory comes before the first change.
   std::vector<std::pair<Ref<vnTask>, int32_t>> moved;
-  for (const auto& [key, order] : content().task_order.Above(removed)) {
+  for (const auto& [key, order] : index.Above(removed)) {
     if (vnTask* other = tasks->InternalStore().Find(TextView(key))) {
       if (other != task.get()) moved.emplace_back(other, order - 1);
     }
   }
-  content().task_order.Remove(psKey);
-  tasks->InternalRemove(*task);
-  content().task_order.CloseGap(removed);
+  const bool counted = index.Remove(psKey);
+  if (!tasks->InternalTakeOut(*task) && !counted) return;
+  index.CloseGap(removed);
   for (const auto& [other, order] : moved) other->SetTaskOrder(order);
 }
 

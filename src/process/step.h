@@ -37,6 +37,7 @@ class vnStep : public Member {
 
   // Reading it never gives the step's container: it raises error 438. Hosts use ContainerKey.
   automation::Ref<vnContainer> Container() const;
+  // Keeps a container with the step; it can't be read back, and ContainerKey stays as it is.
   void SetContainer(vnContainer* poContainer);
   void SetDocument(vnDocument* poDocument) { InternalSetDocument(poDocument); }
 
@@ -77,9 +78,10 @@ class vnStep : public Member {
   automation::Ref<vnFiles> Files();
   // The jumps from the step to other documents.
   automation::Ref<vnJumps> Jumps();
-  // A working list for hosts; not saved with the step.
+  // A working list for hosts; not saved with the step, and kept by a Load.
   automation::Ref<vnLinks> Links();
-  // Who performs the step. Unlike the other parts it survives a Load once it was read.
+  // Who performs the step. As Links, and unlike the other parts, it survives a Load once it was
+  // read.
   automation::Ref<vnTitleRefs> PerformedBy();
   // The values of the step's extra data fields, as the document's FieldDefsSteps define them.
   automation::Ref<automation::Object> Fields();
@@ -130,7 +132,7 @@ class vnStep : public Member {
   // text that is not of its kind counts as missing.
   void Load(const Text& psLoad, const Text& psKey = {});
 
-  // Adds a condition to Conditions and gives it; Nothing when that fails.
+  // Adds a condition to Conditions and gives it.
   automation::Ref<vnCondition> NewCondition(const Text& psDisplayName, const Text& psCondition);
   // Takes a condition out of Conditions; False when there is none with that key.
   bool RemoveCondition(const Text& psKey);
@@ -167,6 +169,9 @@ class vnStep : public Member {
   // Copies everything but key, document and owners, parts included; the copied tasks, files, jumps
   // and conditions get fresh keys, and the copy's task order counts all its tasks.
   void InternalCopyFrom(vnStep& source);
+  // Takes a copy into the document with all its parts, and out of its lists again. Reports nothing.
+  void InternalJoin(vnDocument& document);
+  void InternalLeave(vnDocument& document);
 
  private:
   struct Schema;
@@ -190,7 +195,6 @@ class vnStep : public Member {
   template <class T>
   void Put(T Values::*member, const T& value);
   void ReadContent(const bag::KeptText& text, Content& content);
-  void InternalCopyTitlesFrom(vnStep& source);
   void PruneDependencies(Content& content);
   void ReportChange(int32_t detail_id);
   void TakeOutOfNumbering();

@@ -13,6 +13,12 @@ namespace vndoc6 {
 
 using automation::Ref;
 
+namespace {
+
+constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
+
+}  // namespace
+
 void vnStep::StoreStepIndex(int32_t step_index) {
   const int32_t previous = std::exchange(step_index_, step_index);
   if (vnSteps* owner = owner_.get()) owner->InternalNumberChanged(*this, previous);
@@ -36,24 +42,20 @@ void vnStep::SetStepIndex(int32_t plStepIndex) {
 }
 
 void vnStep::TakeOutOfNumbering() {
-  vnSteps* const owner = owner_.get();
+  const Ref<vnSteps> owner(owner_.get());
   const int32_t current = step_index_;
-  if (owner != nullptr && current >= 1 && owner->LastIndex() > current) {
-    constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
-    for (const Ref<vnStep>& step : owner->InternalStepsNumbered(current + 1, kHighest)) {
-      if (step.get() != this) step->InternalSetStepIndexQuietly(step->StepIndex() - 1);
-    }
+  if (owner && current >= 1 && owner->LastIndex() > current) {
+    owner->InternalShiftNumbers(current + 1, kHighest, -1, *this);
   }
   InternalSetStepIndexQuietly(-1);
 }
 
 void vnStep::MoveTo(int32_t step_index) {
-  vnSteps* const owner = owner_.get();
-  if (owner == nullptr) {
+  const Ref<vnSteps> owner(owner_.get());
+  if (!owner) {
     InternalSetStepIndexQuietly(step_index);
     return;
   }
-  constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
   const int32_t current = step_index_;
   const int32_t last = owner->LastIndex();
   if (current < 1 && last == kHighest) throw automation::Error(automation::kOverflow);
@@ -63,13 +65,7 @@ void vnStep::MoveTo(int32_t step_index) {
   // number below: hosts count on it.
   const int32_t move = target <= current ? 1 : -1;
   const auto [low, high] = std::minmax(target, other_end);
-  for (const Ref<vnStep>& step : owner->InternalStepsNumbered(low, high)) {
-    const int32_t number = step->StepIndex();
-    if (number == current) continue;
-    if (move > 0 && number == kHighest) throw automation::Error(automation::kOverflow);
-    step->InternalSetStepIndexQuietly(number + move);
-  }
-  InternalSetStepIndexQuietly(target);
+  if (owner->InternalShiftNumbers(low, high, move, *this)) InternalSetStepIndexQuietly(target);
 }
 
 }  // namespace vndoc6

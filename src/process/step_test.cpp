@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "automation/error.h"
 #include "automation/late_bound.h"
 #include "bag/properties.h"
@@ -12,6 +14,7 @@
 #include "process/link.h"
 #include "process/steps.h"
 #include "process/task.h"
+#include "tests/support/acts_once.h"
 #include "tests/support/recording_listener.h"
 #include "titles/title_ref.h"
 
@@ -141,6 +144,16 @@ TEST(Step, DependenciesOnStepsThatAreGoneGoWithTheNextSave) {
   third->Load(saved);
   EXPECT_EQ(third->Save().find(u"DP="), Text::npos);
   EXPECT_TRUE(third->Dependancies()->IsEmpty());
+
+  // A host may add to the bag that a save emptied; one that was empty before the save is dropped.
+  third->Load(saved);
+  const Ref<Properties> bag = third->Dependancies();
+  third->Save();
+  bag->Add(third->Key(), Variant(1));
+  EXPECT_NE(third->Save().find(u":DP=~64\""), Text::npos);
+  bag->Remove(third->Key());
+  third->Save();
+  EXPECT_NE(third->Dependancies(), bag);
 }
 
 TEST(Step, TasksStayNumberedWithoutGaps) {
@@ -189,6 +202,76 @@ TEST(Step, ConditionsAndLinks) {
   const auto loaded = Make<vnStep>();
   loaded->Load(step->Save());
   EXPECT_EQ(loaded->Links()->Count(), 0);
+}
+
+// A handler that hears of a task's removal may remove and make others: orders stay a run.
+TEST(Step, TasksStayNumberedWhenAHandlerActs) {
+  struct Case {
+    size_t removed;
+    std::function<void(vnStep& step, std::vector<Ref<vnTask>>& tasks)> act;
+    std::vector<size_t> left;
+  };
+  const auto remove = [](vnStep& step, const Ref<vnTask>& task) { step.RemoveTask(task->Key()); };
+  const Case cases[] = {
+      {0, [&](vnStep& step, auto& tasks) { remove(step, tasks[1]); }, {2, 3}},
+      {2, [&](vnStep& step, auto& tasks) { remove(step, tasks[0]); }, {1, 3}},
+      {1, [&](vnStep& step, auto& tasks) { remove(step, tasks[1]); }, {0, 2, 3}},
+      {1,
+       [&](vnStep& step, auto& tasks) { step.Tasks()->Remove(Variant(tasks[1]->Key())); },
+       {0, 2, 3}},
+      {0, [&](vnStep& step, auto& tasks) { tasks.push_back(step.NewTask()); }, {1, 2, 3, 4}},
+  };
+  for (const Case& test : cases) {
+    const auto document = Make<vnDocument>();
+    const Ref<vnStep> step = document->NewStep();
+    std::vector<Ref<vnTask>> tasks;
+    for (int i = 0; i < 4; ++i) tasks.push_back(step->NewTask());
+    const testing::ActsOnce handler(*document, "TaskChange", [&] { test.act(*step, tasks); });
+    remove(*step, tasks[test.removed]);
+    const auto line = &test - cases;
+    EXPECT_TRUE(handler.acted()) << line;
+    int32_t order = 0;
+    for (const size_t left : test.left) EXPECT_EQ(tasks[left]->TaskOrder(), ++order) << line;
+    EXPECT_EQ(step->Tasks()->Count(), order) << line;
+    EXPECT_EQ(step->NewTask()->TaskOrder(), order + 1) << line;
+  }
+
+  // One that hears of the tasks being built may make one before.
+  const auto document = Make<vnDocument>();
+  const Ref<vnStep> source = document->NewStep();
+  source->NewTask();
+  const Ref<vnStep> step = document->NewStep(source->Key());
+  Ref<vnTask> made;
+  const testing::ActsOnce handler(*document, "TaskChange", [&] { made = step->NewTask(); });
+  EXPECT_EQ(step->NewTask()->TaskOrder(), 2);
+  EXPECT_EQ(made->TaskOrder(), 1);
+}
+
+// Tasks of another step do not hold this one: it does so itself while it runs.
+TEST(Step, MayBeLetGoOfWhileItMakesAndRemovesTasks) {
+  const auto document = Make<vnDocument>();
+  for (const bool makes : {false, true}) {
+    const Ref<vnTasks> tasks = document->NewStep()->Tasks();
+    Ref<vnStep> step = document->NewStep();
+    step->SetTasks(tasks.get());
+    const Ref<vnTask> task = step->NewTask();
+    const automation::Weak<vnStep> watched(step.get());
+    bool there = false;
+    const testing::ActsOnce handler(*document, "TaskChange", [&] {
+      document->Steps()->Remove(Variant(step->Key()));
+      step = nullptr;
+      there = static_cast<bool>(watched);
+    });
+    vnStep& running = *step;
+    if (makes) {
+      running.NewTask();
+    } else {
+      running.RemoveTask(task->Key());
+    }
+    EXPECT_TRUE(there);
+    EXPECT_FALSE(watched);
+    EXPECT_EQ(tasks->Count(), makes ? 2 : 0);
+  }
 }
 
 // A handler that reads the part whose building it is told of finds the same object.

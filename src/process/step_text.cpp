@@ -45,6 +45,8 @@ vnStep::Content& vnStep::content() {
 }
 
 Text vnStep::Save() {
+  // A host's field object that gives its text may let go of this step.
+  const Ref<vnStep> self(this);
   return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
 }
 
@@ -92,8 +94,11 @@ void vnStep::InternalWrite(BagWriter& writer) {
   schema::WriteEntries<Schema>(writer, *this, content());
 }
 
-// Takes out the dependencies on steps that are gone; when none is left, the bag too.
+// Takes out the dependencies on steps that are gone. A bag that was empty before goes; one that this
+// empties stays, for a host that holds it to add to.
 void vnStep::PruneDependencies(Content& content) {
+  const Properties* const built = content.dependancies.built();
+  if (built != nullptr && built->IsEmpty()) content.dependancies.Reset({});
   if (content.dependancies.built() == nullptr && content.dependancies.text().empty()) return;
   const Ref<Properties> bag = bag::BagPart(content.dependancies, this);
   Scope* const scope = InternalScope();
@@ -101,7 +106,6 @@ void vnStep::PruneDependencies(Content& content) {
     const Text key = bag->Key(i);
     if (scope->Steps().InternalStore().Find(TextView(key)) == nullptr) bag->Remove(key);
   }
-  if (bag->Count() == 0) content.dependancies.Reset({});
 }
 
 void vnStep::InternalCopyFrom(vnStep& source) {
@@ -115,18 +119,27 @@ void vnStep::InternalCopyFrom(vnStep& source) {
   CopyMembers<vnFile>(source.Files(), Files());
   CopyMembers<vnJump>(source.Jumps(), Jumps());
   CopyMembers<vnCondition>(source.Conditions(), Conditions());
-  InternalCopyTitlesFrom(source);
+  // References to titles have no identity of their own: their text is all there is to copy.
+  const Ref<vnTitleRefs> titles = source.PerformedBy();
+  copy.performed_by.Reset(
+      KeptText(bag::BagTextOf([&](BagWriter& writer) { titles->InternalWrite(writer); })));
   copy.fields.Reset(KeptText(fields::TextOf(*source.Fields())));
   bag::SetBagPart(copy.properties, source.GetProperties()->Clone().get(), this);
   bag::SetBagPart(copy.attachments, source.Attachments()->Clone().get(), this);
   bag::SetBagPart(copy.dependancies, source.Dependancies()->Clone().get(), this);
 }
 
-// References to titles have no identity of their own: their text is all there is to copy.
-void vnStep::InternalCopyTitlesFrom(vnStep& source) {
-  const Ref<vnTitleRefs> titles = source.PerformedBy();
-  PerformedBy()->InternalLoad(
-      KeptText(bag::BagTextOf([&](BagWriter& writer) { titles->InternalWrite(writer); })));
+void vnStep::InternalJoin(vnDocument& document) {
+  InternalSetDocument(&document);
+  Tasks()->InternalHandOnDocument();
+  Conditions()->InternalHandOnDocument();
+  Files()->InternalJoin(document);
+  Jumps()->InternalJoin(document);
+}
+
+void vnStep::InternalLeave(vnDocument& document) {
+  Files()->InternalLeave(document);
+  Jumps()->InternalLeave(document);
 }
 
 }  // namespace vndoc6

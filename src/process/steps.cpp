@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <new>
+#include <unordered_set>
 
 #include "core/scope.h"
 #include "document/document.h"
@@ -53,12 +54,14 @@ void vnSteps::Remove(const Variant& pvRef) {
   step->SetStepIndex(-1);
   // The renumbering ran handlers: positions may have moved, so the step itself is looked for.
   if (!store_.RemoveMember(*step)) return;
+  ++removals_;
   if (numbers_) numbers_->Remove(step->StepIndex(), *step);
   if (Scope* scope = InternalScope()) scope->Report<&DocumentListener::StepRemoved>(*step);
 }
 
 void vnSteps::RemoveAll() {
   numbers_.reset();
+  ++removals_;
   Collection::RemoveAll();
 }
 
@@ -105,13 +108,38 @@ void vnSteps::InternalNumberChanged(vnStep& step, int32_t previous) {
 
 void vnSteps::InternalKeyChanged() { untracked_ = true; }
 
-std::vector<Ref<vnStep>> vnSteps::InternalStepsNumbered(int32_t low, int32_t high) const {
+// In the order of the collection, each once: a step that was given another key may be in it twice.
+std::vector<Ref<vnStep>> vnSteps::StepsNumbered(int32_t low, int32_t high) const {
   std::vector<Ref<vnStep>> steps;
+  std::unordered_set<const vnStep*> seen;
   for (size_t i = 0; i < store_.size(); ++i) {
     const int32_t number = store_[i].StepIndex();
-    if (number >= low && number <= high) steps.emplace_back(&store_[i]);
+    if (number < low || number > high) continue;
+    if (!untracked_ || seen.insert(&store_[i]).second) steps.emplace_back(&store_[i]);
   }
   return steps;
+}
+
+bool vnSteps::Holds(const vnStep& step) const {
+  if (store_.Find(TextView(step.Key())) == &step) return true;
+  return untracked_ && store_.Contains(step);
+}
+
+bool vnSteps::InternalShiftNumbers(int32_t low, int32_t high, int32_t by, const vnStep& mover) {
+  // Whatever needs memory comes before the first change, as long as no handler takes steps out.
+  const std::vector<Ref<vnStep>> steps = StepsNumbered(low, high);
+  const int32_t number_of_mover = mover.StepIndex();
+  const bool held = Holds(mover);
+  const uint32_t removals = removals_;
+  const auto is_gone = [&](const vnStep& step) { return removals_ != removals && !Holds(step); };
+  for (const Ref<vnStep>& step : steps) {
+    // Asked anew for each: the report of an earlier one may have changed this one.
+    const int32_t number = step->StepIndex();
+    if (number < low || number > high || number == number_of_mover) continue;
+    if (step.get() == &mover || is_gone(*step)) continue;
+    step->InternalSetStepIndexQuietly(number + by);
+  }
+  return !held || !is_gone(mover);
 }
 
 void vnSteps::InternalWrite(bag::BagWriter& writer) { WriteByKey(writer, u'T'); }

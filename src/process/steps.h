@@ -38,19 +38,25 @@ class vnSteps : public Collection<vnStep> {
   // A step that calls this collection its owner bears another number, or another key, now.
   void InternalNumberChanged(vnStep& step, int32_t previous);
   void InternalKeyChanged();
-  // The steps with a number from `low` to `high`, in the order of the collection.
-  std::vector<automation::Ref<vnStep>> InternalStepsNumbered(int32_t low, int32_t high) const;
+  // Adds `by` to the numbers from `low` to `high`, for `mover` to take its place; steps with its
+  // number stay. Those that a handler takes away meanwhile stay as it left them. False when it
+  // took `mover` itself out of the collection.
+  bool InternalShiftNumbers(int32_t low, int32_t high, int32_t by, const vnStep& mover);
 
  private:
   const StepNumbers& Numbers() const;
   template <class Update>
   void UpdateNumbers(Update update);
+  std::vector<automation::Ref<vnStep>> StepsNumbered(int32_t low, int32_t high) const;
+  bool Holds(const vnStep& step) const;
 
   // Made from the steps when somebody first asks for a number: a load asks for none.
   mutable std::optional<StepNumbers> numbers_;
   // A step changes without telling this collection (another is its owner), or was given another
   // key by a Load: look at every step, as long as the collection lives.
   bool untracked_ = false;
+  // How often steps were taken out: whether a handler did so.
+  uint32_t removals_ = 0;
 };
 
 }  // namespace vndoc6

@@ -3,11 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
+#include <limits>
 #include <random>
 
 #include "automation/error.h"
 #include "automation/late_bound.h"
 #include "document/document.h"
+#include "tests/support/acts_once.h"
 #include "tests/support/plain_document.h"
 #include "tests/support/recording_listener.h"
 
@@ -146,8 +149,52 @@ TEST(Steps, AStepThatIsLoadedAgainIsFoundUnderItsNewKeyAndNumber) {
   EXPECT_FALSE(steps->ItemByStepKey(u"b"));
   // The collection still knows it under the key it was added with.
   EXPECT_EQ(steps->Item(Variant(u"b"))->Key(), u"again");
+  // Added again under its new key it is there twice; it moves and is counted once.
+  const Ref<vnStep> again = steps->ItemByStepKey(u"again");
+  steps->Add(again.get());
+  ASSERT_EQ(steps->Count(), 4);
+  steps->Item(Variant(u"c"))->SetStepIndex(-1);
+  EXPECT_EQ(again->StepIndex(), 6);
+  steps->Remove(Variant(u"again"));
   steps->Remove(Variant(u"b"));
-  EXPECT_EQ(Numbering(*document), "1a 3c");
+  EXPECT_EQ(Numbering(*document), "-1c 1a");
+}
+
+// What a handler does at the first report of a renumbering stands, and the rest closes up.
+TEST(Steps, AHandlerMayTakeStepsAwayDuringARenumbering) {
+  const auto remove = [](vnSteps& steps, const char16_t* key) { steps.Remove(Variant(key)); };
+  struct Case {
+    int32_t put;  // for "e" of a to e; 0 removes "a" instead
+    std::function<void(vnSteps& steps, vnStep& c)> act;
+    const char* numbering;
+    int32_t number_of_c;
+  };
+  const Case cases[] = {
+      {2, [](vnSteps&, vnStep& c) { c.SetStepIndex(-1); }, "-1c 1a 2e 3b 4d", -1},
+      {0, [](vnSteps&, vnStep& c) { c.SetStepIndex(-1); }, "-1c 1b 2d 3e", -1},
+      {2, [&](vnSteps& steps, vnStep&) { remove(steps, u"c"); }, "1a 2e 3b 4d", -1},
+      {0, [&](vnSteps& steps, vnStep&) { remove(steps, u"c"); }, "1b 2d 3e", -1},
+      {2, [](vnSteps&, vnStep& c) { c.Load(u"SI=-2147483648:", u"c"); }, "-2147483648c 1a 2e 3b 5d",
+       std::numeric_limits<int32_t>::min()},
+      {2, [](vnSteps& steps, vnStep&) { steps.RemoveAll(); }, "", 3},
+      {2, [&](vnSteps& steps, vnStep&) { remove(steps, u"e"); }, "1a 3b 4c 5d", 4},
+  };
+  for (const Case& test : cases) {
+    const auto document = WithSteps(5);
+    const Ref<vnSteps> steps = document->Steps();
+    const Ref<vnStep> c = steps->Item(Variant(u"c"));
+    const Ref<vnStep> e = steps->Item(Variant(u"e"));
+    const testing::ActsOnce handler(*document, "StepChange", [&] { test.act(*steps, *c); });
+    if (test.put != 0) {
+      e->SetStepIndex(test.put);
+    } else {
+      remove(*steps, u"a");
+    }
+    const auto line = &test - cases;
+    EXPECT_TRUE(handler.acted()) << line;
+    EXPECT_EQ(Numbering(*document), test.numbering) << line;
+    EXPECT_EQ(c->StepIndex(), test.number_of_c) << line;
+  }
 }
 
 TEST(Steps, TextRoundTripsAndNumbersStayAsTheyAre) {

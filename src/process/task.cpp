@@ -102,15 +102,15 @@ void vnTasks::Add(vnTask* poTask) {
 }
 
 void vnTasks::Remove(const Variant& pvRef) {
-  if (vnTask* const task = store_.Find(pvRef)) InternalRemove(*task);
+  const Ref<vnTasks> self(this);
+  const Ref<vnTask> task(store_.Find(pvRef));
+  if (!task) return;
+  InternalReportRemoval(*task);
+  InternalTakeOut(*task);
 }
 
-void vnTasks::InternalRemove(vnTask& task) {
-  const Ref<vnTasks> self(this);
-  const Ref<vnTask> removed(&task);
-  // Hosts that are told still find the task in its step.
+void vnTasks::InternalReportRemoval(vnTask& task) {
   if (Scope* scope = InternalScope()) scope->Report<&DocumentListener::TaskChange>(task, kRemoved);
-  store_.RemoveMember(task);
 }
 
 void vnTasks::InternalWrite(BagWriter& writer) const { WriteByKey(writer, u'T'); }

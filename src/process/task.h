@@ -77,7 +77,9 @@ class vnTasks : public Collection<vnTask, StepMember> {
   void Remove(const automation::Variant& pvRef);
 
   // --- Inside the library; hosts have no use for these. ---
-  void InternalRemove(vnTask& task);
+  // The two halves of a removal: hosts that are told still find the task in its step.
+  void InternalReportRemoval(vnTask& task);
+  bool InternalTakeOut(vnTask& task) { return store_.RemoveMember(task); }
   void InternalWrite(bag::BagWriter& writer) const;
   void InternalLoad(const bag::KeptText& text);
 };

@@ -16,8 +16,8 @@ class TaskOrderIndex {
   size_t size() const { return orders_.size(); }
   // A key that is there already gets the new order.
   void Add(const Text& key, int32_t order) { orders_.insert_or_assign(key, order); }
-  // Nothing happens for an unknown key.
-  void Remove(const Text& key) { orders_.erase(key); }
+  // False, and nothing happened, for an unknown key.
+  bool Remove(const Text& key) { return orders_.erase(key) > 0; }
   void Clear() { orders_.clear(); }
 
   // The keys with an order above that one, with their orders.

@@ -8,6 +8,7 @@
 #include "document/document.h"
 #include "process/steps.h"
 #include "process/task_order.h"
+#include "tests/support/acts_once.h"
 #include "tests/support/plain_document.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
@@ -80,33 +81,18 @@ TEST(Tasks, AddGivesDocumentAndStep) {
   EXPECT_EQ(listener.Take(), (Lines{"TaskChange k 1", "TaskChange k 2"}));
 }
 
-// What a host's handler finds, and does, while a removal is reported.
-class RemovalHandler : public DocumentListener {
- public:
-  RemovalHandler(vnTasks& tasks, bool empty_it) : tasks_(tasks), empty_it_(empty_it) {}
-  void TaskChange(vnTask& /*eoTask*/, int32_t elDetailID) override {
-    if (elDetailID != 2) return;
-    count_ = tasks_.Count();
-    if (empty_it_) tasks_.RemoveAll();
-  }
-  int32_t count() const { return count_; }
-
- private:
-  vnTasks& tasks_;
-  bool empty_it_;
-  int32_t count_ = -1;
-};
-
 TEST(Tasks, RemovalIsReportedWhileTheTaskIsStillThere) {
   for (const bool empty_it : {false, true}) {
     const auto document = Make<vnDocument>();
     const Ref<vnTasks> tasks = document->NewStep()->Tasks();
     for (const Text key : {u"a", u"b"}) tasks->Add(Keyed(key).get());
-    RemovalHandler handler(*tasks, empty_it);
-    document->AddListener(&handler);
+    int32_t count = -1;
+    const testing::ActsOnce handler(*document, "TaskChange", [&] {
+      count = tasks->Count();
+      if (empty_it) tasks->RemoveAll();
+    });
     tasks->Remove(Variant(1));
-    document->RemoveListener(&handler);
-    EXPECT_EQ(handler.count(), 2);
+    EXPECT_EQ(count, 2);
     EXPECT_EQ(tasks->Count(), empty_it ? 0 : 1);
   }
 }

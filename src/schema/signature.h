@@ -140,14 +140,9 @@ class Converted<Variant> {
   const Variant& value_;
 };
 
-// An argument that names its position when it can't be converted.
 template <class T>
 Converted<std::remove_cvref_t<T>> ConvertArgument(const Variant& value, int index) {
-  try {
-    return Converted<std::remove_cvref_t<T>>(value);
-  } catch (const Error& error) {
-    throw ArgumentError(error.number(), index);
-  }
+  return ForArgument(index, [&] { return Converted<std::remove_cvref_t<T>>(value); });
 }
 
 template <class Result>

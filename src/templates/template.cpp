@@ -70,7 +70,7 @@ Variant vnTemplate::TagVariant() const {
 
 void vnTemplate::SetTagVariant(const Variant& pvTagVariant) {
   const bool is_object = pvTagVariant.IsObject();
-  tag_value_ = is_object ? Variant() : pvTagVariant;
+  tag_value_ = is_object ? Variant() : pvTagVariant.ToStorable();
   tag_object_ = is_object ? pvTagVariant.ToObject().get() : nullptr;
 }
 

@@ -1,5 +1,8 @@
 #include "titles/title_ref.h"
 
+#include <optional>
+
+#include "automation/error.h"
 #include "bag/levelled_text.h"
 #include "core/scope.h"
 #include "document/document.h"
@@ -9,11 +12,15 @@
 namespace vndoc6 {
 namespace {
 
-using automation::ValueKind;
 using automation::Variant;
 
-bool HasFormAsText(const Variant& value) {
-  return !value.IsObject() && value.kind() != ValueKind::kNull && value.kind() != ValueKind::kError;
+// Nothing for a value that has no form as text.
+std::optional<Text> TextIn(const Variant& value) {
+  try {
+    return value.ToText();
+  } catch (const automation::Error&) {
+    return std::nullopt;
+  }
 }
 
 }  // namespace
@@ -73,9 +80,10 @@ bool vnTitleRefs::UsingHandler() const {
 }
 
 automation::Ref<vnTitleRef> vnTitleRefs::Add(const Variant& pvRef) {
-  if (!HasFormAsText(pvRef)) return nullptr;
   const automation::Ref<vnTitleRefs> self(this);
-  return UsingHandler() ? AddTitle(pvRef.ToText()) : AddFreeText(pvRef.ToText());
+  const std::optional<Text> text = TextIn(pvRef);
+  if (!text) return nullptr;
+  return UsingHandler() ? AddTitle(*text) : AddFreeText(*text);
 }
 
 automation::Ref<vnTitleRef> vnTitleRefs::AddTitle(const Text& ref) {

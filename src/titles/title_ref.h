@@ -23,15 +23,16 @@ class vnTitleRef : public Member {
   // nothing changes when no title has that reference, or when the document's title handler is not
   // available.
   const Text& Ref() const { return ref_; }
-  // Takes the title's name along. Nothing changes when no title has that reference, or when the
-  // document's title handler is not available.
+  // Refers to a title and takes its name along. Nothing changes when no title has that reference,
+  // or when the document's title handler is not available.
   void SetRef(const Text& psRef);
   // The name last taken from the title, or the free text.
   const Text& DisplayNameCache() const { return display_name_cache_; }
   // The title's name as it is now, "." when the title is gone. Without an available handler, what
   // DisplayNameCache gives. Reading does not refresh the cache.
   Text DisplayName();
-  // Only changes anything in a document without a handler: titles bear their handler's names.
+  // A free text, in a document without a handler; nothing changes otherwise, for titles bear their
+  // handler's names.
   void SetDisplayName(const Text& psDisplayName);
   // Empties the reference and its cached name.
   void Clear();

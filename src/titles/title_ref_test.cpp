@@ -59,6 +59,7 @@ TEST_F(TitleRefs, WithoutAHandlerHoldOneFreeText) {
   EXPECT_EQ(references_->Add(Variant(5))->DisplayName(), u"5");
   EXPECT_EQ(references_->Add(Variant(document_)), nullptr);
   EXPECT_EQ(references_->Add(Variant(automation::Null())), nullptr);
+  EXPECT_EQ(references_->Add(Variant(automation::Opaque())), nullptr);
   EXPECT_EQ(references_->Count(), 1);
 }
 

@@ -147,6 +147,8 @@ Ref<vnDocument> DocumentToEdit() {
     document->GetProperties()->Add(u"q" + automation::NumberText(i), Variant(i));
   }
   for (int i = 0; i < 3; ++i) FirstStep(*document)->NewTask();
+  FirstStep(*document)->Files()->Add(Make<vnFile>().get());
+  FirstStep(*document)->Jumps()->Add(Make<vnJump>().get());
   return document;
 }
 

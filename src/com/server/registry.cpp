@@ -121,36 +121,55 @@ LSTATUS Delete(Scope scope, const Text& key) {
   return deleted == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : deleted;
 }
 
-bool HasSubkeys(Scope scope, const Text& name) {
+// The other view of the registry, where a system that runs programs of both bitnesses keeps the
+// classes of the other one. Programmatic identifiers and type libraries stand in both.
+constexpr REGSAM kOtherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+
+LSTATUS Open(Scope scope, const Text& name, REGSAM view, Key& key) {
+  return RegOpenKeyExW(Root(scope), AsWide(Below(name)), 0, KEY_QUERY_VALUE | view, key.Receive());
+}
+
+// A key that can't be opened is there.
+bool Exists(Scope scope, const Text& name, REGSAM view = 0) {
   Key key;
-  if (RegOpenKeyExW(Root(scope), AsWide(Below(name)), 0, KEY_QUERY_VALUE, key.Receive()) !=
-      ERROR_SUCCESS) {
-    return false;
-  }
-  DWORD count = 0;
-  RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
-                   nullptr, nullptr, nullptr);
-  return count != 0;
+  const LSTATUS opened = Open(scope, name, view, key);
+  return opened != ERROR_FILE_NOT_FOUND && opened != ERROR_PATH_NOT_FOUND;
+}
+
+// A key that can't be looked into is not empty.
+bool IsEmpty(Scope scope, const Text& name) {
+  Key key;
+  if (Open(scope, name, 0, key) != ERROR_SUCCESS) return false;
+  DWORD keys = 0, values = 0;
+  const LSTATUS queried = RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &keys, nullptr,
+                                           nullptr, &values, nullptr, nullptr, nullptr, nullptr);
+  return queried == ERROR_SUCCESS && keys == 0 && values == 0;
+}
+
+// For keys that others put entries into as well. Never takes a key below along, not even one that
+// was put there this moment.
+LSTATUS DeleteIfEmpty(Scope scope, const Text& name) {
+  if (!IsEmpty(scope, name)) return ERROR_SUCCESS;
+  return RegDeleteKeyW(Root(scope), AsWide(Below(name)));
 }
 
 // The library's entry is shared by the DLLs of both bitnesses; the last one takes it along.
 LSTATUS DeleteTypeLibrary(Scope scope) {
+  const Text platforms = LibraryVersionKey() + u"\\0";
   LSTATUS status = Delete(scope, LibraryPlatformKey());
-  if (status == ERROR_SUCCESS && !HasSubkeys(scope, LibraryVersionKey() + u"\\0")) {
+  if (status == ERROR_SUCCESS) status = DeleteIfEmpty(scope, platforms);
+  if (status == ERROR_SUCCESS && !Exists(scope, platforms)) {
     status = Delete(scope, LibraryVersionKey());
   }
-  if (status == ERROR_SUCCESS && !HasSubkeys(scope, LibraryKey())) {
-    status = Delete(scope, LibraryKey());
-  }
-  return status;
+  return status == ERROR_SUCCESS ? DeleteIfEmpty(scope, LibraryKey()) : status;
 }
 
-// A user who has registered nothing else has no use for the keys around the entries.
-LSTATUS DeleteEmptyContainers(Scope scope) {
+// A user who has registered nothing else has no use for the keys around the entries. Those of the
+// machine are everybody's and stay.
+LSTATUS DeleteEmptyContainers() {
   LSTATUS status = ERROR_SUCCESS;
   for (const char16_t* container : {u"CLSID", u"Interface", u"TypeLib"}) {
-    if (HasSubkeys(scope, container)) continue;
-    const LSTATUS deleted = Delete(scope, container);
+    const LSTATUS deleted = DeleteIfEmpty(Scope::kUser, container);
     if (status == ERROR_SUCCESS) status = deleted;
   }
   return status;
@@ -177,11 +196,12 @@ HRESULT UnregisterModule(Scope scope) {
   for (const PublishedClass& published : PublishedClasses()) {
     const ClassInfo& info = published.info();
     remove(ClassKey(info));
-    remove(ProgIdText(info));
+    // The DLL of the other bitness may still be registered, and goes by the same name.
+    if (!Exists(scope, ClassKey(info), kOtherView)) remove(ProgIdText(info));
     remove(InterfaceKey(info.interface_id()));
     if (published.events != nullptr) remove(InterfaceKey(published.events().id));
   }
-  if (failed == ERROR_SUCCESS) failed = DeleteEmptyContainers(scope);
+  if (failed == ERROR_SUCCESS && scope == Scope::kUser) failed = DeleteEmptyContainers();
   return failed == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(static_cast<unsigned long>(failed));
 }
 

@@ -9,7 +9,8 @@ enum class Scope { kMachine, kUser };
 
 // Writes the entries for the DLL where it lies. On a failure those written already are removed.
 HRESULT RegisterModule(Scope scope);
-// Removes them, nothing else and nothing less. Entries that are not there are no failure.
+// Removes them, nothing else and nothing less, but leaves the programmatic identifiers while the
+// DLL of the other bitness is registered, too. Entries that are not there are no failure.
 HRESULT UnregisterModule(Scope scope);
 
 }  // namespace vndoc6::com
