@@ -14,4 +14,7 @@ automation::Variant ReadVariant(const VARIANT& value);
 // Puts the value into `out`, whose previous content is not released. Raises std::bad_alloc.
 void WriteVariant(const automation::Variant& value, VARIANT& out);
 
+// A VARIANT that refers to what `value` holds, for as long as that is there.
+VARIANT ReferenceTo(VARIANT& value);
+
 }  // namespace vndoc6::com

@@ -51,7 +51,7 @@ TEST(Revisions, ComeFromTheDetailsAndRaiseIR) {
   history->Remove(Variant(9));
   Make<vnDetails>()->NewRevision(u"nowhere");
   EXPECT_EQ(history->Count(), 2);
-  EXPECT_EQ(events.Take(), std::vector<std::string>{});
+  EXPECT_EQ(events.Take(), std::vector<std::string>{"StepFileChange Nothing 2 0"});
 }
 
 TEST(Revisions, WithOneIRAreNotAddedTwice) {
