@@ -46,6 +46,9 @@ struct NamedArgument {
 struct Arguments {
   std::span<const Variant> positional;
   std::span<const NamedArgument> named;
+  // So many of the positional ones, from the first on, are variables of the caller's to an object
+  // that tells them from values. What it does to them is not read back.
+  size_t by_reference = 0;
 };
 
 // A published enumeration. Values and names leave the process: never change one.

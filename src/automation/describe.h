@@ -1,11 +1,15 @@
 // How a class writes its member table:
 //
 //     const ClassInfo& vnTask::classInfo() {
-//       static const ClassInfo info = describe<vnTask>("vnTask", "One unit of work.", {clsid},
-//       {iid},
-//           get<&vnTask::Document>("Document"), putref<&vnTask::SetDocument>("Document",
-//           "poDocument"), get<&vnTask::Name>("Name"), put<&vnTask::SetName>("Name", "psName"),
-//           method<&vnTask::Load>("Load", "psLoad", optional("psKey", u"")));
+//       static const ClassInfo info = describe<vnTask>(
+//           "vnTask", "One unit of work.", {class identifier}, {interface identifier},
+//           {
+//               get<&vnTask::Document>("Document"),
+//               putref<&vnTask::SetDocument>("Document", "poDocument"),
+//               get<&vnTask::Name>("Name"),
+//               put<&vnTask::SetName>("Name", "psName"),
+//               method<&vnTask::Load>("Load", "psLoad", optional("psKey", u"")),
+//           });
 //       return info;
 //     }
 //

@@ -65,7 +65,8 @@ inline EventParameter NamedEventParameter(by_value parameter) {
   return {parameter.name, {}, false};
 }
 
-// An object argument is a reference in C++ and an object to automation.
+// An object argument is a reference in C++, or a pointer where it may be Nothing, and an object to
+// automation.
 template <class T>
 constexpr TypeInfo EventTypeOf() {
   if constexpr (std::is_reference_v<T> && std::is_base_of_v<Object, std::remove_reference_t<T>>) {
@@ -86,7 +87,9 @@ EventInfo EventRow(void (Listener::*)(Params...), int32_t id, const char* name, 
 
 template <class T>
 Variant EventArgument(T& value) {
-  if constexpr (std::is_base_of_v<Object, T>) {
+  if constexpr (std::is_pointer_v<T>) {
+    return Variant(Ref<Object>(value));
+  } else if constexpr (std::is_base_of_v<Object, T>) {
     return Variant(Ref<Object>(&value));
   } else {
     return ToVariant(value);

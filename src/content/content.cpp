@@ -6,6 +6,7 @@
 #include "automation/error.h"
 #include "automation/font.h"
 #include "automation/late_bound.h"
+#include "chart/line.h"
 #include "process/container.h"
 
 namespace vndoc6 {
@@ -59,15 +60,19 @@ constexpr LeftOut kLeftOut[] = {
     {"vnLine", "UpdateExtraPoints", "a setting of the host's"},
 };
 
-// Properties that are rows of values, numbered from 1.
+// Properties that are rows of values, and which of those are read. Their number alone is no
+// measure: a file may say what it likes.
 struct IndexedMember {
   std::string_view class_name;
   std::string_view member;
-  const char* count;
+  std::vector<int32_t> (*numbers)(const Object& object);
 };
+std::vector<int32_t> PointNumbers(const Object& line) {
+  return static_cast<const vnLine&>(line).InternalPointNumbers();
+}
 constexpr IndexedMember kIndexed[] = {
-    {"vnLine", "ExtraPointX", "ExtraPointCount"},
-    {"vnLine", "ExtraPointY", "ExtraPointCount"},
+    {"vnLine", "ExtraPointX", &PointNumbers},
+    {"vnLine", "ExtraPointY", &PointNumbers},
 };
 
 // Parts that the published types do not show.
@@ -156,7 +161,7 @@ ContentReader::Rows ContentReader::RowsOf(const ClassInfo& info) {
   Rows rows;
   for (const auto& [member, part] : ContentOf(info)) {
     const auto* indexed = FindRow(kIndexed, info.name(), member->name);
-    rows.push_back({member, part != nullptr, indexed != nullptr ? indexed->count : nullptr});
+    rows.push_back({member, part != nullptr, indexed != nullptr ? indexed->numbers : nullptr});
   }
   return rows;
 }
@@ -173,18 +178,17 @@ std::vector<Content> ContentReader::Read(Object& object) {
   const Rows& rows = KnownRowsOf(*info);
   content.reserve(rows.size());
   for (size_t position = 0; position < rows.size(); ++position) {
-    const auto& [member, is_part, count] = rows[position];
-    if (count == nullptr) {
+    const auto& [member, is_part, numbers] = rows[position];
+    if (numbers == nullptr) {
       Variant value = ReadMember(object, *member, {});
       const bool is_object = value.IsObject() && value.ToObject();
       content.push_back({member->name, position, 0, std::move(value), is_part && is_object});
       continue;
     }
-    const int32_t values = automation::Get(object, automation::FromUtf8(count)).ToLong();
-    for (int32_t i = 1; i <= values; ++i) {
-      const Variant index(i);
+    for (const int32_t number : numbers(object)) {
+      const Variant index(number);
       content.push_back(
-          {member->name, position, i, ReadMember(object, *member, {&index, 1}), false});
+          {member->name, position, number, ReadMember(object, *member, {&index, 1}), false});
     }
   }
   return content;

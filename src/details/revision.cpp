@@ -32,7 +32,7 @@ bool vnRevision::InternalLoad(const bag::KeptText& text) {
   return true;
 }
 
-// Hosts hear nothing of revisions that come and go: they never did.
+// Hosts hear nothing of revisions that come: they never did.
 void vnRevisions::Add(vnRevision* poRevision) {
   if (poRevision == nullptr) return;
   if (!store_.Add(automation::NumberText(poRevision->IR()), *poRevision)) return;
@@ -53,7 +53,12 @@ void vnRevisions::AddImport(int32_t plIR, const Text& psReason, int32_t plRevisi
   Add(revision.get());
 }
 
-void vnRevisions::Remove(const Variant& pvRef) { store_.Remove(pvRef); }
+// Hosts have always been told of a file that is none.
+void vnRevisions::Remove(const Variant& pvRef) {
+  if (!store_.Remove(pvRef)) return;
+  vnDocument* const document = InternalDocument();
+  if (document != nullptr) document->InternalStepFileChange(nullptr, vnceRemove, 0);
+}
 
 void vnRevisions::InternalWrite(bag::BagWriter& writer) const { WriteByPosition(writer, "F"); }
 

@@ -103,8 +103,8 @@ vnDocument::~vnDocument() {
   titles_ = nullptr;
   for (Definitions* definitions :
        {&details_definitions_, &steps_definitions_, &links_definitions_}) {
-    definitions->field_defs.Reset({});
-    definitions->form.Reset({});
+    definitions->field_defs.object.Reset({});
+    definitions->form.object.Reset({});
   }
   containers_.Reset({});
 }
@@ -133,9 +133,22 @@ vnLinks& vnDocument::InternalLinks() { return *Links(); }
 vnFiles& vnDocument::InternalFiles() { return *Files(); }
 vnJumps& vnDocument::InternalJumps() { return *Jumps(); }
 
-Ref<Properties> vnDocument::Attachments() { return bag::BagPart(attachments_, this); }
+Ref<Properties> vnDocument::Attachments() {
+  KeepLoadedAttachments();
+  return bag::BagPart(attachments_, this);
+}
+
+// Hosts that take their bag away get what was loaded back, in the next read and the next save.
 void vnDocument::SetAttachments(Properties* poAttachments) {
+  KeepLoadedAttachments();
   bag::SetBagPart(attachments_, poAttachments, this);
+  if (poAttachments == nullptr) attachments_.Reset(loaded_attachments_);
+}
+
+// In bytes of its own: a document that was read whole lets go of the file's.
+void vnDocument::KeepLoadedAttachments() {
+  const KeptText& text = attachments_.text();
+  if (!text.empty()) loaded_attachments_ = text.Unescaped();
 }
 
 // --- Identity ---
@@ -195,10 +208,10 @@ Ref<Object> vnDocument::FormSteps() { return Form(steps_definitions_); }
 Ref<Object> vnDocument::FormLinks() { return Form(links_definitions_); }
 
 Ref<Object> vnDocument::FieldDefs(Definitions& definitions) {
-  return fields::Read(*this, definitions.field_defs, &fields::MakeFieldDefs);
+  return fields::Read(*this, definitions.field_defs.object, &fields::MakeFieldDefs);
 }
 Ref<Object> vnDocument::Form(Definitions& definitions) {
-  return fields::Read(*this, definitions.form, &fields::MakeFormDef);
+  return fields::Read(*this, definitions.form.object, &fields::MakeFormDef);
 }
 
 void vnDocument::SetFieldDefsDetails(const Text& psFieldDefs, const Text& psForm) {
@@ -211,8 +224,8 @@ void vnDocument::SetFieldDefsSteps(const Text& psFieldDefs, const Text& psForm) 
 void vnDocument::SetDefinitions(Definitions& definitions, const Text& field_defs, const Text& form,
                                 const char16_t* source) {
   if (!assignment_unlocked_) throw Error(automation::kWrongState, {}, source);
-  definitions.field_defs.Reset(KeptText(field_defs));
-  definitions.form.Reset(KeptText(form));
+  definitions.field_defs.object.Reset(KeptText(field_defs));
+  definitions.form.object.Reset(KeptText(form));
 }
 
 Ref<Object> vnDocument::Database() const { return database_.get(); }
@@ -261,7 +274,7 @@ void vnDocument::Relay(Event event, Subject& subject, Args... args) {
 }
 
 void vnDocument::RaiseLinkChange(vnLink* poLink, int32_t plDetailID) {
-  if (poLink == nullptr) throw Error(automation::kObjectNotSet);
+  if (poLink == nullptr) return;
   Relay(&DocumentListener::LinkChange, *poLink, plDetailID);
 }
 
@@ -300,9 +313,11 @@ void vnDocument::InternalStepJumpChange(vnJump& jump, EnumVantrelChangeEvent typ
                                         int32_t detail_id) {
   Relay(&DocumentListener::StepJumpChange, jump, type, detail_id);
 }
-void vnDocument::InternalStepFileChange(vnFile& file, EnumVantrelChangeEvent type,
+void vnDocument::InternalStepFileChange(vnFile* file, EnumVantrelChangeEvent type,
                                         int32_t detail_id) {
-  Relay(&DocumentListener::StepFileChange, file, type, detail_id);
+  if (!change_events_) return;
+  const Ref<vnFile> alive(file);
+  Raise(&DocumentListener::StepFileChange, file, type, detail_id);
 }
 void vnDocument::InternalItemChange(vnItem& item, EnumVantrelChangeEvent type, int32_t detail_id) {
   Relay(&DocumentListener::ItemChange, item, type, detail_id);

@@ -37,8 +37,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   vnDocument();
   ~vnDocument() override;
 
-  // Tells the listeners LinkChange, unless ChangeEvents is off. A link's line reports its changes
-  // with this; a link reports nothing itself: its hosts do.
+  // Tells the listeners LinkChange, unless ChangeEvents is off; nothing happens for Nothing. A
+  // link's line reports its changes with this; a link reports nothing itself: its hosts do.
   void RaiseLinkChange(vnLink* poLink, int32_t plDetailID);
 
   // The chart-wide drawing settings. Loading gives the document a new chart; otherwise it is one
@@ -64,7 +64,7 @@ class vnDocument : public automation::Object, public automation::EventSource {
   // Every jump that was added to any step.
   automation::Ref<vnJumps> Jumps();
   // A second bag of free values, saved with the document; for what the host attaches to it. Loading
-  // gives a new object.
+  // gives a new object, and so does a put of Nothing: a bag of what was loaded.
   automation::Ref<Properties> Attachments();
   void SetAttachments(Properties* poAttachments);
 
@@ -224,7 +224,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   void InternalTaskChange(vnTask& task, int32_t detail_id);
   void InternalDetailsChange(vnDetails& details, int32_t detail_id);
   void InternalStepJumpChange(vnJump& jump, EnumVantrelChangeEvent type, int32_t detail_id);
-  void InternalStepFileChange(vnFile& file, EnumVantrelChangeEvent type, int32_t detail_id);
+  // `file` is null when a revision was removed.
+  void InternalStepFileChange(vnFile* file, EnumVantrelChangeEvent type, int32_t detail_id);
   void InternalItemChange(vnItem& item, EnumVantrelChangeEvent type, int32_t detail_id);
 
   // IR plus one; error 6 when that does not fit. Sets the IR-changed flag.
@@ -240,14 +241,18 @@ class vnDocument : public automation::Object, public automation::EventSource {
   vnFiles& InternalFiles();
   vnJumps& InternalJumps();
   // Writes the document's text as a save does, without a save's effects on IR and GUID.
-  void InternalWrite(bag::BagWriter& writer) { WriteParts(writer, false); }
+  void InternalWrite(bag::BagWriter& writer) { WriteParts(writer, Purpose::kText); }
 
  private:
   // What a document defines for one kind of object: fields and their form, each kept as text
   // until it is read.
+  struct Definition {
+    const char* key;  // in every file: never change one
+    bag::Lazy<automation::Object> object;
+  };
   struct Definitions {
-    bag::Lazy<automation::Object> field_defs;
-    bag::Lazy<automation::Object> form;
+    Definition field_defs;
+    Definition form;
   };
 
   template <class Event, class Subject, class... Args>
@@ -260,6 +265,7 @@ class vnDocument : public automation::Object, public automation::EventSource {
     listeners_.ForEach([&](DocumentListener& listener) { (listener.*event)(args...); });
   }
 
+  void KeepLoadedAttachments();
   automation::Ref<automation::Object> FieldDefs(Definitions& definitions);
   automation::Ref<automation::Object> Form(Definitions& definitions);
   void SetDefinitions(Definitions& definitions, const Text& field_defs, const Text& form,
@@ -268,7 +274,10 @@ class vnDocument : public automation::Object, public automation::EventSource {
   // Saving (document_save.cpp).
   bool SaveProcedure();
   bool SaveAndReport();
-  void WriteParts(bag::BagWriter& writer, bool with_progress);
+  // Only a save moves IR on and tells how far it is.
+  enum class Purpose { kSave, kText };
+  void WriteParts(bag::BagWriter& writer, Purpose purpose);
+  void MoveIROn();
 
   // Loading (document_load.cpp).
   class LoadingScope;
@@ -276,8 +285,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   bool LoadAndReport(const Text& file_name, const Text& read_from, const Text& password);
   int32_t LoadProcedure(const Text& password);
   int32_t ReadVersion2(bag::BagReader& file, LoadingScope& scope, const Text& password);
-  void ReadDefinitions(bag::BagReader& file, Definitions& definitions, const char* fields_key,
-                       const char* form_key);
+  static void ReadDefinitions(bag::BagReader& file, Definitions& definitions);
+  void ResetDefinitions(bag::BagReader& file);
   int32_t ImportOldFormat();
 
   automation::ListenerList<DocumentListener> listeners_;
@@ -293,14 +302,16 @@ class vnDocument : public automation::Object, public automation::EventSource {
   bag::Lazy<vnRevisions> revision_history_;
   automation::Owned<Properties> properties_;
   automation::Owned<vnTitles> titles_;
-  Definitions details_definitions_;
-  Definitions steps_definitions_;
-  Definitions links_definitions_;
+  Definitions details_definitions_{{"FDD", {}}, {"FoD", {}}};
+  Definitions steps_definitions_{{"FDS", {}}, {"FoS", {}}};
+  Definitions links_definitions_{{"FDL", {}}, {"FoL", {}}};
   bag::Lazy<vnContainers> containers_;
   bag::Lazy<vnLinks> links_;
   bag::Lazy<vnFiles> files_;
   bag::Lazy<vnJumps> jumps_;
   bag::Lazy<Properties> attachments_;
+  // As they were before the first read or put.
+  bag::KeptText loaded_attachments_;
   bool change_events_loading_ = false;
   bool change_events_ = true;
   int32_t file_version_ = 0;

@@ -114,7 +114,7 @@ void Forwarder::StepJumpChange(vnJump& eoJump, EnumVantrelChangeEvent elEventTyp
                                int32_t elDetailID) {
   Forward(sink_, 22, eoJump, elEventType, elDetailID);
 }
-void Forwarder::StepFileChange(vnFile& eoFile, EnumVantrelChangeEvent elEventType,
+void Forwarder::StepFileChange(vnFile* eoFile, EnumVantrelChangeEvent elEventType,
                                int32_t elDetailID) {
   Forward(sink_, 23, eoFile, elEventType, elDetailID);
 }

@@ -11,7 +11,7 @@ using bag::KeptText;
 // --- vnFile ---
 
 void vnFile::InternalReport(vnDocument& document, EnumVantrelChangeEvent type, int32_t detail_id) {
-  document.InternalStepFileChange(*this, type, detail_id);
+  document.InternalStepFileChange(this, type, detail_id);
 }
 
 // The keys are in every file: never change one.
