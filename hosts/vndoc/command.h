@@ -68,7 +68,8 @@ void UseWritePassword(const Context& context, vnDocument& document);
 void Save(Context& context, vnDocument& document);
 void SaveAs(Context& context, vnDocument& document, const std::string& file);
 
-// All bytes of a file, or of standard input for "-". Throws Failure.
+// All bytes of a text file, or of standard input for "-", without a byte order mark. Throws
+// Failure.
 std::string ReadBytes(Context& context, const std::string& file);
 // Puts a whole file in its place in one step, or writes to standard output for "-". Throws Failure.
 void WriteBytes(Context& context, const std::string& file, std::string_view bytes);

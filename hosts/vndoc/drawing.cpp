@@ -306,7 +306,7 @@ class Reader {
   }
 
   void SetOwnPoints(Line& line, const Link& link, const vndoc6::vnLine& source) const {
-    for (int32_t i = 1; i <= source.ExtraPointCount(); ++i) {
+    for (const int32_t i : source.InternalPointNumbers()) {
       line.points.push_back({Pixels(source.ExtraPointX(i)), Pixels(source.ExtraPointY(i))});
     }
     const auto& points = line.points;

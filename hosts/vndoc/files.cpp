@@ -5,9 +5,11 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 #include "automation/error.h"
+#include "bag/bag_file.h"
 #include "command.h"
 #include "document/temp_save.h"
 #include "platform/file_system.h"
@@ -206,10 +208,15 @@ void SaveAs(Context& context, vnDocument& document, const std::string& file) {
 }
 
 std::string ReadBytes(Context& context, const std::string& file) {
-  if (file == "-") return {std::istreambuf_iterator<char>(context.in), {}};
-  RequireReadable(file);
-  auto bytes = vndoc6::platform::ReadWholeFile(FromUtf8(file));
+  std::optional<std::string> bytes;
+  if (file == "-") {
+    bytes.emplace(std::istreambuf_iterator<char>(context.in), std::istreambuf_iterator<char>());
+  } else {
+    RequireReadable(file);
+    bytes = vndoc6::platform::ReadWholeFile(FromUtf8(file));
+  }
   if (!bytes) throw Failure(file + ": " + SystemError());
+  bytes->erase(0, bytes->size() - vndoc6::bag::WithoutMark(*bytes).size());
   return *std::move(bytes);
 }
 

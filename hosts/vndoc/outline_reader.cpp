@@ -92,8 +92,6 @@ Text Plain(std::string_view text) {
 
 std::vector<Line> SplitLines(std::string_view outline) {
   std::vector<Line> lines;
-  constexpr std::string_view kMark = "\xEF\xBB\xBF";
-  if (outline.substr(0, kMark.size()) == kMark) outline.remove_prefix(kMark.size());
   for (size_t number = 1; !outline.empty(); ++number) {
     const size_t end = std::min(outline.find('\n'), outline.size());
     std::string_view text = outline.substr(0, end);

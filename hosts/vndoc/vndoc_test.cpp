@@ -241,11 +241,24 @@ TEST_F(VndocTest, ADependencyThatLeadsNowhereIsOneFindingThatCanBeFixed) {
 TEST_F(VndocTest, CheckTellsOfUnknownKeysAndDamagedTexts) {
   Document(kOutline);
   const std::string bytes = Bytes("plan.vn6");
+  const std::string sound = Vndoc({"check", File("plan.vn6")}).out;
+  folder_.Write("plan.vn6", "\xEF\xBB\xBF" + bytes);
+  EXPECT_EQ(Vndoc({"check", File("plan.vn6")}).out, sound);
   folder_.Write("plan.vn6", bytes + "Future=5:");
   EXPECT_THAT(Vndoc({"check", File("plan.vn6")}).out, HasSubstr("unknown key: Future"));
   folder_.Write("plan.vn6", bytes + "=damaged");
   EXPECT_THAT(Vndoc({"check", File("plan.vn6")}).out,
               HasSubstr("does not parse from byte " + std::to_string(bytes.size())));
+}
+
+TEST_F(VndocTest, CountsThatLieCostNothing) {
+  std::string file = "FV=2:DV=s1.2:LK=~64\"";
+  for (int i = 0; i < 60; ++i) file += "L" + std::to_string(i) + "^aL^bEPC=1000000:^B^A";
+  folder_.Write("counts.vn6", file + "\":");
+  const std::clock_t start = std::clock();
+  EXPECT_LT(Vndoc({"check", File("counts.vn6")}).out.size(), 20'000u);
+  EXPECT_LT(Vndoc({"show", "--json", File("counts.vn6")}).out.size(), 1'000'000u);
+  EXPECT_LT(std::clock() - start, 20 * CLOCKS_PER_SEC);
 }
 
 TEST_F(VndocTest, CheckReadsTextsWithTheWritePassword) {

@@ -40,14 +40,15 @@ class Writer : public FrugalVisitor {
   // The members are all there is to say of a collection.
   void OnValue(const Content& content) override {
     if (levels_.back().is_list) return;
-    if (content.index > 1) {
-      text_ += ", ";
-    } else {
+    if (content.index <= 1) {
       NextLine();
       WriteName(content.name);
       if (content.index == 1) text_ += '[';
+    } else {
+      while (++row_size_ < content.index) text_ += ", 0";
+      text_ += ", ";
     }
-    in_row_ = content.index > 0;
+    row_size_ = content.index;
     AppendJson(content.value, IsOfAnyType(content) ? TypeKind::kVariant : TypeKind::kVoid, text_);
   }
 
@@ -84,8 +85,8 @@ class Writer : public FrugalVisitor {
   }
 
   void CloseRow() {
-    if (in_row_) text_ += ']';
-    in_row_ = false;
+    if (row_size_ > 0) text_ += ']';
+    row_size_ = 0;
   }
 
   void StartLine() {
@@ -103,7 +104,7 @@ class Writer : public FrugalVisitor {
   std::ostream& out_;
   std::string text_;
   std::vector<Level> levels_;
-  bool in_row_ = false;
+  int32_t row_size_ = 0;  // 0 outside of a row
   // By the place of the name in its member table: each table has names of its own.
   std::unordered_map<const char*, bool> any_type_;
 };

@@ -46,6 +46,9 @@ struct NamedArgument {
 struct Arguments {
   std::span<const Variant> positional;
   std::span<const NamedArgument> named;
+  // So many of the positional ones, from the first on, are variables of the caller's to an object
+  // that tells them from values. What it does to them is not read back.
+  size_t by_reference = 0;
 };
 
 // A published enumeration. Values and names leave the process: never change one.
@@ -110,7 +113,8 @@ struct MemberInfo {
   TypeInfo result;
   std::vector<ParameterInfo> parameters;  // of a put: the new value is the last one
   const char* not_content = nullptr;      // why a host's reading of it is no content; null if it is
-  const char* count_member = nullptr;    // of a row of values: the property that gives their number
+  // Of a row of values: the numbers that an object has values under.
+  std::vector<int32_t> (*numbers)(const Object& object) = nullptr;
   const ClassInfo& (*part)() = nullptr;  // the part that it gives, where its type does not show it
   MemberThunk thunk = nullptr;
   const void* vtable_entry = nullptr;  // of the dual interface; null where there is none

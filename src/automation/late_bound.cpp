@@ -29,6 +29,11 @@ Variant Call(Object& object, TextView name, std::span<const Variant> arguments) 
                              {arguments, {}});
 }
 
+Variant CallByReference(Object& object, TextView name, std::initializer_list<Variant> arguments) {
+  return object.InvokeMember(MemberId(object, name), CallKind::kCall | CallKind::kGet,
+                             {Span(arguments), {}, 1});
+}
+
 Variant Call(Object& object, TextView name, std::initializer_list<Variant> arguments) {
   return Call(object, name, Span(arguments));
 }

@@ -12,6 +12,8 @@ namespace vndoc6::automation {
 Variant Get(Object& object, TextView name, std::initializer_list<Variant> arguments = {});
 Variant Call(Object& object, TextView name, std::initializer_list<Variant> arguments = {});
 Variant Call(Object& object, TextView name, std::span<const Variant> arguments);
+// As Call; the first argument goes by reference.
+Variant CallByReference(Object& object, TextView name, std::initializer_list<Variant> arguments);
 // The new value is the last argument. An object goes to the putref when there is one.
 void Put(Object& object, TextView name, std::initializer_list<Variant> arguments);
 

@@ -25,9 +25,10 @@ namespace vndoc6::bag {
 //     Date      =t45000.5     days as a Double
 //     Short     =i5
 //     Error     =x-2147352572
-//     Picture   =pQk0...      the picture's bytes in base64 (RFC 4648); =p alone is an empty
-//     picture Empty     =e      Null =n      an object that is not a picture =o (read back as
-//     Nothing)
+//     Picture   =pQk0...      its bytes in base64 (RFC 4648); =p alone is an empty picture
+//     Empty     =e
+//     Null      =n
+//     Object    =o            one that is no picture; read back as Nothing
 //
 // A key is escaped as a text value is, and its '=' are then written "^-".
 class BagWriter {

@@ -11,8 +11,8 @@
 
 namespace vndoc6::bag {
 
-// Either a kept text, or the object built from it. Only Get leaves the first state, Reset and Drop
-// come back to it. T is held by Owned, so a host's reference outlives a Reset.
+// Either a kept text, or the object built from it or set in its place. Get and Set leave the first
+// state, Reset comes back to it. T is held by Owned, so a host's reference outlives a Reset.
 template <class T>
 class Lazy {
  public:

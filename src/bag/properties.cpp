@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "bag/bag_file.h"
 #include "bag/bag_scanner.h"
 #include "bag/position.h"
 #include "platform/file_system.h"
@@ -165,8 +166,8 @@ bool Properties::WriteToFile(const Text& psFileName, const Text&) const {
 }
 
 bool Properties::ReadFromFile(const Text& psFileName, const Text&) {
-  auto bytes = platform::ReadWholeFile(psFileName);
-  return bytes && InternalLoad(bag::KeptText(bag::SharedBytes(std::move(*bytes))));
+  const auto text = bag::ReadTextFile(psFileName);
+  return text && InternalLoad(*text);
 }
 
 Text Properties::GetText() const {

@@ -87,8 +87,7 @@ class Properties : public automation::Object {
   // The entry with a key; for an unknown key a free-standing one that holds the default.
   automation::Ref<Property> ItemDefault(const Text& psKey,
                                         const automation::Variant& pvDefault) const;
-  // The value of the entry with a key; for an unknown key the default as given. A put adds or
-  // changes the entry, as Add does, whatever the default.
+  // The value of the entry with a key; for an unknown key the default as given.
   automation::Variant Value(const Text& psKey, const automation::Variant& pvDefault) const;
   // The same as Add.
   void SetValue(const Text& psKey, const automation::Variant& pvValue) { Add(psKey, pvValue); }

@@ -127,10 +127,8 @@ template <class T>
 requires std::is_arithmetic_v<T>
 bool IsThere(T value) { return value != 0; }
 template <class T>
-  requires requires(const T& bag) { bag.IsEmpty(); }
-bool IsThere(const bag::Lazy<T>& bag) {
-  return bag.built() != nullptr && !bag.built()->IsEmpty();
-}
+requires requires(const T& bag) { bag.IsEmpty(); }
+bool IsThere(const bag::Lazy<T>& bag) { return bag.built() != nullptr && !bag.built()->IsEmpty(); }
 
 template <class T, class Missing>
 T ReadValue(bag::BagReader& reader, std::string_view key, const Missing& missing) {

@@ -289,7 +289,7 @@ void vnFigure::InternalCopyFrom(const vnFigure& other) {
   key_ = other.key_;
   values_ = other.values_;
   KeepFont(CopyFont(other.font_.get()).get());
-  picture_ = other.picture_;  // pictures never change, so sharing one is as good as a copy
+  picture_ = CopyPicture(other.picture_.get()).get();
 }
 
 const automation::ClassInfo& vnFigure::classInfo() {

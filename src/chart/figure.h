@@ -60,7 +60,8 @@ struct FigureValues {
 };
 
 // Every put stores its value as it is, unless its comment says more, and then reports its number
-// (vndLeft and so on) as a change of the figure's step or container. Positions and sizes are in
+// (vndLeft and so on) as a change of the figure's step or container; a figure that has neither, or
+// no document, reports nothing. Positions and sizes are in
 // the host's drawing units, colours hold red in the low byte, and codes mean what the drawing host
 // means by them. "By default" says what the figure of a step begins with.
 class vnFigure : public Member {

@@ -237,6 +237,17 @@ TEST_F(FigureTest, CopiesEveryValueWithAFontOfItsOwn) {
   copy->Font()->SetName(u"Verdana");
   EXPECT_THAT(events.Take(), ElementsAre("ContainerChange c 34"));
   EXPECT_EQ(figure->Font()->Name(), u"Courier");
+
+  // A host's picture, into which it loads another image.
+  struct Changing : automation::Picture {
+    std::vector<uint8_t> Bytes() const override { return bytes; }
+    std::vector<uint8_t> bytes{3};
+  };
+  const Ref<Changing> picture = Make<Changing>();
+  figure->SetPicture(picture.get());
+  copy->InternalCopyFrom(*figure);
+  picture->bytes = {4};
+  EXPECT_EQ(copy->Picture()->Bytes(), std::vector<uint8_t>{3});
 }
 
 // What runs in a host's handler.

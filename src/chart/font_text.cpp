@@ -43,6 +43,10 @@ automation::Ref<automation::Font> CopyFont(const automation::Font* font) {
   return copy;
 }
 
+automation::Ref<automation::Picture> CopyPicture(const automation::Picture* picture) {
+  return picture != nullptr ? automation::services().make_picture(picture->Bytes()) : nullptr;
+}
+
 automation::Ref<automation::Picture> ReadPicture(bag::BagReader& reader, std::string_view key) {
   std::optional<std::vector<uint8_t>> bytes = reader.GetPicture(key);
   return bytes ? automation::services().make_picture(std::move(*bytes)) : nullptr;

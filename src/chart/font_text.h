@@ -18,6 +18,9 @@ automation::FontValues ReadFontText(bag::BagReader& reader);
 // Another font object of the same values; null for null.
 automation::Ref<automation::Font> CopyFont(const automation::Font* font);
 
+// Another picture of the same image, for a host may load another one into a picture; null for null.
+automation::Ref<automation::Picture> CopyPicture(const automation::Picture* picture);
+
 // The picture under the key; null when there is none or the entry is something else.
 automation::Ref<automation::Picture> ReadPicture(bag::BagReader& reader, std::string_view key);
 

@@ -1,6 +1,8 @@
 #include "chart/line.h"
 
+#include <algorithm>
 #include <charconv>
+#include <numeric>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -23,8 +25,11 @@ namespace {
 
 // What a host may ask for by ExtraPointCount; single points and loaded texts may go beyond it.
 constexpr int32_t kMaxCountPut = 75;
-// More than any drawing has, and little enough that no index and no file exhausts the memory.
+// More than any drawing has.
 constexpr int32_t kMaxCount = 1'000'000;
+// Points up to here are saved whether anybody has set them or not, as hosts that read the text
+// expect. A count above it without its points is not the work of a save.
+constexpr int32_t kSavedUnset = 1000;
 
 // A point's entries in the saved text, followed by its number. In every file: never change one.
 constexpr std::string_view kPointX = "EPX_";
@@ -39,6 +44,11 @@ int32_t PointNumber(std::string_view digits) {
 }
 
 }  // namespace
+
+// Their count alone is no measure: a file may say what it likes.
+std::vector<int32_t> vnLine::PointNumbers(const automation::Object& line) {
+  return static_cast<const vnLine&>(line).InternalPointNumbers();
+}
 
 struct vnLine::Schema {
   static constexpr auto kRows = [] {
@@ -163,9 +173,9 @@ struct vnLine::Schema {
             .field(&Values::dest_y, "DY")
             .reports(vndDestY),
         property<&vnLine::ExtraPointX, &vnLine::SetExtraPointX>("ExtraPointX", "plIndex", "plValue")
-            .counted_by("ExtraPointCount"),
+            .numbered_by(&PointNumbers),
         property<&vnLine::ExtraPointY, &vnLine::SetExtraPointY>("ExtraPointY", "plIndex", "plValue")
-            .counted_by("ExtraPointCount"),
+            .numbered_by(&PointNumbers),
         property<&vnLine::ExtraPointCount, &vnLine::SetExtraPointCount>("ExtraPointCount",
                                                                         "plExtraPointCount"),
         property<&vnLine::UpdateExtraPoints, &vnLine::SetUpdateExtraPoints>("UpdateExtraPoints",
@@ -220,14 +230,15 @@ const vnLine::Point& vnLine::PointAt(int32_t index) const {
   if (index < 0 || index > ExtraPointCount()) {
     throw automation::Error(automation::kSubscriptOutOfRange);
   }
-  return points_[static_cast<size_t>(index)];
+  static constexpr Point kUnset;
+  const auto found = points_.find(index);
+  return found != points_.end() ? found->second : kUnset;
 }
 
 void vnLine::PutPoint(int32_t index, int32_t Point::*member, int32_t value, int32_t detail_id) {
   if (index < 0 || index > kMaxCount) throw automation::Error(automation::kSubscriptOutOfRange);
-  const auto position = static_cast<size_t>(index);
-  if (position >= points_.size()) points_.resize(position + 1);
-  points_[position].*member = value;
+  points_[index].*member = value;
+  point_count_ = std::max(point_count_, index);
   if (!update_extra_points_) ReportChange(detail_id);
 }
 
@@ -240,8 +251,8 @@ void vnLine::SetExtraPointY(int32_t plIndex, int32_t plValue) {
 }
 
 void vnLine::SetExtraPointCount(int32_t plExtraPointCount) {
-  const int32_t count = std::clamp(plExtraPointCount, 0, kMaxCountPut);
-  points_.resize(static_cast<size_t>(count) + 1);
+  point_count_ = std::clamp(plExtraPointCount, 0, kMaxCountPut);
+  points_.erase(points_.upper_bound(point_count_), points_.end());
   if (update_extra_points_) return;
   const automation::Ref<vnLine> alive(this);
   ReportChange(vndExtraPointY);
@@ -264,11 +275,21 @@ void vnLine::LoadFont(bag::BagReader& reader) {
 
 void vnLine::WritePoints(bag::BagWriter& writer) const {
   writer.Add("EPC", ExtraPointCount());
-  for (size_t i = 1; i < points_.size(); ++i) {
-    const std::string number = std::to_string(i);
-    writer.Add(std::string(kPointX) + number, points_[i].x);
-    writer.Add(std::string(kPointY) + number, points_[i].y);
+  for (const int32_t index : InternalPointNumbers()) {
+    const std::string number = std::to_string(index);
+    const Point& point = PointAt(index);
+    writer.Add(std::string(kPointX) + number, point.x);
+    writer.Add(std::string(kPointY) + number, point.y);
   }
+}
+
+std::vector<int32_t> vnLine::InternalPointNumbers() const {
+  std::vector<int32_t> numbers(static_cast<size_t>(std::min(point_count_, kSavedUnset)));
+  std::iota(numbers.begin(), numbers.end(), 1);
+  for (auto set = points_.upper_bound(kSavedUnset); set != points_.end(); ++set) {
+    numbers.push_back(set->first);
+  }
+  return numbers;
 }
 
 void vnLine::InternalLoad(const bag::KeptText& text) {
@@ -277,19 +298,19 @@ void vnLine::InternalLoad(const bag::KeptText& text) {
   ReadPoints(text, reader);
 }
 
-// Goes by the entries that there are: a count that no text backs takes no time.
+// Goes by the entries that there are: a count that no text backs takes neither time nor memory.
 void vnLine::ReadPoints(const bag::KeptText& text, bag::BagReader& reader) {
-  const int32_t count = std::clamp(reader.GetLong("EPC"), 0, kMaxCount);
-  points_.assign(static_cast<size_t>(count) + 1, {});
-  if (count == 0) return;
+  point_count_ = std::clamp(reader.GetLong("EPC"), 0, kMaxCount);
+  points_.clear();
+  if (point_count_ == 0) return;
   bag::BagScanner scanner(text);
   bag::BagEntry entry;
   while (scanner.Next(entry)) {
     const bool is_x = entry.key.starts_with(kPointX);
     if (!is_x && !entry.key.starts_with(kPointY)) continue;
     const int32_t number = PointNumber(entry.key.substr(kPointX.size()));
-    if (number < 1 || number > count) continue;
-    Point& point = points_[static_cast<size_t>(number)];
+    if (number < 1 || number > point_count_) continue;
+    Point& point = points_[number];
     (is_x ? point.x : point.y) = reader.GetLong(entry.key);
   }
 }
@@ -297,6 +318,7 @@ void vnLine::ReadPoints(const bag::KeptText& text, bag::BagReader& reader) {
 void vnLine::InternalCopyFrom(const vnLine& other) {
   values_ = other.values_;
   font_ = CopyFont(other.font_.get()).get();
+  point_count_ = other.point_count_;
   points_ = other.points_;
 }
 

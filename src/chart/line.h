@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <vector>
 
 #include "automation/font.h"
@@ -56,7 +57,8 @@ struct LineValues {
 };
 
 // Every put stores its value as it is and then reports its number (vndOrigFigureIndex and so on)
-// as a change of the line's link, unless its comment says more. Coordinates are in the host's
+// as a change of the line's link, unless its comment says more; a line without a link or without a
+// document reports nothing. Coordinates are in the host's
 // drawing units, colours hold red in the low byte, and codes mean what the drawing host means by
 // them. "By default" says what the line of a link begins with.
 class vnLine : public Member {
@@ -196,7 +198,7 @@ class vnLine : public Member {
   void SetExtraPointY(int32_t plIndex, int32_t plValue);
   // How many bends there are; 0 by default. A put brings the number into the range 0 to 75, keeps
   // the points that still fit, and reports vndExtraPointY, then vndExtraPointX.
-  int32_t ExtraPointCount() const { return static_cast<int32_t>(points_.size()) - 1; }
+  int32_t ExtraPointCount() const { return point_count_; }
   void SetExtraPointCount(int32_t plExtraPointCount);
   // While it is True, changes of the extra points and their number report nothing; not saved.
   bool UpdateExtraPoints() const { return update_extra_points_; }
@@ -209,6 +211,10 @@ class vnLine : public Member {
   void InternalWrite(bag::BagWriter& writer);
   // Reports nothing.
   void InternalLoad(const bag::KeptText& text);
+  // The points that a walk over the line visits, in ascending order: all up to the thousandth, and
+  // those behind that a text or a host has set. The others are (0, 0). A line takes memory and a
+  // saved text for these only, whatever its count says.
+  std::vector<int32_t> InternalPointNumbers() const;
   // Takes over every saved value, with an equal font object of its own. Document and link stay.
   // Reports nothing.
   void InternalCopyFrom(const vnLine& other);
@@ -218,6 +224,7 @@ class vnLine : public Member {
 
  private:
   struct Schema;
+  static std::vector<int32_t> PointNumbers(const automation::Object& line);
   using Values = LineValues;
   struct Point {
     int32_t x = 0;
@@ -237,7 +244,8 @@ class vnLine : public Member {
   Values values_;
   automation::Owned<automation::Font> font_;
   bool update_extra_points_ = false;
-  std::vector<Point> points_ = std::vector<Point>(1);
+  int32_t point_count_ = 0;
+  std::map<int32_t, Point> points_;  // those that were set
 };
 
 }  // namespace vndoc6

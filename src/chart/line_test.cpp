@@ -18,6 +18,7 @@ using automation::Make;
 using automation::Ref;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using vndoc6::testing::ChangeEveryProperty;
 using vndoc6::testing::RecordingListener;
@@ -74,6 +75,7 @@ TEST_F(LineTest, PutsReportTheirNumbers) {
   EXPECT_THAT(events.Take(), ElementsAre("LinkChange l 30"));
   line->SetLink(nullptr);
   line->SetUserData(2);
+  document_->RaiseLinkChange(nullptr, 30);
   EXPECT_THAT(events.Take(), IsEmpty());
 }
 
@@ -153,7 +155,15 @@ TEST_F(LineTest, UpdateExtraPointsKeepsTheirChangesQuiet) {
 }
 
 TEST_F(LineTest, ACountThatNoTextBacksIsHonouredUpToAMillion) {
-  EXPECT_EQ(Loaded(u"EPC=2000000000:EPX_3=7:")->ExtraPointCount(), 1'000'000);
+  const Ref<vnLine> line = Loaded(u"EPC=2000000000:EPX_3=7:EPY_5000=8:");
+  EXPECT_EQ(line->ExtraPointCount(), 1'000'000);
+  EXPECT_EQ(line->ExtraPointX(3), 7);
+  EXPECT_EQ(line->ExtraPointY(5000), 8);
+  EXPECT_EQ(line->ExtraPointY(1'000'000), 0);
+  // Its points are saved as far as they say something, or are few.
+  const std::string saved = automation::ToUtf8(SavedText(*line));
+  EXPECT_THAT(saved, EndsWith(":EPX_1000=0:EPY_1000=0:EPX_5000=0:EPY_5000=8:"));
+  EXPECT_THAT(saved, HasSubstr(":EPC=1000000:EPX_1=0:EPY_1=0:EPX_2=0:EPY_2=0:EPX_3=7:"));
   EXPECT_EQ(Loaded(u"EPC=-3:EPX_1=1:")->ExtraPointCount(), 0);
 }
 

@@ -32,15 +32,11 @@ class EventArguments {
  private:
   static VARIANT Pass(const EventParameter& parameter, VARIANT& value) {
     if (!parameter.by_reference) return value;
+    if (parameter.type.kind != TypeKind::kVariant) return ReferenceTo(value);
     VARIANT reference;
     VariantInit(&reference);
-    if (parameter.type.kind == TypeKind::kVariant) {
-      reference.vt = VT_BYREF | VT_VARIANT;
-      reference.pvarVal = &value;
-    } else {
-      reference.vt = static_cast<VARTYPE>(VT_BYREF | value.vt);
-      reference.byref = &value.byref;
-    }
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = &value;
     return reference;
   }
 

@@ -43,26 +43,32 @@ std::string ReadTypeName(const ComPtr<IUnknown>& object, const ComPtr<IDispatch>
 class OutgoingArguments {
  public:
   OutgoingArguments(const Arguments& arguments, bool put)
-      : values_(arguments.positional.size() + arguments.named.size()) {
+      : values_(arguments.positional.size() + arguments.named.size()), passed_(values_.size()) {
     size_t next = 0;
     const size_t positional = arguments.positional.size() - (put ? 1 : 0);
     if (put) Add(next, arguments.positional.back(), DISPID_PROPERTYPUT);
     for (const auto& named : arguments.named) Add(next, named.value, named.parameter);
-    for (size_t i = positional; i-- > 0;) WriteVariant(arguments.positional[i], values_[next++]);
+    for (size_t i = positional; i-- > 0; ++next) {
+      WriteVariant(arguments.positional[i], values_[next]);
+      passed_[next] = i < arguments.by_reference ? ReferenceTo(values_[next]) : values_[next];
+    }
   }
 
   DISPPARAMS Params() {
-    return {values_.data(), names_.data(), static_cast<UINT>(values_.size()),
+    return {passed_.data(), names_.data(), static_cast<UINT>(values_.size()),
             static_cast<UINT>(names_.size())};
   }
   bool NewValueIsObject() const { return values_[0].vt == VT_DISPATCH; }
 
  private:
   void Add(size_t& next, const Variant& value, DISPID name) {
-    WriteVariant(value, values_[next++]);
+    WriteVariant(value, values_[next]);
+    passed_[next] = values_[next];
+    ++next;
     names_.push_back(name);
   }
   std::vector<OwnedVariant> values_;
+  std::vector<VARIANT> passed_;  // the values, or references to them
   std::vector<DISPID> names_;
 };
 

@@ -147,4 +147,12 @@ void WriteVariant(const Variant& value, VARIANT& out) {
   }
 }
 
+VARIANT ReferenceTo(VARIANT& value) {
+  VARIANT reference;
+  VariantInit(&reference);
+  reference.vt = static_cast<VARTYPE>(VT_BYREF | value.vt);
+  reference.byref = &value.byref;
+  return reference;
+}
+
 }  // namespace vndoc6::com

@@ -15,4 +15,7 @@ automation::Variant ReadVariant(const VARIANT& value);
 // error 13 for an opaque value.
 void WriteVariant(const automation::Variant& value, VARIANT& out);
 
+// A VARIANT that refers to what `value` holds, for as long as that is there.
+VARIANT ReferenceTo(VARIANT& value);
+
 }  // namespace vndoc6::com

@@ -61,7 +61,7 @@ std::vector<ContentMember> ContentOf(const ClassInfo& info) {
   for (const MemberInfo& member : info.members()) {
     if (member.kind != CallKind::kGet || member.not_content != nullptr) continue;
     // What takes arguments is a look-up of what is read anyway, unless it is a row of values.
-    if (!member.parameters.empty() && member.count_member == nullptr) continue;
+    if (!member.parameters.empty() && member.numbers == nullptr) continue;
     content.push_back({&member, PartOf(member)});
   }
   return content;
@@ -77,7 +77,7 @@ const ClassInfo* MemberClassOf(const ClassInfo& info) {
 ContentReader::Rows ContentReader::RowsOf(const ClassInfo& info) {
   Rows rows;
   for (const auto& [member, part] : ContentOf(info)) {
-    rows.push_back({member, part != nullptr, member->count_member});
+    rows.push_back({member, part != nullptr, member->numbers});
   }
   return rows;
 }
@@ -94,18 +94,17 @@ std::vector<Content> ContentReader::Read(Object& object) {
   const Rows& rows = KnownRowsOf(*info);
   content.reserve(rows.size());
   for (size_t position = 0; position < rows.size(); ++position) {
-    const auto& [member, is_part, count] = rows[position];
-    if (count == nullptr) {
+    const auto& [member, is_part, numbers] = rows[position];
+    if (numbers == nullptr) {
       Variant value = ReadMember(object, *member, {});
       const bool is_object = value.IsObject() && value.ToObject();
       content.push_back({member->name, position, 0, std::move(value), is_part && is_object});
       continue;
     }
-    const int32_t values = automation::Get(object, automation::FromUtf8(count)).ToLong();
-    for (int32_t i = 1; i <= values; ++i) {
-      const Variant index(i);
+    for (const int32_t number : numbers(object)) {
+      const Variant index(number);
       content.push_back(
-          {member->name, position, i, ReadMember(object, *member, {&index, 1}), false});
+          {member->name, position, number, ReadMember(object, *member, {&index, 1}), false});
     }
   }
   return content;

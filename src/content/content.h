@@ -22,7 +22,9 @@ namespace vndoc6 {
 struct Content {
   std::string_view name;  // as published
   size_t position = 0;    // of the property among those of its class
-  int32_t index = 0;      // in a property that is a row of values: "ExtraPointX" 3; else 0
+  // In a property that is a row of values: "ExtraPointX" 3; else 0. Values that are left out of a
+  // row are 0.
+  int32_t index = 0;
   // A value, a picture, or the object that the property gives (Nothing where there is none). What
   // a host sees as an error is an ErrorValue here.
   automation::Variant value;
@@ -51,7 +53,8 @@ class ContentReader {
   struct Row {
     const automation::MemberInfo* member;
     bool is_part;
-    const char* count;  // the member that gives the number of values; null for a single one
+    // Which values of a row are read; null for a single one.
+    std::vector<int32_t> (*numbers)(const automation::Object& object);
   };
   using Rows = std::vector<Row>;
   static Rows RowsOf(const automation::ClassInfo& info);

@@ -70,7 +70,8 @@ class DocumentListener {
   virtual void Loading(int16_t /*eiPercent*/) {}
   // The document was loaded.
   virtual void LoadComplete() {}
-  // The document was not loaded; the code says why.
+  // The load failed, and the code says why. With 13, a newer document version, the document was
+  // loaded all the same.
   virtual void LoadFailed(int32_t /*elFailCode*/) {}
   // The file's version is unknown, or its content is older or newer than this library's.
   virtual void LoadVersionError(int32_t /*elFileVersion*/, float /*enDocumentVersion*/,
@@ -86,8 +87,8 @@ class DocumentListener {
   // A jump was added, removed or changed.
   virtual void StepJumpChange(vnJump& /*eoJump*/, EnumVantrelChangeEvent /*elEventType*/,
                               int32_t /*elDetailID*/) {}
-  // A file was added, removed or changed.
-  virtual void StepFileChange(vnFile& /*eoFile*/, EnumVantrelChangeEvent /*elEventType*/,
+  // A file was added, removed or changed. Or a revision was removed: then the file is Nothing.
+  virtual void StepFileChange(vnFile* /*eoFile*/, EnumVantrelChangeEvent /*elEventType*/,
                               int32_t /*elDetailID*/) {}
   // An item of a pick-list was added or removed.
   virtual void ItemChange(vnItem& /*eoItem*/, EnumVantrelChangeEvent /*elEventType*/,

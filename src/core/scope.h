@@ -39,6 +39,14 @@ class Scope {
     const automation::Ref<Subject> alive(&subject);
     listeners_.template Raise<kEvent>(subject, args...);
   }
+  // The same of a subject that may be absent.
+  template <auto kEvent, class Subject, class... Args>
+  void Report(Subject* subject, Args... args) {
+    if (!change_events_ || listeners_.empty()) return;
+    const automation::Ref<automation::Object> document = Root();
+    const automation::Ref<Subject> alive(subject);
+    listeners_.template Raise<kEvent>(subject, args...);
+  }
 
   schema::EventList<DocumentListener, &DocumentEvents>& listeners() { return listeners_; }
   bool change_events() const { return change_events_; }

@@ -54,7 +54,8 @@ class vnDetails : public Member {
 
   // Who authorised the document; built on the first read, one object until the next load.
   automation::Ref<vnTitleRef> AuthorisedBy();
-  // Field values, by the document's FieldDefsDetails; built on the first read.
+  // The values of the details' extra data fields; built on the first read. The object is not given
+  // the FieldDefsDetails that define them.
   automation::Ref<automation::Object> Fields();
 
   // Free text. Setting it reports nothing, as for all that follow.

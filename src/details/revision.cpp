@@ -3,6 +3,7 @@
 #include "bag/row_text.h"
 #include "core/scope.h"
 #include "document/document.h"
+#include "process/file.h"
 #include "schema/rows.h"
 
 namespace vndoc6 {
@@ -45,7 +46,7 @@ bool vnRevision::InternalLoad(const bag::KeptText& text) {
   return true;
 }
 
-// Hosts hear nothing of revisions that come and go: they never did.
+// Hosts hear nothing of revisions that come: they never did.
 void vnRevisions::Add(vnRevision* poRevision) {
   if (poRevision == nullptr) return;
   if (!store_.Add(automation::NumberText(poRevision->IR()), *poRevision)) return;
@@ -66,7 +67,14 @@ void vnRevisions::AddImport(int32_t plIR, const Text& psReason, int32_t plRevisi
   Add(revision.get());
 }
 
-void vnRevisions::Remove(const Variant& pvRef) { store_.Remove(pvRef); }
+// Hosts have always been told of a file that is none.
+void vnRevisions::Remove(const Variant& pvRef) {
+  if (!store_.Remove(pvRef)) return;
+  if (Scope* scope = InternalScope()) {
+    scope->Report<&DocumentListener::StepFileChange>(static_cast<vnFile*>(nullptr), vnceRemove,
+                                                     int32_t{0});
+  }
+}
 
 void vnRevisions::InternalWrite(bag::BagWriter& writer) const { WriteByPosition(writer, "F"); }
 

@@ -44,7 +44,7 @@ class vnRevision : public Member {
   Text reason_;
 };
 
-// The revision history. Adding and removing reports nothing.
+// The revision history. Adding reports nothing.
 class vnRevisions : public Collection<vnRevision> {
  public:
   static const automation::ClassInfo& classInfo();
@@ -55,7 +55,8 @@ class vnRevisions : public Collection<vnRevision> {
   // Adds a revision with these values. Only while an older file is being converted, else error
   // 2198.
   void AddImport(int32_t plIR, const Text& psReason, int32_t plRevision, automation::Date pdDate);
-  // Takes a revision out, by position or key; nothing happens when there is none.
+  // Takes a revision out, by position or key; nothing happens when there is none. Reports
+  // StepFileChange, with Nothing as the file.
   void Remove(const automation::Variant& pvRef);
 
   // --- Inside the library; hosts have no use for these. ---

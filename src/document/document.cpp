@@ -104,8 +104,8 @@ vnDocument::~vnDocument() {
   titles_ = nullptr;
   for (Definitions* definitions :
        {&details_definitions_, &steps_definitions_, &links_definitions_}) {
-    definitions->field_defs.Reset({});
-    definitions->form.Reset({});
+    definitions->field_defs.object.Reset({});
+    definitions->form.object.Reset({});
   }
   containers_.Reset({});
 }
@@ -130,9 +130,22 @@ Ref<vnLinks> vnDocument::Links() { return LazyPart(links_, this); }
 Ref<vnFiles> vnDocument::Files() { return LazyPart(files_, this); }
 Ref<vnJumps> vnDocument::Jumps() { return LazyPart(jumps_, this); }
 
-Ref<Properties> vnDocument::Attachments() { return bag::BagPart(attachments_, this); }
+Ref<Properties> vnDocument::Attachments() {
+  KeepLoadedAttachments();
+  return bag::BagPart(attachments_, this);
+}
+
+// Hosts that take their bag away get what was loaded back, in the next read and the next save.
 void vnDocument::SetAttachments(Properties* poAttachments) {
+  KeepLoadedAttachments();
   bag::SetBagPart(attachments_, poAttachments, this);
+  if (poAttachments == nullptr) attachments_.Reset(loaded_attachments_);
+}
+
+// In bytes of its own: a document that was read whole lets go of the file's.
+void vnDocument::KeepLoadedAttachments() {
+  const KeptText& text = attachments_.text();
+  if (!text.empty()) loaded_attachments_ = text.Unescaped();
 }
 
 // --- Identity ---
@@ -186,10 +199,10 @@ Ref<Object> vnDocument::FormSteps() { return Form(steps_definitions_); }
 Ref<Object> vnDocument::FormLinks() { return Form(links_definitions_); }
 
 Ref<Object> vnDocument::FieldDefs(Definitions& definitions) {
-  return fields::Read(*this, definitions.field_defs, &fields::MakeFieldDefs);
+  return fields::Read(*this, definitions.field_defs.object, &fields::MakeFieldDefs);
 }
 Ref<Object> vnDocument::Form(Definitions& definitions) {
-  return fields::Read(*this, definitions.form, &fields::MakeFormDef);
+  return fields::Read(*this, definitions.form.object, &fields::MakeFormDef);
 }
 
 void vnDocument::SetFieldDefsDetails(const Text& psFieldDefs, const Text& psForm) {
@@ -202,8 +215,8 @@ void vnDocument::SetFieldDefsSteps(const Text& psFieldDefs, const Text& psForm) 
 void vnDocument::SetDefinitions(Definitions& definitions, const Text& field_defs, const Text& form,
                                 const char16_t* source) {
   if (!assignment_unlocked_) throw Error(automation::kWrongState, {}, source);
-  definitions.field_defs.Reset(KeptText(field_defs));
-  definitions.form.Reset(KeptText(form));
+  definitions.field_defs.object.Reset(KeptText(field_defs));
+  definitions.form.object.Reset(KeptText(form));
 }
 
 Ref<Object> vnDocument::Database() const { return database_.get(); }
@@ -255,7 +268,7 @@ bool vnDocument::ChangeEvents() const { return scope_->change_events(); }
 void vnDocument::SetChangeEvents(bool pbChangeEvents) { scope_->SetChangeEvents(pbChangeEvents); }
 
 void vnDocument::RaiseLinkChange(vnLink* poLink, int32_t plDetailID) {
-  if (poLink == nullptr) throw Error(automation::kObjectNotSet);
+  if (poLink == nullptr) return;
   scope_->Report<&DocumentListener::LinkChange>(*poLink, plDetailID);
 }
 

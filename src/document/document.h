@@ -37,8 +37,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   vnDocument();
   ~vnDocument() override;
 
-  // Tells the listeners LinkChange, unless ChangeEvents is off. A link's line reports its changes
-  // with this; a link reports nothing itself: its hosts do.
+  // Tells the listeners LinkChange, unless ChangeEvents is off; nothing happens for Nothing. A
+  // link's line reports its changes with this; a link reports nothing itself: its hosts do.
   void RaiseLinkChange(vnLink* poLink, int32_t plDetailID);
 
   // The chart-wide drawing settings. Loading gives the document a new chart; otherwise it is one
@@ -66,7 +66,7 @@ class vnDocument : public automation::Object, public automation::EventSource {
   // Every jump that was added to any step.
   automation::Ref<vnJumps> Jumps();
   // A second bag of free values, saved with the document; for what the host attaches to it. Loading
-  // gives a new object.
+  // gives a new object, and so does a put of Nothing: a bag of what was loaded.
   automation::Ref<Properties> Attachments();
   void SetAttachments(Properties* poAttachments);
 
@@ -212,16 +212,21 @@ class vnDocument : public automation::Object, public automation::EventSource {
   // --- Inside the library; hosts have no use for these. ---
 
   // Writes the document's text as a save does, without a save's effects on IR and GUID.
-  void InternalWrite(bag::BagWriter& writer) { WriteParts(writer, false); }
+  void InternalWrite(bag::BagWriter& writer) { WriteParts(writer, Purpose::kText); }
 
  private:
   // What a document defines for one kind of object: fields and their form, each kept as text
   // until it is read.
+  struct Definition {
+    const char* key;  // in every file: never change one
+    bag::Lazy<automation::Object> object;
+  };
   struct Definitions {
-    bag::Lazy<automation::Object> field_defs;
-    bag::Lazy<automation::Object> form;
+    Definition field_defs;
+    Definition form;
   };
 
+  void KeepLoadedAttachments();
   automation::Ref<automation::Object> FieldDefs(Definitions& definitions);
   automation::Ref<automation::Object> Form(Definitions& definitions);
   void SetDefinitions(Definitions& definitions, const Text& field_defs, const Text& form,
@@ -230,7 +235,10 @@ class vnDocument : public automation::Object, public automation::EventSource {
   // Saving (document_save.cpp).
   bool SaveProcedure();
   bool SaveAndReport();
-  void WriteParts(bag::BagWriter& writer, bool with_progress);
+  // Only a save moves IR on and tells how far it is.
+  enum class Purpose { kSave, kText };
+  void WriteParts(bag::BagWriter& writer, Purpose purpose);
+  void MoveIROn();
 
   // Loading (document_load.cpp).
   class LoadingScope;
@@ -238,8 +246,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   bool LoadAndReport(const Text& file_name, const Text& read_from, const Text& password);
   int32_t LoadProcedure(const Text& password);
   int32_t ReadVersion2(bag::BagReader& file, LoadingScope& scope, const Text& password);
-  void ReadDefinitions(bag::BagReader& file, Definitions& definitions, const char* fields_key,
-                       const char* form_key);
+  static void ReadDefinitions(bag::BagReader& file, Definitions& definitions);
+  void ResetDefinitions(bag::BagReader& file);
   int32_t ImportOldFormat();
 
   // The document as its parts see it.
@@ -257,14 +265,16 @@ class vnDocument : public automation::Object, public automation::EventSource {
   bag::Lazy<vnRevisions> revision_history_;
   automation::Owned<Properties> properties_;
   automation::Owned<vnTitles> titles_;
-  Definitions details_definitions_;
-  Definitions steps_definitions_;
-  Definitions links_definitions_;
+  Definitions details_definitions_{{"FDD", {}}, {"FoD", {}}};
+  Definitions steps_definitions_{{"FDS", {}}, {"FoS", {}}};
+  Definitions links_definitions_{{"FDL", {}}, {"FoL", {}}};
   bag::Lazy<vnContainers> containers_;
   bag::Lazy<vnLinks> links_;
   bag::Lazy<vnFiles> files_;
   bag::Lazy<vnJumps> jumps_;
   bag::Lazy<Properties> attachments_;
+  // As they were before the first read or put.
+  bag::KeptText loaded_attachments_;
   bool change_events_loading_ = false;
   int32_t file_version_ = 0;
   int32_t document_type_ = 0;

@@ -104,6 +104,21 @@ TEST_F(DocumentFile, EverySaveMovesTheCounterOnce) {
   EXPECT_EQ(saved_ir("b.vn6"), 1);
   read->Save();
   EXPECT_EQ(saved_ir("b.vn6"), 2);
+
+  // A host's object that moves it while its text is taken moves it for this save.
+  const auto moved = Make<vnDocument>();
+  const testing::RegisteredFactory factory(u"Fields.FieldValues", [&] {
+    const auto text = [&](std::span<const Variant> put) {
+      if (put.empty()) moved->InternalIncrementIR();
+      return Variant(u"");
+    };
+    return Ref<automation::Object>(testing::MakeScriptedObject("FieldValues", {{u"Text", text}}));
+  });
+  moved->Details()->Fields();
+  moved->SaveAs(Name("c.vn6"));
+  EXPECT_EQ(saved_ir("c.vn6"), 1);
+  moved->Save();
+  EXPECT_EQ(saved_ir("c.vn6"), 2);
 }
 
 TEST_F(DocumentFile, ACopyUnderAnotherNameIsAnotherDocument) {
@@ -176,6 +191,10 @@ TEST_F(DocumentFile, ComparesVersions) {
   };
   const Case cases[] = {
       {"FV=2:DV=s1.2:", true, kLoadingEvents + Lines{"LoadComplete"}},
+      // With the mark that an editor may put there.
+      {"\xEF\xBB\xBF"
+       "FV=2:DV=s1.2:",
+       true, kLoadingEvents + Lines{"LoadComplete"}},
       {"FV=2:DV=s1.1:", true, kLoadingEvents + Lines{"LoadVersionError 2 1.1 12", "LoadComplete"}},
       {"FV=2:", true, kLoadingEvents + Lines{"LoadVersionError 2 1 12", "LoadComplete"}},
       {"FV=2:DV=s1.3:", true, kLoadingEvents + Lines{"LoadVersionError 2 1.3 13", "LoadFailed 13"}},
@@ -231,9 +250,17 @@ TEST_F(DocumentFile, WhatWasNotReadIsWrittenBackAsItWas) {
   Write("a.vn6", "FV=2:DV=s1.2:" + parts);
   const auto document = Make<vnDocument>();
   ASSERT_TRUE(document->Load(Name("a.vn6"), Text()));
-  ASSERT_TRUE(document->Save());
-  const std::string saved = Read("a.vn6");
-  EXPECT_EQ(saved.substr(saved.find("C=~64")), parts);
+  // A host that takes its bag away gives the kept text back, read or not.
+  for (const bool read : {false, true}) {
+    if (read) document->Attachments()->Add(u"b", Variant(1));
+    ASSERT_TRUE(document->Save());
+    EXPECT_EQ(Read("a.vn6").find("Attach=~64\"b=1:") != std::string::npos, read);
+    document->SetAttachments(Make<Properties>().get());
+    document->SetAttachments(nullptr);
+    ASSERT_TRUE(document->Save());
+    const std::string saved = Read("a.vn6");
+    EXPECT_EQ(saved.substr(saved.find("C=~64")), parts);
+  }
 }
 
 TEST_F(DocumentFile, AFailedSaveLeavesThePreviousFileAndItsTemporarySave) {
@@ -311,6 +338,15 @@ TEST_F(DocumentFile, OlderFilesGoThroughTheConverter) {
 }
 
 TEST_F(DocumentFile, WhatAHostHoldsStaysTheSameThroughALoad) {
+  struct Reader : DocumentListener {
+    void Loading(int16_t percent) override {
+      if (percent != 60) return;
+      details = document->FieldDefsDetails();
+      steps = document->FieldDefsSteps();
+    }
+    vnDocument* document = nullptr;
+    Ref<automation::Object> details, steps;
+  } reader;
   const auto source = Make<vnDocument>();
   source->Links()->Add(Make<vnLink>().get());
   source->Details()->NewRevision(u"why");
@@ -320,8 +356,16 @@ TEST_F(DocumentFile, WhatAHostHoldsStaysTheSameThroughALoad) {
   const auto links = document->Links();
   const auto chart = document->Chart();
   const auto history = document->RevisionHistory();
+  const auto steps_fields = document->FieldDefsSteps();
+  reader.document = document.get();
+  document->AddListener(&reader);
   testing::RecordingListener events(*document);
   ASSERT_TRUE(document->Load(Name("a.vn6"), Text()));
+  document->RemoveListener(&reader);
+  // Reset all at once, and late: what was read meanwhile goes, too.
+  EXPECT_EQ(reader.steps, steps_fields);
+  EXPECT_NE(document->FieldDefsSteps(), steps_fields);
+  EXPECT_NE(document->FieldDefsDetails(), reader.details);
   EXPECT_EQ(document->Links(), links);
   EXPECT_EQ(links->Count(), 1);
   EXPECT_NE(document->Chart(), chart);

@@ -4,6 +4,7 @@
 #include "automation/error.h"
 #include "automation/late_bound.h"
 #include "automation/services.h"
+#include "bag/bag_file.h"
 #include "bag/bag_reader.h"
 #include "bag/properties.h"
 #include "chart/chart.h"
@@ -42,12 +43,6 @@ constexpr int32_t kNewerDocumentVersion = 13;
 constexpr int32_t kWrongPassword = 14;
 
 constexpr TextView kConverter = u"VNDoc6Converters.VN5";
-
-// A file that can't be read is an empty one, which then counts as one of the older format.
-KeptText ReadFile(const Text& name) {
-  std::optional<std::string> bytes = platform::ReadWholeFile(name);
-  return bytes ? KeptText(bag::SharedBytes(std::move(*bytes))) : KeptText();
-}
 
 // A list that a host has read already stays the same object and gets the members.
 template <class T>
@@ -155,7 +150,8 @@ bool vnDocument::LoadAndReport(const Text& file_name, const Text& read_from, con
 
 int32_t vnDocument::LoadProcedure(const Text& password) {
   LoadingScope scope(*this);
-  KeptText text = ReadFile(file_name_);
+  // A file that can't be read is an empty one, which then counts as one of the older format.
+  KeptText text = bag::ReadTextFile(file_name_).value_or(KeptText());
   file_size_ = text.raw().size();
   BagReader file(std::move(text));
   file_version_ = file.GetLong("FV", 1);
@@ -186,10 +182,10 @@ int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Tex
   steps_->InternalLoad(file.GetKept("S"));
   if (!properties_) SetProperties(automation::Make<Properties>().get());
   properties_->InternalLoad(file.GetKept("P"));
-  ReadDefinitions(file, details_definitions_, "FDD", "FoD");
+  ReadDefinitions(file, details_definitions_);
   scope_->Raise<&DocumentListener::Loading>(int16_t{60});
-  ReadDefinitions(file, steps_definitions_, "FDS", "FoS");
-  ReadDefinitions(file, links_definitions_, "FDL", "FoL");
+  ReadDefinitions(file, steps_definitions_);
+  ReadDefinitions(file, links_definitions_);
   KeepOrLoad(links_, file.GetKept("LK"));
   KeepOrLoad(files_, file.GetKept("FL"));
   KeepOrLoad(jumps_, file.GetKept("J"));
@@ -198,6 +194,8 @@ int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Tex
   pages_count_ = file.GetLong("PC");
   show_page_breaks_ = file.GetText("SPB") == u"T";
   attachments_.Reset(file.GetKept("Attach"));
+  loaded_attachments_ = {};
+  ResetDefinitions(file);
   db_guid_ = file.GetText("DBGUID");
   connection_string_ = file.GetText("ConStr");
   chart_type_ = file.GetLong("CT");
@@ -208,10 +206,22 @@ int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Tex
   return document_version_ == kDocumentVersion ? kLoaded : kNewerDocumentVersion;
 }
 
-void vnDocument::ReadDefinitions(BagReader& file, Definitions& definitions, const char* fields_key,
-                                 const char* form_key) {
-  definitions.field_defs.Reset(file.GetKept(fields_key));
-  definitions.form.Reset(file.GetKept(form_key));
+// What a host has read already stays until all six are reset at once.
+void vnDocument::ReadDefinitions(BagReader& file, Definitions& definitions) {
+  for (Definition* definition : {&definitions.field_defs, &definitions.form}) {
+    if (definition->object.built() != nullptr) continue;
+    definition->object.Reset(file.GetKept(definition->key));
+  }
+}
+
+// What a host's handler has read meanwhile goes, too.
+void vnDocument::ResetDefinitions(BagReader& file) {
+  for (Definitions* definitions :
+       {&details_definitions_, &steps_definitions_, &links_definitions_}) {
+    for (Definition* definition : {&definitions->field_defs, &definitions->form}) {
+      definition->object.Reset(file.GetKept(definition->key));
+    }
+  }
 }
 
 // The converter fills the document through its published members. Whether it succeeds or not, the
@@ -223,8 +233,9 @@ int32_t vnDocument::ImportOldFormat() {
   } const unbind{file_name_};
   assignment_unlocked_ = true;
   const Ref<automation::Object> converter = automation::CreateObject(kConverter);
-  const Variant result = automation::Call(*converter, u"ImportDocument",
-                                          {Variant(file_name_), Variant(Ref<vnDocument>(this))});
+  // Converters have always been given a variable, and some declare the parameter as one.
+  const Variant result = automation::CallByReference(
+      *converter, u"ImportDocument", {Variant(file_name_), Variant(Ref<vnDocument>(this))});
   const int32_t code = result.ToLong();
   assignment_unlocked_ = false;
   if (guid_.empty()) guid_ = platform::NewKey();

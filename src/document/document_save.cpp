@@ -73,12 +73,9 @@ bool vnDocument::SaveProcedure() {
   if (!allow_write_) return false;
   TempSaveDocument();
   if (guid_.empty()) guid_ = platform::NewKey();
-  // A save of a document whose counter did not move since the last one still moves it on.
-  if (!ir_changed_) scope_->IncrementIR();
-  ir_changed_ = false;
   std::string text;
   BagWriter writer(text);
-  WriteParts(writer, true);
+  WriteParts(writer, Purpose::kSave);
   file_size_ = text.size();
   const bool written = platform::ReplaceFileWith(file_name_, text);
   // After a failed write the temporary save is what a host can recover from.
@@ -87,10 +84,19 @@ bool vnDocument::SaveProcedure() {
   return written;
 }
 
+// A save of a document whose counter did not move since the last one still moves it on.
+void vnDocument::MoveIROn() {
+  if (!ir_changed_) scope_->IncrementIR();
+  ir_changed_ = false;
+}
+
 // The keys and their order are in every file: never change them.
-void vnDocument::WriteParts(BagWriter& writer, bool with_progress) {
+void vnDocument::WriteParts(BagWriter& writer, Purpose purpose) {
   const auto progress = [&](int16_t percent) {
-    if (with_progress) scope_->Raise<&DocumentListener::Saving>(percent);
+    if (purpose == Purpose::kSave) scope_->Raise<&DocumentListener::Saving>(percent);
+  };
+  const auto write = [&](const Definition& definition) {
+    fields::Write(writer, definition.key, definition.object);
   };
   // A little more than the last time: a text that outgrows its place is copied whole.
   writer.out().reserve(writer.out().size() + file_size_ + file_size_ / 8);
@@ -99,6 +105,8 @@ void vnDocument::WriteParts(BagWriter& writer, bool with_progress) {
   writer.Add("FV", kFileVersion);
   writer.Add("DV", kDocumentVersion);
   writer.Add("DT", document_type_);
+  // Here, for an object of the host's that was written above may have moved it.
+  if (purpose == Purpose::kSave) MoveIROn();
   writer.Add("IR", ir_);
   progress(5);
   chart_.Save(writer, "C", WritePart<vnChart>);
@@ -111,15 +119,15 @@ void vnDocument::WriteParts(BagWriter& writer, bool with_progress) {
     if (properties_) properties_->InternalWrite(nested);
   });
   progress(30);
-  fields::Write(writer, "FDD", details_definitions_.field_defs);
+  write(details_definitions_.field_defs);
   progress(40);
-  fields::Write(writer, "FoD", details_definitions_.form);
+  write(details_definitions_.form);
   progress(50);
-  fields::Write(writer, "FDS", steps_definitions_.field_defs);
-  fields::Write(writer, "FoS", steps_definitions_.form);
+  write(steps_definitions_.field_defs);
+  write(steps_definitions_.form);
   progress(60);
-  fields::Write(writer, "FDL", links_definitions_.field_defs);
-  fields::Write(writer, "FoL", links_definitions_.form);
+  write(links_definitions_.field_defs);
+  write(links_definitions_.form);
   progress(70);
   files_.Save(writer, "FL", WritePart<vnFiles>);
   progress(80);

@@ -170,7 +170,7 @@ TYPED_TEST(AttachmentListTest, BuiltFromTheDocumentsTextItReportsNothing) {
 class Handler : public DocumentListener {
  public:
   explicit Handler(std::function<void()> handle) : handle_(std::move(handle)) {}
-  void StepFileChange(vnFile&, EnumVantrelChangeEvent, int32_t) override { handle_(); }
+  void StepFileChange(vnFile*, EnumVantrelChangeEvent, int32_t) override { handle_(); }
   void StepJumpChange(vnJump&, EnumVantrelChangeEvent, int32_t) override { handle_(); }
 
  private:

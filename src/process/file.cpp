@@ -35,7 +35,7 @@ struct vnFile::Schema {
 };
 
 void vnFile::InternalReport(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) {
-  scope.Report<&DocumentListener::StepFileChange>(*this, type, detail_id);
+  scope.Report<&DocumentListener::StepFileChange>(this, type, detail_id);
 }
 
 void vnFile::InternalWrite(BagWriter& writer) const {

@@ -83,7 +83,8 @@ class vnStep : public Member {
   // Who performs the step. As Links, and unlike the other parts, it survives a Load once it was
   // read.
   automation::Ref<vnTitleRefs> PerformedBy();
-  // The values of the step's extra data fields, as the document's FieldDefsSteps define them.
+  // The values of the step's extra data fields; built on the first read. The object is not given
+  // the FieldDefsSteps that define them.
   automation::Ref<automation::Object> Fields();
   // A second bag of free values, saved with the step; for what the host attaches to it.
   automation::Ref<Properties> Attachments();

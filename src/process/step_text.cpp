@@ -94,8 +94,8 @@ void vnStep::InternalWrite(BagWriter& writer) {
   schema::WriteEntries<Schema>(writer, *this, content());
 }
 
-// Takes out the dependencies on steps that are gone. A bag that was empty before goes; one that this
-// empties stays, for a host that holds it to add to.
+// Takes out the dependencies on steps that are gone. A bag that was empty before goes; one that
+// this empties stays, for a host that holds it to add to.
 void vnStep::PruneDependencies(Content& content) {
   const Properties* const built = content.dependancies.built();
   if (built != nullptr && built->IsEmpty()) content.dependancies.Reset({});

@@ -24,7 +24,8 @@ inline automation::EventParameter NamedEventParameter(by_value parameter) {
   return {parameter.name, {}, false};
 }
 
-// An object argument is a reference in C++ and an object to automation.
+// An object argument is a reference in C++, or a pointer where it may be Nothing, and an object to
+// automation.
 template <class T>
 constexpr automation::TypeInfo EventTypeOf() {
   using Plain = std::remove_reference_t<T>;
@@ -46,7 +47,9 @@ inline constexpr char kEventMark = 0;
 
 template <class T>
 automation::Variant EventArgument(T& value) {
-  if constexpr (std::is_base_of_v<automation::Object, std::remove_const_t<T>>) {
+  if constexpr (std::is_pointer_v<T>) {
+    return automation::Variant(automation::Ref<automation::Object>(value));
+  } else if constexpr (std::is_base_of_v<automation::Object, std::remove_const_t<T>>) {
     return automation::Variant(automation::Ref<automation::Object>(&value));
   } else {
     return automation::detail::ToVariant(value);

@@ -185,8 +185,9 @@ struct RowFacts {
   int32_t detail_id = 0;       // what a put reports; 0 for nothing
   When when = kAlways;
   bool hidden = false;
-  const char* not_content = nullptr;   // the reason why
-  const char* count_member = nullptr;  // the property that says how many values there are
+  const char* not_content = nullptr;  // the reason why
+  // Of a row of values: the numbers that an object has values under.
+  std::vector<int32_t> (*numbers)(const automation::Object&) = nullptr;
   const ClassInfo& (*part)() = nullptr;
 };
 
@@ -251,10 +252,10 @@ struct Row {
     row.facts.not_content = reason;
     return row;
   }
-  // A row of values, numbered from 1; the other property gives their number.
-  constexpr Row counted_by(const char* member) const {
+  // A row of values; the function gives the numbers that an object has values under.
+  constexpr Row numbered_by(std::vector<int32_t> (*numbers)(const automation::Object&)) const {
     Row row = *this;
-    row.facts.count_member = member;
+    row.facts.numbers = numbers;
     return row;
   }
   // The class of the part that a property gives, where its published type does not show it.
@@ -335,7 +336,7 @@ void AppendMembers(const Row<EntryType, Calls...>& row, std::vector<MemberInfo>&
     MemberInfo info = call.Info(row.facts.name);
     info.hidden = row.facts.hidden;
     info.not_content = row.facts.not_content;
-    info.count_member = row.facts.count_member;
+    info.numbers = row.facts.numbers;
     info.part = row.facts.part;
     members.push_back(std::move(info));
   };

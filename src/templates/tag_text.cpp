@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -9,6 +10,16 @@ namespace vndoc6 {
 namespace {
 
 constexpr TextView kGenerator = u"{\\*\\generator VNDoc6;}";
+// What may stand before the generator: words of the header, and the first words of its groups.
+constexpr TextView kHeaderWords[] = {
+    u"rtf",       u"fbidis",    u"ansi",        u"mac",        u"pc",      u"pca",
+    u"ansicpg",   u"uc",        u"fromtext",    u"fromhtml",   u"deff",    u"adeff",
+    u"stshfdbch", u"stshfloch", u"stshfhich",   u"stshfbi",    u"deflang", u"deflangfe",
+    u"adeflang",  u"themelang", u"themelangfe", u"themelangcs"};
+constexpr TextView kHeaderGroups[] = {
+    u"fonttbl",      u"filetbl",   u"colortbl",          u"defchp", u"defpap", u"stylesheet",
+    u"latentstyles", u"listtable", u"listoverridetable", u"pgptbl", u"revtbl", u"rsidtbl",
+    u"mmathPr"};
 // Between words of an instruction. Line ends mean nothing in rich text, so none comes from there,
 // and the blank that closes a control word is not taken for the end of a word.
 constexpr char16_t kWordEnd = u'\n';
@@ -198,6 +209,81 @@ class FieldReplacer {
   bool found_field_ = false;
 };
 
+// Finds where the generator is named, and where it would be: behind the header.
+class GeneratorFinder {
+ public:
+  struct Range {
+    size_t begin, end;
+  };
+
+  explicit GeneratorFinder(TextView text) : reader_(text) {
+    Token token{};
+    for (size_t begin = 0; reader_.Next(token); begin = reader_.position()) {
+      if (token.kind == TokenKind::kOpen) {
+        if (depth_++ == 1) group_ = {begin, {}, true};
+      } else if (token.kind == TokenKind::kClose) {
+        if (--depth_ == 0) return;
+        if (depth_ == 1) TakeGroup();
+      } else if (token.kind != TokenKind::kLineEnd) {
+        Take(token);
+      }
+    }
+  }
+
+  const std::vector<Range>& found() const { return found_; }
+  size_t place() const { return place_; }
+
+ private:
+  // In the document's own group.
+  struct Group {
+    size_t begin;
+    TextView word;  // that says what it is
+    bool begins;    // nothing yet that says so
+  };
+
+  void Take(const Token& token) {
+    const TextView word = token.kind == TokenKind::kWord ? token.word : TextView();
+    if (depth_ == 1) return TakeHeader(word, kHeaderWords);
+    if (depth_ != 2 || !group_.begins || token.text == u"\\*") return;
+    group_.begins = false;
+    group_.word = word;
+  }
+
+  void TakeGroup() {
+    if (group_.word == u"generator") {
+      found_.push_back({group_.begin, reader_.position()});
+    } else {
+      TakeHeader(group_.word, kHeaderGroups);
+    }
+  }
+
+  void TakeHeader(TextView word, std::span<const TextView> known) {
+    in_header_ = in_header_ && std::find(known.begin(), known.end(), word) != known.end();
+    if (in_header_) place_ = reader_.position();
+  }
+
+  TokenReader reader_;
+  size_t depth_ = 0;
+  Group group_{};
+  bool in_header_ = true;
+  size_t place_ = 0;
+  std::vector<Range> found_;
+};
+
+// Names this library as the generator, in the place of those that were named.
+Text WithGenerator(TextView value) {
+  const GeneratorFinder finder(value);
+  std::vector<GeneratorFinder::Range> replaced = finder.found();
+  if (replaced.empty()) replaced.push_back({finder.place(), finder.place()});
+  Text out(value.substr(0, replaced.front().begin));
+  out += kGenerator;
+  for (size_t i = 0; i < replaced.size(); ++i) {
+    const size_t next = i + 1 < replaced.size() ? replaced[i + 1].begin : value.size();
+    out += value.substr(replaced[i].end, next - replaced[i].end);
+  }
+  return out;
+}
+
 }  // namespace
 
 Text TagProcessorText(TextView value) {
@@ -209,13 +295,10 @@ Text TagProcessorText(TextView value) {
   if (!opened || !reader.Next(token) || token.kind != TokenKind::kWord || token.word != u"rtf") {
     return Text(value);
   }
-  const size_t header_end = reader.position();
   do {
     replacer.Take(token);
   } while (reader.Next(token));
-  // Without a field everything was copied as it stands.
-  if (!replacer.found_field()) replacer.out().insert(header_end, kGenerator);
-  return std::move(replacer.out());
+  return replacer.found_field() ? std::move(replacer.out()) : WithGenerator(value);
 }
 
 }  // namespace vndoc6

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 namespace vndoc6 {
 namespace {
@@ -56,12 +57,25 @@ TEST(TagText, FieldsBecomeTags) {
   for (const Case& each : kCases) EXPECT_EQ(TagProcessorText(each.value), each.expected);
 }
 
-TEST(TagText, RichTextWithoutFieldsNamesItsGenerator) {
-  EXPECT_EQ(TagProcessorText(u"{\\rtf1\\ansi text}"),
-            u"{\\rtf1{\\*\\generator VNDoc6;}\\ansi text}");
-  EXPECT_EQ(TagProcessorText(u"{\\rtf1 text \\field}"),
-            u"{\\rtf1 {\\*\\generator VNDoc6;}text \\field}");
-  EXPECT_EQ(TagProcessorText(u"{\\rtf"), u"{\\rtf{\\*\\generator VNDoc6;}");
+TEST(TagText, RichTextWithoutFieldsNamesItsGeneratorBehindItsHeader) {
+  // What stands before the generator, and behind it.
+  constexpr std::pair<TextView, TextView> kCases[] = {
+      {u"{\\rtf1\\ansi ", u"text}"},
+      {u"{\\rtf1 ", u"text \\field}"},
+      {u"{\\rtf", u""},
+      {u"{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0 Arial;}}\r\n{\\colortbl ;}",
+       u"\r\n\\viewkind4\\uc1\\pard x}"},
+      {u"{\\rtf1{\\*\\listtable}", u"{\\info{\\title {\\*\\generator No;}}}{\\fonttbl}"},
+      {u"{\\rtf1", u"{\\b x}\\ansi}{\\*\\generator Elsewhere;}"},
+      {u"{\\rtf1", u"{\\*\\generator never closed"},
+  };
+  for (const auto& [before, behind] : kCases) {
+    const Text stamped = Text(before) + u"{\\*\\generator VNDoc6;}" + Text(behind);
+    EXPECT_EQ(TagProcessorText(Text(before) + Text(behind)), stamped);
+    EXPECT_EQ(TagProcessorText(stamped), stamped);
+  }
+  EXPECT_EQ(TagProcessorText(u"{\\rtf1\\ansi{\\info}{\\*\\generator A {x};}y{\\*\\generator B;}z}"),
+            u"{\\rtf1\\ansi{\\info}{\\*\\generator VNDoc6;}yz}");
 }
 
 TEST(TagText, OtherTextIsGivenBack) {

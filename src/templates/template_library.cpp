@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "automation/scoped_value.h"
+#include "bag/bag_file.h"
 #include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
 #include "platform/file_system.h"
@@ -26,12 +27,9 @@ bool IsWellFormed(const bag::KeptText& text) {
 }
 
 bag::KeptText ReadLibraryFile(const Text& file_name) {
-  std::optional<std::string> bytes = platform::ReadWholeFile(file_name);
-  if (bytes) {
-    const bag::KeptText text{bag::SharedBytes(std::move(*bytes))};
-    // A library that was cut short would be saved without the lists that it lost.
-    if (IsWellFormed(text)) return text;
-  }
+  const std::optional<bag::KeptText> text = bag::ReadTextFile(file_name);
+  // A library that was cut short would be saved without the lists that it lost.
+  if (text && IsWellFormed(*text)) return *text;
   throw automation::Error(automation::kPathFileAccess, {}, u"vnTemplateLibrary.Load");
 }
 

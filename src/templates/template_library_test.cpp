@@ -202,6 +202,18 @@ TEST_F(TemplateLibrary, LoadsNothingOfAFileThatWasCutShort) {
   EXPECT_EQ(library->FigureTemplates()->Count(), 2);
 }
 
+TEST_F(TemplateLibrary, SkipsTheMarkThatAnEditorPutsBeforeAFile) {
+  const auto source = Make<vnTemplateLibrary>();
+  source->ReportTemplates()->NewItem(u"in the first list");
+  source->SaveAs(Name("a.vnt"));
+  folder_.Write("marked.vnt", "\xEF\xBB\xBF" + *platform::ReadWholeFile(Name("a.vnt")));
+  const auto library = Make<vnTemplateLibrary>();
+  EXPECT_TRUE(library->Load(Name("marked.vnt")));
+  EXPECT_EQ(library->ReportTemplates()->Count(), 1);
+  library->Save();
+  EXPECT_EQ(platform::ReadWholeFile(Name("marked.vnt"))->front(), 'R');
+}
+
 // A listener that lets go of the library in the middle of an event.
 TEST_F(TemplateLibrary, OutlivesItsOwnEvents) {
   struct LetGo : TemplateLibraryListener {

@@ -3,7 +3,6 @@
 #include <optional>
 
 #include "automation/error.h"
-#include "bag/levelled_text.h"
 #include "core/scope.h"
 #include "document/document.h"
 #include "schema/rows.h"
@@ -58,14 +57,9 @@ void vnTitleRef::Clear() {
   display_name_cache_.clear();
 }
 
-// Put together by hand: a document has very many of these, each with just two texts.
 void vnTitleRef::InternalWrite(bag::BagWriter& writer) const {
-  std::string text = "R=~64\"";
-  bag::AppendEscaped(automation::ToUtf8(ref_), 1, text);
-  text += "\":DN=~64\"";
-  bag::AppendEscaped(automation::ToUtf8(display_name_cache_), 1, text);
-  text += "\":";
-  bag::AppendEscaped(text, writer.depth(), writer.out());
+  writer.Add("R", ref_);
+  writer.Add("DN", display_name_cache_);
 }
 
 void vnTitleRef::InternalLoad(const bag::KeptText& text, const Text& /*key*/) {

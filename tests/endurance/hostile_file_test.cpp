@@ -14,6 +14,7 @@
 #include "bag/properties.h"
 #include "chart/chart.h"
 #include "chart/figure.h"
+#include "chart/line.h"
 #include "details/revision.h"
 #include "document/document.h"
 #include "process/file.h"
@@ -66,7 +67,6 @@ void LoadAndReadAll(const TemporaryFolder& folder, const std::string& bytes) {
   try {
     const auto document = Make<vnDocument>();
     document->Load(name, u"");
-    document->Links();
     document->Files();
     document->Containers();
     document->RevisionHistory();
@@ -78,6 +78,9 @@ void LoadAndReadAll(const TemporaryFolder& folder, const std::string& bytes) {
       step->Figure();
       step->GetProperties();
     }
+    const Ref<vnLinks> links = document->Links();
+    for (int32_t i = 1; i <= std::min(links->Count(), 500); ++i)
+      links->Item(automation::Variant(i))->Line();
     SavedText(*document);
   } catch (const automation::Error&) {
   }
@@ -181,20 +184,42 @@ TEST(HostileFile, OneLargeValueTakesLinearTimeAndASmallMultipleOfItsMemory) {
   EXPECT_LT(static_cast<size_t>(after.ru_maxrss - before.ru_maxrss), 12 * (size >> 10) + 20'000);
 }
 
+// A member of a collection and a part of it, hundreds of them, each with these entries.
+std::string MembersWith(const std::string& entries) {
+  std::string text = entries;
+  for (int i = 0; i < 300; ++i) {
+    text += "T" + std::to_string(i) + "^a" + entries;
+    for (const char* part : {"L", "T", "C", "Fig"}) text += part + ("^b" + entries) + "^B";
+    text += "^A";
+  }
+  return text;
+}
+
 TEST(HostileFile, CountsAndLengthsThatLie) {
   const TemporaryFolder folder;
-  for (const char* number : {"2147483647", "-2147483648", "99999999999999999999", "-1", "1e308"}) {
-    for (const char* key : {"NextID", "SI", "PC", "IR", "FV", "DT", "PgX", "C", "N", "TO"}) {
-      const std::string entry = std::string(key) + "=" + number + ":";
-      for (const char* part : kParts) {
-        LoadAndReadAll(folder, FileWith(part, entry + "T1^a" + entry + "^A"));
-      }
-      LoadAndReadAll(folder, "FV=2:" + entry);
+  struct rusage before {};
+  struct rusage after {};
+  ::getrusage(RUSAGE_SELF, &before);
+  const double start = ProcessorSeconds();
+  for (const char* number :
+       {"1000000", "2147483647", "-2147483648", "99999999999999999999", "-1", "1e308", "s1e30"}) {
+    // Every number in a file that counts something, or that something is counted on from.
+    std::string entries = "EPX_1000000=1:";
+    for (const char* key : {"EPC", "NextID", "SI", "PC", "IR", "FV", "DT", "ID", "TO", "PI"}) {
+      entries += std::string(key) + "=" + number + ":";
+    }
+    for (const char* part : kParts) LoadAndReadAll(folder, FileWith(part, MembersWith(entries)));
+    LoadAndReadAll(folder, "FV=2:" + entries);
+    for (const char* list : {"ReportTemplates", "JumpTemplates"}) {
+      LoadAndReadAll(folder, FileWith(list, MembersWith(entries)));
     }
     for (const std::string escape : {"^zo", "^zc", "^zq", "^zi"}) {
       LoadAndReadAll(folder, FileWith("S", "T" + escape + number + ";x"));
     }
   }
+  ::getrusage(RUSAGE_SELF, &after);
+  EXPECT_LT(ProcessorSeconds() - start, 60);
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 200'000);  // kilobytes
 }
 
 }  // namespace

@@ -33,6 +33,7 @@ class RecordingListener : public automation::EventSink {
  private:
   static std::string Describe(const automation::Variant& argument) {
     if (!argument.IsObject()) return automation::ToUtf8(argument.ToText());
+    if (!argument.ToObject()) return "Nothing";
     automation::Object& object = *argument.ToObject();
     if (object.FindMember(u"Key") == automation::kNoMember) return std::string(object.TypeName());
     return automation::ToUtf8(automation::Get(object, u"Key").ToText());

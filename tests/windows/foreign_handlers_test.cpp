@@ -17,6 +17,9 @@ class HostMade final : public ComObject<IDispatch> {
  public:
   explicit HostMade(std::map<std::wstring, Action> members) : members_(std::move(members)) {}
 
+  // How the first argument of the call that runs was passed.
+  static inline VARTYPE first_passed_as = VT_EMPTY;
+
   // What its type information calls it.
   void SetTypeName(const wchar_t* name) {
     void* library = nullptr;
@@ -54,6 +57,7 @@ class HostMade final : public ComObject<IDispatch> {
     std::vector<Value> arguments(params->cArgs);
     for (UINT i = 0; i < params->cArgs; ++i) {
       VariantCopyInd(&arguments[params->cArgs - 1 - i], &params->rgvarg[i]);
+      first_passed_as = params->rgvarg[i].vt;
     }
     try {
       const Value value = std::next(members_.begin(), id - 1)->second(arguments);
@@ -195,6 +199,7 @@ TEST_F(ForeignHandlersTest, OlderFilesAndFieldDefinitionsGoThroughTheHostsClasse
   std::wstring file;
   const RegisteredClass converter(L"VNDoc6Converters.VN5",
                                   {{L"ImportDocument", [&](const auto& arguments) {
+                                      EXPECT_EQ(HostMade::first_passed_as, VT_BYREF | VT_BSTR);
                                       file = arguments[0].Text();
                                       const ComPtr<IDispatch> document = arguments[1].Object();
                                       Put(document, L"IR", 41);
