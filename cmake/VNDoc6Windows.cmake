@@ -52,7 +52,7 @@ function(vndoc6_com_door)
   target_sources(vndoc6 PUBLIC FILE_SET HEADERS FILES ${folder}/dual_head.h ${folder}/guard.h
                                                       ${folder}/vtable_thunk.h)
   target_compile_definitions(vndoc6 PUBLIC UNICODE _UNICODE NOMINMAX)
-  target_link_libraries(vndoc6 PUBLIC ole32 oleaut32 uuid gdi32 user32 advapi32)
+  target_link_libraries(vndoc6 PUBLIC ole32 oleaut32 uuid gdi32 user32 advapi32 bcrypt)
 endfunction()
 
 function(vndoc6_dll)
