@@ -79,7 +79,8 @@ function(vndoc6_windows_tests)
     add_dependencies(vndoc6_com_tests vndoc6_dll)
     target_link_libraries(vndoc6_com_tests PRIVATE version)
     target_include_directories(vndoc6_com_tests SYSTEM PRIVATE ${PROJECT_BINARY_DIR})
-    set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/windows/early_bound_test.cpp
+    set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/windows/apartments_test.cpp
+                                ${PROJECT_SOURCE_DIR}/tests/windows/early_bound_test.cpp
                                 ${PROJECT_SOURCE_DIR}/tests/windows/endurance_test.cpp
                                 PROPERTIES OBJECT_DEPENDS ${VNDOC6_HEADER})
   endif()
