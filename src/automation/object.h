@@ -9,7 +9,11 @@
 // Weak<T> is a child's pointer to its parent or its document: it never keeps anything alive, and
 // reads as null once the object it named is gone.
 //
-// Objects belong to one thread at a time; counts are not atomic.
+// Objects of one document belong to one thread at a time; different documents may be used on
+// different threads at once. A document may be handed on to another thread. Two documents that have
+// an object in common, such as a picture that was put into both, a step that was added to both, or
+// the document that a jump of the other has opened, count as one document here; an object without a
+// document counts as a document of its own. (So the counts are not atomic.)
 #pragma once
 
 #include <cstddef>
