@@ -19,6 +19,8 @@ void ReleaseAnchor(Anchor* anchor) noexcept {
   if (--anchor->count == 0) delete anchor;
 }
 
+void ThrowAbsent() { throw Error(kObjectNotSet); }
+
 }  // namespace detail
 
 Object::Object() { ++live_count; }

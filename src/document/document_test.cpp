@@ -134,6 +134,14 @@ TEST(Document, CopiesOfStepsAndContainersAreTheirOwn) {
   EXPECT_EQ(document->InternalContainers().Count(), 1);
 }
 
+TEST(Document, AnAbsentObjectThatIsUsedGivesError91) {
+  const auto document = Make<vnDocument>();
+  const std::string error = "91 Object variable not set. ";
+  EXPECT_EQ(ErrorOf([&] { document->Steps()->Item(Variant(99))->Label(); }), error);
+  EXPECT_EQ(ErrorOf([&] { automation::Get(*document->Chart()->Picture(), u"Width"); }), error);
+  EXPECT_EQ(ErrorOf([] { automation::Weak<vnStep>()->Key(); }), error);
+}
+
 TEST(Document, AnyReferenceKeepsItAliveAndTheLastOneTakesAllWithIt) {
   const size_t before = Object::LiveCount();
   {
