@@ -87,24 +87,6 @@ TEST_F(FigureTest, EveryPutReportsItsNumberButKey) {
   EXPECT_THAT(ChangeEveryProperty(*figure, events), ElementsAre("Key"));
 }
 
-TEST_F(FigureTest, EveryValueButKeyAndPictureIndexComesBack) {
-  const Ref<vnFigure> figure = StepFigure();
-  Load(*figure, u"");
-  RecordingListener events(*document_);
-  ChangeEveryProperty(*figure, events);
-  figure->Font()->SetUnderline(true);
-  figure->Font()->SetSize({123456});
-  figure->SetPicture(automation::services().make_picture({1, 2, 255}).get());
-
-  const Ref<vnFigure> copy = StepFigure();
-  Load(*copy, SavedText(*figure));
-  EXPECT_EQ(copy->Key(), u"");
-  EXPECT_EQ(copy->PictureIndex(), 0);
-  copy->SetPictureIndex(figure->PictureIndex());
-  copy->SetKey(figure->Key());
-  EXPECT_EQ(SavedText(*copy), SavedText(*figure));
-}
-
 TEST_F(FigureTest, NegativePositionsBecomeFifteen) {
   const Ref<vnFigure> figure = StepFigure();
   figure->SetLeft(-0.5f);
