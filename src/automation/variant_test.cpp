@@ -21,6 +21,53 @@ std::optional<int32_t> ErrorOf(const std::function<void()>& convert) {
   }
 }
 
+// What the conversion gives as text; "!" and the number of the error that it ends with.
+template <class Convert>
+std::string Outcome(Convert&& convert) {
+  std::string outcome;
+  const auto error = ErrorOf([&] { outcome = ToUtf8(Variant(convert()).ToText()); });
+  return error ? "!" + std::to_string(*error) : outcome;
+}
+
+TEST(Variant, ConvertsEachKind) {
+  const struct {
+    Variant value;
+    const char* text;
+    const char* number;
+    const char* truth;
+  } cases[] = {
+      {Variant(), "", "0", "False"},
+      {Variant(Null()), "!13", "!13", "!13"},
+      {Variant(true), "True", "-1", "True"},
+      {Variant(false), "False", "0", "False"},
+      {Variant(int16_t{-7}), "-7", "-7", "True"},
+      {Variant(0), "0", "0", "False"},
+      {Variant(1.5F), "1.5", "1.5", "True"},
+      {Variant(-0.1), "-0.1", "-0.1", "True"},
+      {Variant(Currency{0}), "0", "0", "False"},
+      {Variant(Currency{5000}), "0.5", "0.5", "True"},
+      {Variant(Currency{-95000}), "-9.5", "-9.5", "True"},
+      {Variant(Date{1.5}), "1899-12-31 12:00:00", "1.5", "True"},
+      {Variant(kMissing), "!13", "!13", "!13"},
+      {Variant(u"\t +1.5E1\r"), "\t +1.5E1\r", "15", "True"},
+      {Variant(u"TRUE"), "TRUE", "!13", "True"},
+      {Variant(u"false"), "false", "!13", "False"},
+      {Variant(u"0"), "0", "0", "False"},
+      {Variant(u"+-1"), "+-1", "!13", "!13"},
+      {Variant(u"1 2"), "1 2", "!13", "!13"},
+      {Variant(u"nan"), "nan", "!13", "!13"},
+      {Variant(u""), "", "!13", "!13"},
+      {Variant(u"1e999"), "1e999", "!6", "!6"},
+      {Variant(Ref<Object>()), "!13", "!13", "!13"},
+  };
+  for (const auto& [value, text, number, truth] : cases) {
+    SCOPED_TRACE(std::string(value.TypeName()) + " " + text);
+    EXPECT_EQ(Outcome([&] { return value.ToText(); }), text);
+    EXPECT_EQ(Outcome([&] { return value.ToDouble(); }), number);
+    EXPECT_EQ(Outcome([&] { return value.ToBoolean(); }), truth);
+  }
+}
+
 TEST(Variant, DatesAreTextsInTheFormThatNoLocaleChanges) {
   for (const auto& [days, text] : std::initializer_list<std::pair<double, TextView>>{
            {0, u"1899-12-30"},

@@ -41,6 +41,8 @@ TEST(TagText, FieldsBecomeTags) {
       // Binary runs hold anything.
       {u"{\\rtf1{\\pict\\bin4 }}{\\}{\\field{\\*\\fldinst N}{\\fldrslt{\\bin2 {{}}}}",
        u"{\\rtf1{\\pict\\bin4 }}{\\}{<N>}}"},
+      // An instruction that lies in nothing is none.
+      {u"{\\rtf1{\\field{\\*\\fldinst N}}}{\\fldinst M}", u"{\\rtf1{<N>}}{\\fldinst M}"},
       // Fields without a name stay; what they hold is still looked at.
       {u"{\\rtf1{\\field{\\*\\fldinst \\\\* UPPER}{\\fldrslt {\\field{\\*\\fldinst N}}}}}",
        u"{\\rtf1{\\field{\\*\\fldinst \\\\* UPPER}{\\fldrslt {<N>}}}}"},
