@@ -9,6 +9,7 @@
 #include "bag/properties.h"
 #include "chart/chart.h"
 #include "chart/figure.h"
+#include "chart/line.h"
 #include "details/details.h"
 #include "process/container.h"
 #include "process/file.h"
@@ -232,6 +233,18 @@ TEST(Document, LateBoundCallsFollowTheRules) {
   EXPECT_EQ(document->PagesCount(), 12);
   EXPECT_EQ(automation::Call(*document, u"NewStep", {Variant(automation::kMissing)}).TypeName(),
             "vnStep");
+  // A put's new value is its last argument, also where another has a name.
+  const auto line = Make<vnLine>();
+  const Variant value(7);
+  const auto put_named = [&](int32_t parameter) {
+    const automation::NamedArgument index{parameter, Variant(2)};
+    line->InvokeMember(line->FindMember(u"ExtraPointX"), automation::CallKind::kPut,
+                       {{&value, 1}, {&index, 1}});
+  };
+  put_named(0);
+  EXPECT_EQ(line->ExtraPointX(2), 7);
+  EXPECT_EQ(ErrorOf([&] { put_named(1); }).substr(0, 3), "449");
+  EXPECT_EQ(ErrorOf([&] { put_named(2); }).substr(0, 3), "448");
   int visited = 0;
   const auto enumerator = automation::Enumerate(*document->Steps());
   for (Ref<Object> member; enumerator->Next(member); ++visited) {
