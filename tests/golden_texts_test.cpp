@@ -217,13 +217,12 @@ ConStr=~64"connection": ConnectionString  CT=105: ChartType)";
 // Each list with one template, of another number.
 std::string LibraryTable() {
   std::string table;
-  std::string number = "1";
+  char number = '1';
   for (const std::string list : {"Report", "Figure", "Revision", "File", "Jump"}) {
-    const std::string only =
-        "ID=" + number + R"(:DisplayName=~64"":Description=~64"":Value=~64"":)";
-    table += Nested(list + "Templates", Nested("L1", only) + "NextID=" + number + ":") + " " +
-             list + "Templates(1).ID ";
-    ++number[0];
+    std::string text =
+        Nested("L1", R"(ID=?:DisplayName=~64"":Description=~64"":Value=~64"":)") + "NextID=?:";
+    std::replace(text.begin(), text.end(), '?', number++);
+    table.append(Nested(list + "Templates", text)).append(" " + list + "Templates(1).ID ");
   }
   return table;
 }
