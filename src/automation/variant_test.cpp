@@ -72,6 +72,7 @@ TEST(Variant, DatesAreTextsInTheFormThatNoLocaleChanges) {
   for (const auto& [days, text] : std::initializer_list<std::pair<double, TextView>>{
            {0, u"1899-12-30"},
            {46082, u"2026-03-01"},
+           {45351, u"2024-02-29"},
            {46082.604166666664, u"2026-03-01 14:30:00"},
            {-1.25, u"1899-12-29 06:00:00"},
            // Less than half a second before midnight is the next day, before 1899 too.

@@ -288,6 +288,9 @@ TEST_F(DocumentFile, OlderFilesGoThroughTheConverter) {
   EXPECT_EQ(document->Steps()->Count(), 1);
   EXPECT_EQ(document->FileName(), u"");
   EXPECT_EQ(Read("old.vn5"), "anything at all");
+  // The conversion moved the counter; the first save does not move it again.
+  EXPECT_TRUE(document->SaveAs(Name("new.vn6")));
+  EXPECT_EQ(document->IR(), 42);
 }
 
 TEST_F(DocumentFile, WhatAHostHoldsStaysTheSameThroughALoad) {
