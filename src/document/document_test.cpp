@@ -167,6 +167,25 @@ TEST(Document, AnyReferenceKeepsItAliveAndTheLastOneTakesAllWithIt) {
   EXPECT_EQ(Object::LiveCount(), before);
 }
 
+// What an object lets go of may take a reference to it on the way.
+class HeldWhileItGoes : public Object {
+ public:
+  explicit HeldWhileItGoes(int& gone) : gone_(gone) {}
+  ~HeldWhileItGoes() override {
+    if (++gone_ > 1) return;
+    const Ref<Object> taken(this);
+  }
+
+ private:
+  int& gone_;
+};
+
+TEST(Document, AnObjectGoesOnce) {
+  int gone = 0;
+  Make<HeldWhileItGoes>(gone);
+  EXPECT_EQ(gone, 1);
+}
+
 TEST(Document, HandlersMayDoAnything) {
   struct Dropper : DocumentListener {
     void StepAdded(vnStep&) override {
