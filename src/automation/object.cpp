@@ -21,6 +21,8 @@ void ReleaseAnchor(Anchor* anchor) noexcept {
   if (--anchor->count == 0) delete anchor;
 }
 
+void ThrowAbsent() { throw Error(kObjectNotSet); }
+
 }  // namespace detail
 
 Object::Object() { live_count.fetch_add(1, std::memory_order_relaxed); }

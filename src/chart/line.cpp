@@ -154,9 +154,8 @@ void vnLine::SetExtraPointCount(int32_t plExtraPointCount) {
 }
 
 void vnLine::InternalWrite(bag::BagWriter& writer) const {
-  // Unlike a figure or the chart, a line that nobody loaded has no font to save.
-  if (!font_) throw automation::Error(automation::kObjectNotSet);
   WriteFields(writer, kToFont, values_);
+  // Unlike a figure or the chart, a line that nobody loaded has no font to save: error 91.
   WriteFontText(writer, *font_);
   WriteFields(writer, kFromFont, values_);
   WritePoints(writer);
