@@ -78,6 +78,14 @@ function(vndoc6_sanitize target)
   target_link_options(${target} PUBLIC -fsanitize=${sanitizers})
 endfunction()
 
+# The thread sanitizer goes with no other.
+function(vndoc6_sanitize_threads target)
+  if(VNDOC6_SANITIZE_THREADS)
+    target_compile_options(${target} PRIVATE -fsanitize=thread -fno-omit-frame-pointer)
+    target_link_options(${target} PUBLIC -fsanitize=thread)
+  endif()
+endfunction()
+
 # What all targets of the project have in common.
 function(vndoc6_configure target)
   set_target_properties(${target} PROPERTIES CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF)
@@ -89,6 +97,7 @@ function(vndoc6_configure target)
   endif()
   vndoc6_warnings(${target})
   vndoc6_sanitize(${target})
+  vndoc6_sanitize_threads(${target})
 endfunction()
 
 # An executable of the project that uses the model.

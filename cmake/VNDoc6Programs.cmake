@@ -38,6 +38,7 @@ function(vndoc6_native_tests)
   vndoc6_model_files(class_tests "*_test.cpp")
   file(GLOB crossing_tests CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/*.cpp
                                              ${PROJECT_SOURCE_DIR}/tests/endurance/*.cpp
+                                             ${PROJECT_SOURCE_DIR}/tests/threads/*.cpp
                                              ${PROJECT_SOURCE_DIR}/idl/*_test.cpp)
   vndoc6_test_program(vndoc6_tests ${class_tests} ${crossing_tests}
                       ${PROJECT_SOURCE_DIR}/idl/doc_comments.cpp)
@@ -51,6 +52,16 @@ function(vndoc6_native_tests)
                       ${PROJECT_SOURCE_DIR}/tests/endurance/numbered_document.cpp)
   if(TARGET vndoc6_memory_tests)
     add_test(NAME vndoc6_memory_tests COMMAND vndoc6_memory_tests)
+  endif()
+endfunction()
+
+# What the thread sanitizer looks at, in a program of its own: it takes long to build and to run.
+function(vndoc6_thread_tests)
+  file(GLOB tests CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/threads/*.cpp)
+  vndoc6_test_program(vndoc6_thread_tests ${tests})
+  if(TARGET vndoc6_thread_tests)
+    target_link_libraries(vndoc6_thread_tests PRIVATE vndoc6_test_support)
+    add_test(NAME vndoc6_thread_tests COMMAND vndoc6_thread_tests)
   endif()
 endfunction()
 
@@ -239,6 +250,9 @@ if(WIN32)
 else()
   vndoc6_test_support()
   vndoc6_native_tests()
+  if(VNDOC6_SANITIZE_THREADS)
+    vndoc6_thread_tests()
+  endif()
   vndoc6_benchmarks()
   vndoc6_hosts()
   vndoc6_idl()

@@ -52,7 +52,7 @@ function(vndoc6_com_door)
   target_sources(vndoc6 PUBLIC FILE_SET HEADERS FILES ${folder}/dual_head.h ${folder}/guard.h
                                                       ${folder}/vtable_thunk.h)
   target_compile_definitions(vndoc6 PUBLIC UNICODE _UNICODE NOMINMAX)
-  target_link_libraries(vndoc6 PUBLIC ole32 oleaut32 uuid gdi32 user32 advapi32)
+  target_link_libraries(vndoc6 PUBLIC ole32 oleaut32 uuid gdi32 user32 advapi32 bcrypt)
 endfunction()
 
 function(vndoc6_dll)
@@ -79,7 +79,8 @@ function(vndoc6_windows_tests)
     add_dependencies(vndoc6_com_tests vndoc6_dll)
     target_link_libraries(vndoc6_com_tests PRIVATE version)
     target_include_directories(vndoc6_com_tests SYSTEM PRIVATE ${PROJECT_BINARY_DIR})
-    set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/windows/early_bound_test.cpp
+    set_source_files_properties(${PROJECT_SOURCE_DIR}/tests/windows/apartments_test.cpp
+                                ${PROJECT_SOURCE_DIR}/tests/windows/early_bound_test.cpp
                                 ${PROJECT_SOURCE_DIR}/tests/windows/endurance_test.cpp
                                 PROPERTIES OBJECT_DEPENDS ${VNDOC6_HEADER})
   endif()

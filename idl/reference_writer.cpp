@@ -21,7 +21,16 @@ constexpr const char* kHead =
     "browsers;\n"
     "the default member has the identifier 0. True and False are what scripts call them: -1 and 0 "
     "as\n"
-    "numbers. Nothing is the absent object.\n";
+    "numbers. Nothing is the absent object.\n"
+    "\n"
+    "Objects of one document belong to one thread at a time; different documents may be used on\n"
+    "different threads at once. A document may be handed on to another thread. Two documents that "
+    "have\n"
+    "an object in common, such as a picture that was put into both, a step that was added to both, "
+    "or\n"
+    "the document that a jump of the other has opened, count as one document here; an object "
+    "without a\n"
+    "document counts as a document of its own.\n";
 
 std::string ParameterText(const ParameterInfo& parameter) {
   const std::string text = std::string(parameter.name) + " As " + ScriptTypeName(parameter.type);

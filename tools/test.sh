@@ -6,6 +6,7 @@ run_tests() {
   test_gcc
   test_clang
   test_sanitizers
+  test_threads
   test_windows
   summary
 }
@@ -119,6 +120,12 @@ test_sanitizers() {
     program=$(basename "$program" .cpp)
     check "fuzz ${program%_fuzz}" ctest --test-dir build/sanitizers -R "^$program\$" --output-on-failure
   done
+}
+
+# Documents on several threads at once; no other program is worth the time under it.
+test_threads() {
+  check "thread sanitizer build" build tsan vndoc6_thread_tests || return
+  check_cases "threads under the thread sanitizer" limited build/tsan/vndoc6_thread_tests
 }
 
 test_windows() {

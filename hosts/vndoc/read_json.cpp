@@ -1,13 +1,11 @@
 // Documents from JSON. The JSON is imported as the library lets its hosts import documents of an
 // older format: by a converter, which may also set what is otherwise read only, such as the GUID.
 #include <algorithm>
-#include <cmath>
 #include <memory>
 #include <optional>
 #include <unordered_map>
 
 #include "automation/error.h"
-#include "automation/scoped_value.h"
 #include "bag/properties.h"
 #include "content/content.h"
 #include "details/details.h"
@@ -267,22 +265,13 @@ class Importer {
     return value ? FromJson(*value, type) : Variant(0);
   }
 
-  // A whole number can be imported. Any other is entered by the details, from what the document is
-  // at that time; the details and the counter themselves come later.
   void AddRevision(vndoc6::vnRevisions& revisions, const JsonNode& json) {
-    const auto date = Typed(json, "RevisionDate", TypeKind::kDate).ToDate();
-    const int32_t counter = ValueAt(json, "IR").ToLong();
-    const Text reason = TextAt(json, "Reason");
-    const float number = Typed(json, "Revision", TypeKind::kSingle).ToSingle();
-    if (std::nearbyint(number) == number && std::abs(number) < 1e9f) {
-      return revisions.AddImport(counter, reason, static_cast<int32_t>(number), date);
-    }
-    auto& clock = vndoc6::automation::services().today;
-    const vndoc6::automation::ScopedValue<std::function<vndoc6::automation::Date()>> today(
-        clock, [date] { return date; }, clock);
-    document_.Details()->SetRevision(number);
-    SetCounter(counter);
-    document_.Details()->NewRevision(reason);
+    const auto revision = Make<vndoc6::vnRevision>();
+    revision->InternalSetRevisionDate(Typed(json, "RevisionDate", TypeKind::kDate).ToDate());
+    revision->InternalSetRevision(Typed(json, "Revision", TypeKind::kSingle).ToSingle());
+    revision->InternalSetIR(ValueAt(json, "IR").ToLong());
+    revision->InternalSetReason(TextAt(json, "Reason"));
+    revisions.Add(revision.get());
   }
 
   vnDocument& document_;

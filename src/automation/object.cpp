@@ -1,5 +1,6 @@
 #include "automation/object.h"
 
+#include <atomic>
 #include <utility>
 
 #include "automation/class_info.h"
@@ -9,7 +10,8 @@
 namespace vndoc6::automation {
 namespace {
 
-size_t live_count = 0;
+// Of all threads. In a cache line of its own, for whoever reads what lies beside it would wait.
+alignas(64) constinit std::atomic<size_t> live_count = 0;
 
 }  // namespace
 
@@ -19,19 +21,21 @@ void ReleaseAnchor(Anchor* anchor) noexcept {
   if (--anchor->count == 0) delete anchor;
 }
 
+void ThrowAbsent() { throw Error(kObjectNotSet); }
+
 }  // namespace detail
 
-Object::Object() { ++live_count; }
+Object::Object() { live_count.fetch_add(1, std::memory_order_relaxed); }
 
 Object::~Object() {
-  --live_count;
+  live_count.fetch_sub(1, std::memory_order_relaxed);
   if (companion_ != nullptr) companion_->OnObjectGone();
   if (anchor_ == nullptr) return;
   anchor_->object = nullptr;
   detail::ReleaseAnchor(anchor_);
 }
 
-size_t Object::LiveCount() { return live_count; }
+size_t Object::LiveCount() { return live_count.load(std::memory_order_relaxed); }
 
 detail::Anchor* Object::MakeAnchor() {
   if (anchor_ == nullptr) anchor_ = new detail::Anchor{this, 1};

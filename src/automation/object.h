@@ -9,7 +9,13 @@
 // Weak<T> is a child's pointer to its parent or its document: it never keeps anything alive, and
 // reads as null once the object it named is gone.
 //
-// Objects belong to one thread at a time; counts are not atomic.
+// Using any of the three while it is null (-> or *) raises error 91; get() does not ask.
+//
+// Objects of one document belong to one thread at a time; different documents may be used on
+// different threads at once. A document may be handed on to another thread. Two documents that have
+// an object in common, such as a picture that was put into both, a step that was added to both, or
+// the document that a jump of the other has opened, count as one document here; an object without a
+// document counts as a document of its own. (So the counts are not atomic.)
 #pragma once
 
 #include <cstddef>
@@ -33,6 +39,14 @@ struct Anchor {
   uint32_t count;  // the weak pointers, and one for the object itself
 };
 void ReleaseAnchor(Anchor* anchor) noexcept;
+
+// Raises error 91, for an absent object that is used. Out of line, so that a use costs one test.
+[[noreturn]] void ThrowAbsent();
+template <class T>
+T* Present(T* object) {
+  if (object == nullptr) [[unlikely]] ThrowAbsent();
+  return object;
+}
 }  // namespace detail
 
 // What an outer layer keeps with an object, such as the object that COM hosts see instead of it.
@@ -62,7 +76,7 @@ class Weak {
     if (anchor_ != nullptr) detail::ReleaseAnchor(anchor_);
   }
   T* get() const;
-  T* operator->() const { return get(); }
+  T* operator->() const { return detail::Present(get()); }
   explicit operator bool() const { return get() != nullptr; }
 
  private:
@@ -161,8 +175,8 @@ class CountedPointer {
   }
 
   T* get() const { return object_; }
-  T& operator*() const { return *object_; }
-  T* operator->() const { return object_; }
+  T& operator*() const { return *detail::Present(object_); }
+  T* operator->() const { return detail::Present(object_); }
   explicit operator bool() const { return object_ != nullptr; }
   friend bool operator==(const CountedPointer& left, const CountedPointer& right) {
     return left.object_ == right.object_;

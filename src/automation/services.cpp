@@ -1,9 +1,11 @@
 #include "automation/services.h"
 
-#include <ctime>
 #include <map>
+#include <mutex>
+#include <utility>
 
 #include "automation/error.h"
+#include "automation/local_date.h"
 
 namespace vndoc6::automation {
 namespace {
@@ -17,27 +19,32 @@ class PlainPicture : public Picture {
   std::vector<uint8_t> bytes_;
 };
 
-Date LocalToday() {
-  const std::time_t now = std::time(nullptr);
-  const std::tm* local = std::localtime(&now);
-  if (local == nullptr) throw Error(kInvalidCall);
-  Text text;
-  const auto append = [&](int value) {
-    if (value < 10) text += u'0';
-    text += NumberText(static_cast<int32_t>(value));
-  };
-  append(local->tm_year + 1900);
-  text += u'-';
-  append(local->tm_mon + 1);
-  text += u'-';
-  append(local->tm_mday);
-  return Variant(text).ToDate();
+Date Today() {
+  constexpr std::chrono::sys_days kFirst = std::chrono::year(1899) / 12 / 30;
+  return {static_cast<double>((std::chrono::sys_days(LocalToday()) - kFirst).count())};
 }
 
 using Factories = std::map<Text, ObjectFactory>;
-Factories& factories() {
-  static Factories all;
-  return all;
+
+// What all threads share. Nobody's code runs while it is locked: what is found is called as a copy,
+// and what was replaced goes afterwards.
+struct Shared {
+  std::mutex mutex;
+  Services services{&MakePlainFont,
+                    [](std::vector<uint8_t> bytes) { return MakePlainPicture(std::move(bytes)); },
+                    [](TextView) { return Ref<Object>(); }, &Today};
+  Factories factories;
+};
+Shared& shared() {
+  static Shared shared;
+  return shared;
+}
+
+ObjectFactory FactoryOf(TextView programmatic_id) {
+  const Text name = FoldCase(programmatic_id);
+  const std::lock_guard lock(shared().mutex);
+  const auto found = shared().factories.find(name);
+  return found != shared().factories.end() ? found->second : ObjectFactory();
 }
 
 }  // namespace
@@ -46,29 +53,29 @@ Ref<Picture> MakePlainPicture(std::vector<uint8_t> bytes) {
   return Make<PlainPicture>(std::move(bytes));
 }
 
-Services& services() {
-  static Services current{
-      &MakePlainFont, [](std::vector<uint8_t> bytes) { return MakePlainPicture(std::move(bytes)); },
-      [](TextView) { return Ref<Object>(); }, &LocalToday};
-  return current;
+const Services services() {
+  const std::lock_guard lock(shared().mutex);
+  return shared().services;
+}
+
+void UseServices(Services services) {
+  const std::lock_guard lock(shared().mutex);
+  std::swap(shared().services, services);
 }
 
 void RegisterFactory(TextView programmatic_id, ObjectFactory factory) {
   Text name = FoldCase(programmatic_id);
+  Factories::node_type taken_back;
+  const std::lock_guard lock(shared().mutex);
   if (factory) {
-    factories()[std::move(name)] = std::move(factory);
+    std::swap(shared().factories[std::move(name)], factory);
   } else {
-    factories().erase(name);
+    taken_back = shared().factories.extract(name);
   }
 }
 
 Ref<Object> TryCreateObject(TextView programmatic_id) {
-  const auto found = factories().find(FoldCase(programmatic_id));
-  if (found != factories().end()) {
-    // A copy: creating may register or take back factories.
-    const ObjectFactory factory = found->second;
-    return factory();
-  }
+  if (const ObjectFactory factory = FactoryOf(programmatic_id)) return factory();
   return services().create_object(programmatic_id);
 }
 

@@ -1,5 +1,6 @@
 // What the library needs of the platform or the host around it, each with a portable default.
-// The COM server puts the platform's own in their place; a native host may put its own.
+// The COM server puts the platform's own in their place; a native host may put its own. All threads
+// share them: what a host gives may be called on each.
 #pragma once
 
 #include <functional>
@@ -31,7 +32,9 @@ struct Services {
   std::function<Ref<Object>(TextView programmatic_id)> create_object;    // null when there is none
   std::function<Date()> today;                                           // local date, no time
 };
-// The services in use.
-Services& services();
+// The services in use, as they are now; const, so that nobody changes a copy by mistake.
+const Services services();
+// Puts others in their place, for all threads.
+void UseServices(Services services);
 
 }  // namespace vndoc6::automation

@@ -22,10 +22,58 @@ std::optional<int32_t> ErrorOf(const std::function<void()>& convert) {
   }
 }
 
+// What the conversion gives as text; "!" and the number of the error that it ends with.
+template <class Result>
+std::string Outcome(Result (Variant::*convert)() const, const Variant& value) {
+  std::string outcome;
+  const auto error = ErrorOf([&] { outcome = ToUtf8(Variant((value.*convert)()).ToText()); });
+  return error ? "!" + std::to_string(*error) : outcome;
+}
+
+TEST(Variant, ConvertsEachKind) {
+  const struct {
+    Variant value;
+    const char* text;
+    const char* number;
+    const char* truth;
+  } cases[] = {
+      {Variant(), "", "0", "False"},
+      {Variant(Null()), "!13", "!13", "!13"},
+      {Variant(true), "True", "-1", "True"},
+      {Variant(false), "False", "0", "False"},
+      {Variant(int16_t{-7}), "-7", "-7", "True"},
+      {Variant(0), "0", "0", "False"},
+      {Variant(1.5F), "1.5", "1.5", "True"},
+      {Variant(-0.1), "-0.1", "-0.1", "True"},
+      {Variant(Currency{0}), "0", "0", "False"},
+      {Variant(Currency{5000}), "0.5", "0.5", "True"},
+      {Variant(Currency{-95000}), "-9.5", "-9.5", "True"},
+      {Variant(Date{1.5}), "1899-12-31 12:00:00", "1.5", "True"},
+      {Variant(kMissing), "!13", "!13", "!13"},
+      {Variant(u"\t +1.5E1\r"), "\t +1.5E1\r", "15", "True"},
+      {Variant(u"TRUE"), "TRUE", "!13", "True"},
+      {Variant(u"false"), "false", "!13", "False"},
+      {Variant(u"0"), "0", "0", "False"},
+      {Variant(u"+-1"), "+-1", "!13", "!13"},
+      {Variant(u"1 2"), "1 2", "!13", "!13"},
+      {Variant(u"nan"), "nan", "!13", "!13"},
+      {Variant(u""), "", "!13", "!13"},
+      {Variant(u"1e999"), "1e999", "!6", "!6"},
+      {Variant(Ref<Object>()), "!13", "!13", "!13"},
+  };
+  for (const auto& [value, text, number, truth] : cases) {
+    SCOPED_TRACE(std::string(value.TypeName()) + " " + text);
+    EXPECT_EQ(Outcome(&Variant::ToText, value), text);
+    EXPECT_EQ(Outcome(&Variant::ToDouble, value), number);
+    EXPECT_EQ(Outcome(&Variant::ToBoolean, value), truth);
+  }
+}
+
 TEST(Variant, DatesAreTextsInTheFormThatNoLocaleChanges) {
   for (const auto& [days, text] : std::initializer_list<std::pair<double, TextView>>{
            {0, u"1899-12-30"},
            {46082, u"2026-03-01"},
+           {45351, u"2024-02-29"},
            {46082.604166666664, u"2026-03-01 14:30:00"},
            {-1.25, u"1899-12-29 06:00:00"},
            // Less than half a second before midnight is the next day, before 1899 too.

@@ -260,12 +260,11 @@ void vnLine::SetExtraPointCount(int32_t plExtraPointCount) {
 }
 
 void vnLine::InternalWrite(bag::BagWriter& writer) {
-  // Unlike a figure or the chart, a line that nobody loaded has no font to save.
-  if (!font_) throw automation::Error(automation::kObjectNotSet);
   schema::WriteEntries<Schema>(writer, *this, values_);
   WritePoints(writer);
 }
 
+// Unlike a figure or the chart, a line that nobody loaded has no font to save: error 91.
 void vnLine::WriteFont(bag::BagWriter& writer) { WriteFontText(writer, *font_); }
 void vnLine::LoadFont(bag::BagReader& reader) {
   const automation::Ref<automation::Font> font = automation::services().make_font();

@@ -26,11 +26,13 @@ Ref<Object> CreatePlatformObject(TextView programmatic_id) {
 }  // namespace
 
 void UsePlatformServices() {
-  services().make_font = &MakeStandardFont;
-  services().make_picture = [](std::vector<uint8_t> bytes) -> Ref<Picture> {
+  Services platform = services();
+  platform.make_font = &MakeStandardFont;
+  platform.make_picture = [](std::vector<uint8_t> bytes) -> Ref<Picture> {
     return Make<StandardPicture>(std::move(bytes));
   };
-  services().create_object = &CreatePlatformObject;
+  platform.create_object = &CreatePlatformObject;
+  UseServices(std::move(platform));
 }
 
 }  // namespace vndoc6::com

@@ -112,6 +112,8 @@ TEST(Compare, ComparesBagsByEntriesPicturesByBytesAndObjectsByTheirKind) {
   add(right, u"picture", Variant(automation::MakePlainPicture({1, 3})));
   EXPECT_EQ(Differences(*left, *right).front(),
             "{picture}/Value: picture of 2 bytes | picture of 2 bytes");
+  add(left, u"picture", Variant(Ref<automation::Object>()));
+  EXPECT_EQ(Differences(*left, *right).front(), "{picture}/Value: Nothing | picture of 2 bytes");
   // A bag may hold itself: what an entry's object holds is nobody's content.
   add(left, u"picture", Variant(left));
   add(right, u"picture", Variant(right));

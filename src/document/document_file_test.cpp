@@ -68,25 +68,6 @@ Lines operator+(Lines left, const Lines& right) {
 const Lines kLoadingEvents = {"Loading 10", "Loading 20", "Loading 40",
                               "Loading 60", "Loading 90", "Loading 100"};
 
-TEST_F(DocumentFile, WritesItsKeysInOrder) {
-  const auto document = Make<vnDocument>();
-  document->SetShowPageBreaks(true);
-  document->SetPagesCount(3);
-  ASSERT_TRUE(document->SaveAs(Name("a.vn6")));
-  const auto loaded = Make<Properties>();
-  ASSERT_TRUE(loaded->ReadFromFile(Name("a.vn6"), Text()));
-  std::string keys;
-  for (int32_t i = 1; i <= loaded->Count(); ++i) keys += automation::ToUtf8(loaded->Key(i)) + " ";
-  EXPECT_EQ(keys,
-            "GUID D FV DV DT IR C S LK RH P FDD FoD FDS FoS FDL FoL FL J CN PC SPB Attach DBGUID "
-            "ConStr CT ");
-  EXPECT_EQ(loaded->Value(u"FV", Variant()), Variant(2));
-  EXPECT_EQ(loaded->Value(u"DV", Variant()), Variant(1.2f));
-  EXPECT_EQ(loaded->Value(u"SPB", Variant()), Variant(u"T"));
-  EXPECT_EQ(loaded->Value(u"IR", Variant()), Variant(1));
-  EXPECT_EQ(loaded->Value(u"S", Variant()), Variant(u""));
-}
-
 TEST_F(DocumentFile, EverySaveMovesTheCounterOnce) {
   const auto saved_ir = [&](const char* name) {
     const auto loaded = Make<vnDocument>();
@@ -335,6 +316,9 @@ TEST_F(DocumentFile, OlderFilesGoThroughTheConverter) {
   EXPECT_EQ(document->Steps()->Count(), 1);
   EXPECT_EQ(document->FileName(), u"");
   EXPECT_EQ(Read("old.vn5"), "anything at all");
+  // The conversion moved the counter; the first save does not move it again.
+  EXPECT_TRUE(document->SaveAs(Name("new.vn6")));
+  EXPECT_EQ(document->IR(), 42);
 }
 
 TEST_F(DocumentFile, WhatAHostHoldsStaysTheSameThroughALoad) {

@@ -9,6 +9,7 @@
 #include "bag/properties.h"
 #include "chart/chart.h"
 #include "chart/figure.h"
+#include "chart/line.h"
 #include "details/details.h"
 #include "process/condition.h"
 #include "process/container.h"
@@ -155,6 +156,14 @@ TEST(Document, CopiesOfStepsAndContainersAreTheirOwn) {
   EXPECT_EQ(document->ContainerCollection()->Count(), 1);
 }
 
+TEST(Document, AnAbsentObjectThatIsUsedGivesError91) {
+  const auto document = Make<vnDocument>();
+  const std::string error = "91 Object variable not set. ";
+  EXPECT_EQ(ErrorOf([&] { document->Steps()->Item(Variant(99))->Label(); }), error);
+  EXPECT_EQ(ErrorOf([&] { automation::Get(*document->Chart()->Picture(), u"Width"); }), error);
+  EXPECT_EQ(ErrorOf([] { automation::Weak<vnStep>()->Key(); }), error);
+}
+
 TEST(Document, AnyReferenceKeepsItAliveAndTheLastOneTakesAllWithIt) {
   const size_t before = Object::LiveCount();
   {
@@ -177,6 +186,25 @@ TEST(Document, AnyReferenceKeepsItAliveAndTheLastOneTakesAllWithIt) {
     font->SetBold(true);
   }
   EXPECT_EQ(Object::LiveCount(), before);
+}
+
+// What an object lets go of may take a reference to it on the way.
+class HeldWhileItGoes : public Object {
+ public:
+  explicit HeldWhileItGoes(int& gone) : gone_(gone) {}
+  ~HeldWhileItGoes() override {
+    if (++gone_ > 1) return;
+    const Ref<Object> taken(this);
+  }
+
+ private:
+  int& gone_;
+};
+
+TEST(Document, AnObjectGoesOnce) {
+  int gone = 0;
+  Make<HeldWhileItGoes>(gone);
+  EXPECT_EQ(gone, 1);
 }
 
 TEST(Document, HandlersMayDoAnything) {
@@ -245,6 +273,18 @@ TEST(Document, LateBoundCallsFollowTheRules) {
   EXPECT_EQ(document->PagesCount(), 12);
   EXPECT_EQ(automation::Call(*document, u"NewStep", {Variant(automation::kMissing)}).TypeName(),
             "vnStep");
+  // A put's new value is its last argument, also where another has a name.
+  const auto line = Make<vnLine>();
+  const Variant value(7);
+  const auto put_named = [&](int32_t parameter) {
+    const automation::NamedArgument index{parameter, Variant(2)};
+    line->InvokeMember(line->FindMember(u"ExtraPointX"), automation::CallKind::kPut,
+                       {{&value, 1}, {&index, 1}});
+  };
+  put_named(0);
+  EXPECT_EQ(line->ExtraPointX(2), 7);
+  EXPECT_EQ(ErrorOf([&] { put_named(1); }).substr(0, 3), "449");
+  EXPECT_EQ(ErrorOf([&] { put_named(2); }).substr(0, 3), "448");
   int visited = 0;
   const auto enumerator = automation::Enumerate(*document->Steps());
   for (Ref<Object> member; enumerator->Next(member); ++visited) {

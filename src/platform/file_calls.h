@@ -24,7 +24,7 @@ struct FileCalls {
   std::function<int(const char* name)> unlink;
 };
 
-// The calls in use; the system's own until a test replaces them.
+// The calls in use; the system's own until a test replaces them, while no other thread uses files.
 FileCalls& file_calls();
 
 }  // namespace vndoc6::platform

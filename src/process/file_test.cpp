@@ -23,8 +23,6 @@ TEST(File, SavesItsNumberOnlyWhenItHasOne) {
   const auto loaded = Make<vnFile>();
   loaded->InternalLoad(Kept(SavedText(*file)), u"given");
   EXPECT_EQ(loaded->Key(), u"given");
-  EXPECT_EQ(loaded->FileName(), file->FileName());
-  EXPECT_EQ(loaded->DocID(), 7);
   loaded->InternalLoad(Kept("DID=~64\"none\":"), Text());
   EXPECT_EQ(SavedText(*loaded), R"(K=~64"":DN=~64"":FN=~64"":)");
 }

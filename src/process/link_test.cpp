@@ -31,24 +31,10 @@ TEST(Link, SavesWhatItLoadedAndTheTextsNobodyReadUnchanged) {
   const auto link = Make<vnLink>();
   link->InternalLoad(Kept(kSaved), Text());
   EXPECT_EQ(SavedText(*link), kSaved);
-  EXPECT_EQ(link->Key(), u"k");
-  EXPECT_EQ(link->Tooltip(), u"tip");
-  EXPECT_EQ(link->Text(), u"yes");
-  EXPECT_EQ(link->OriginStepKey(), u"from");
-  EXPECT_EQ(link->DestinationStepKey(), u"to");
-  EXPECT_EQ(link->ConditionExpression(), u"x > 1");
-
   // Once read, they are written as the objects have it.
   ASSERT_EQ(link->Conditions()->Count(), 1);
   EXPECT_EQ(link->Conditions()->Item(Variant(1))->Key(), u"x");
   EXPECT_NE(SavedText(*link), kSaved);
-}
-
-TEST(Link, WritesEveryEntryOfANewLink) {
-  const auto link = Make<vnLink>();
-  link->SetOriginStepKey(u"names no step");
-  EXPECT_EQ(SavedText(*link), R"(K=~64"":TT=~64"":T=~64"":OSK=~64"names no step":)"
-                              R"(DSK=~64"":L=~64"":C=~64"":CE=~64"":)");
 }
 
 TEST(Link, WritesATextOfAnotherFormAnewAlsoWhenNobodyReadIt) {

@@ -96,6 +96,19 @@ TEST(Step, LoadDropsBuiltPartsButPerformedBy) {
   EXPECT_EQ(step->Figure()->Top(), 15);
 }
 
+TEST(Step, ItsBuiltPartsFollowItsDocument) {
+  const auto document = Make<vnDocument>();
+  const auto step = Make<vnStep>();
+  const TextView names[] = {u"Files",      u"Jumps", u"PerformedBy", u"Figure",
+                            u"Conditions", u"Tasks", u"Links"};
+  std::vector<Variant> parts;
+  for (const TextView name : names) parts.push_back(automation::Get(*step, name));
+  step->SetDocument(document.get());
+  for (const Variant& part : parts) {
+    EXPECT_EQ(automation::Get(*part.ToObject(), u"Document"), Variant(document)) << part.TypeName();
+  }
+}
+
 TEST(Step, ReportsWhatHostsCountOn) {
   const auto document = Make<vnDocument>();
   const Ref<vnStep> step = document->NewStep();

@@ -42,6 +42,11 @@ TEST(TagText, FieldsBecomeTags) {
       // Binary runs hold anything.
       {u"{\\rtf1{\\pict\\bin4 }}{\\}{\\field{\\*\\fldinst N}{\\fldrslt{\\bin2 {{}}}}",
        u"{\\rtf1{\\pict\\bin4 }}{\\}{<N>}}"},
+      // An instruction that lies in nothing is none.
+      {u"{\\rtf1{\\field{\\*\\fldinst N}}}{\\fldinst M}", u"{\\rtf1{<N>}}{\\fldinst M}"},
+      // Nor is a field whose word comes behind another group.
+      {u"{\\rtf1{\\field{\\*\\fldinst N}}{{\\b x}\\field{\\*\\fldinst M}}}",
+       u"{\\rtf1{<N>}{{\\b x}\\field{\\*\\fldinst M}}}"},
       // Fields without a name stay; what they hold is still looked at.
       {u"{\\rtf1{\\field{\\*\\fldinst \\\\* UPPER}{\\fldrslt {\\field{\\*\\fldinst N}}}}}",
        u"{\\rtf1{\\field{\\*\\fldinst \\\\* UPPER}{\\fldrslt {<N>}}}}"},

@@ -192,13 +192,15 @@ TEST_F(EnduranceTest, SinksComeAndGoWithinEvents) {
   });
 }
 
-// A thread that used the library leaves nothing when it ends, also when errors were raised on it.
+// A thread that used the library leaves nothing when it ends, also when errors were raised or keys
+// were made on it.
 TEST_F(EnduranceTest, ThreadsComeAndGo) {
   ExpectNothingKept([this] {
     for (int32_t i = 0; i < Times(100); ++i) {
       std::thread([this] {
         OleInitialize(nullptr);
         EXPECT_EQ(Get(server_.Create("vnStep"), L"Container").code, DISP_E_EXCEPTION);
+        EXPECT_EQ(Call(server_.Create("vnDocument"), L"NewStep").code, S_OK);
         OleUninitialize();
       }).join();
     }
@@ -213,6 +215,7 @@ void UseOnce() {
     EXPECT_EQ(server.Create("vnDocument")->GetTypeInfo(0, 0, type.Receive()), S_OK);
     type = {};
     EXPECT_EQ(Get(server.Create("vnStep"), L"Container").code, DISP_E_EXCEPTION);
+    EXPECT_EQ(Call(server.Create("vnDocument"), L"NewStep").code, S_OK);
     EXPECT_EQ(server.LiveObjects(), 0u);
     EXPECT_EQ(server.CanUnloadNow(), S_OK);
   }
