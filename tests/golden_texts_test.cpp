@@ -17,6 +17,7 @@
 #include "details/details.h"
 #include "details/item.h"
 #include "details/revision.h"
+#include "document/document.h"
 #include "platform/file_system.h"
 #include "process/condition.h"
 #include "process/container.h"

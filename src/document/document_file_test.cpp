@@ -90,7 +90,7 @@ TEST_F(DocumentFile, EverySaveMovesTheCounterOnce) {
   const auto moved = Make<vnDocument>();
   const testing::RegisteredFactory factory(u"Fields.FieldValues", [&] {
     const auto text = [&](std::span<const Variant> put) {
-      if (put.empty()) moved->InternalIncrementIR();
+      if (put.empty()) ScopeOf(*moved).IncrementIR();
       return Variant(u"");
     };
     return Ref<automation::Object>(testing::MakeScriptedObject("FieldValues", {{u"Text", text}}));
