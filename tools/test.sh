@@ -14,6 +14,7 @@ run_tests() {
 test_sources() {
   check "format" check_format
   check "links in the documentation" check_links .
+  check "layers" check_layers
 }
 
 check_format() {

@@ -44,7 +44,8 @@ void ReleaseAnchor(Anchor* anchor) noexcept;
 [[noreturn]] void ThrowAbsent();
 template <class T>
 T* Present(T* object) {
-  if (object == nullptr) [[unlikely]] ThrowAbsent();
+  if (object == nullptr) [[unlikely]]
+    ThrowAbsent();
   return object;
 }
 }  // namespace detail

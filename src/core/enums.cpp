@@ -1,6 +1,6 @@
 #include "core/detail_id.h"
 #include "core/document_events.h"
-#include "document/document_kind.h"
+#include "core/document_kind.h"
 #include "schema/signature.h"
 
 namespace vndoc6::automation {

@@ -8,7 +8,7 @@
 #include "bag/kept_text.h"
 #include "bag/lazy.h"
 #include "core/document_events.h"
-#include "document/document_kind.h"
+#include "core/document_kind.h"
 
 #include "core/scope.h"
 namespace vndoc6 {

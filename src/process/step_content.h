@@ -9,7 +9,7 @@
 #include "bag/properties.h"
 #include "chart/figure.h"
 #include "core/detail_id.h"
-#include "document/document.h"
+#include "core/scope.h"
 #include "process/condition.h"
 #include "process/container.h"
 #include "process/file.h"

@@ -1,6 +1,7 @@
 // What is published of vnStep.
 #include "process/step.h"
 
+#include "document/document.h"
 #include "process/step_content.h"
 
 namespace vndoc6 {

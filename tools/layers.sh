@@ -1,0 +1,70 @@
+#!/bin/bash
+# The layers: a folder of src includes what lies below it, never what lies above. Prints each include
+# that points upwards and is not listed here; fails when there is one, and when a listed one is gone.
+
+layers=(automation schema platform bag fields core collections titles chart details process templates
+  document published content com com/server)
+
+# What points upwards, for a reason. Of sources only: a part gives its document, step or link back to
+# hosts, so its rows need that class whole.
+upward_includes() {
+  cat <<'LIST'
+automation/vtable_entry.h com/vtable_thunk.h
+chart/chart.cpp document/document.h
+chart/figure.cpp document/document.h
+chart/figure.cpp process/container.h
+chart/figure.cpp process/step.h
+chart/line.cpp document/document.h
+chart/line.cpp process/link.h
+core/member.cpp document/document.h
+details/details.cpp document/document.h
+details/item.cpp document/document.h
+details/revision.cpp document/document.h
+details/revision.cpp process/file.h
+process/condition.cpp document/document.h
+process/container.cpp document/document.h
+process/file.cpp document/document.h
+process/jump.cpp document/document.h
+process/link.cpp document/document.h
+process/step.cpp document/document.h
+process/step_members.cpp document/document.h
+process/step_text.cpp document/document.h
+process/steps.cpp document/document.h
+process/task.cpp document/document.h
+titles/title_ref.cpp document/document.h
+titles/titles.cpp document/document.h
+LIST
+}
+
+layer_of() {
+  local folder=$1 i
+  for i in "${!layers[@]}"; do
+    if [[ ${layers[i]} == "$folder" ]]; then
+      echo "$i"
+      return
+    fi
+  done
+  echo "tools/layers.sh: the folder src/$folder has no layer" >&2
+  return 1
+}
+
+# Each include between folders that points upwards: "from to".
+find_upward_includes() {
+  local file included from to
+  grep -roE --include='*.h' --include='*.cpp' '^#include "[a-z_/]+/[a-z_]+\.h"' src |
+    grep -vE '^[^:]*(_test\.cpp|_for_tests\.h):' | sed 's/^src\///; s/:#include "/ /; s/"$//' |
+    while read -r file included; do
+      if [[ $included == tests/* ]]; then continue; fi
+      from=$(layer_of "$(dirname "$file")") && to=$(layer_of "$(dirname "$included")") || continue
+      if ((to > from)); then echo "$file $included"; fi
+    done | sort
+}
+
+check_layers() {
+  local found
+  found=$(find_upward_includes) || return 1
+  diff <(upward_includes | sort) <(echo "$found") >/tmp/layers.$$ && rm /tmp/layers.$$ && return 0
+  sed -n 's/^> /points upwards: src\//p; s/^< /listed, but gone: src\//p' /tmp/layers.$$
+  rm /tmp/layers.$$
+  return 1
+}
