@@ -3,7 +3,7 @@
 
 #include "command.h"
 #include "converter.h"
-#include "svg.h"
+#include "vndoc6/drawing.h"
 
 namespace vndoc {
 namespace {
@@ -12,13 +12,11 @@ struct RenderOptions {
   std::string file;
   std::string output;
   bool png = false;
-  SvgOptions svg;
+  vndoc6::drawing::SvgOptions svg;
 };
 
 void Render(Context& context, const RenderOptions& options) {
-  // The document goes before the picture is written: both may be large.
-  const Drawing drawing = ReadDrawing(*Load(context, options.file));
-  const std::string svg = WriteSvg(drawing, options.svg);
+  const std::string svg = vndoc6::drawing::Svg(*Load(context, options.file), options.svg);
   WriteBytes(context, options.output, options.png ? PngOfSvg(svg) : svg);
 }
 

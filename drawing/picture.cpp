@@ -1,0 +1,388 @@
+#include "picture.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <unordered_map>
+
+#include "copies.h"
+#include "label.h"
+#include "layout.h"
+#include "model.h"
+#include "router.h"
+
+namespace vndoc6::drawing {
+namespace {
+
+// Where the model puts a figure that nobody placed.
+constexpr float kUnplaced = 15;
+constexpr float kUsualWidth = 1200;
+constexpr float kUsualHeight = 600;
+constexpr double kMargin = 24;
+// Beyond this nobody sees anything, and arithmetic stays exact.
+constexpr double kFarthest = 1e7;
+
+double Pixels(double twips) {
+  const double pixels = twips / kTwipsPerPixel;
+  return std::isfinite(pixels) ? std::clamp(pixels, -kFarthest, kFarthest) : 0;
+}
+
+TextFont FontOf(const automation::Font& font) {
+  constexpr double kPixelsPerPoint = 96.0 / 72;
+  const double size = static_cast<double>(font.Size().scaled) / 10000 * kPixelsPerPoint;
+  return {font.Name(),      std::clamp(size, 4.0, 400.0), font.Bold(), font.Italic(),
+          font.Underline(), font.Strikethrough()};
+}
+
+Pen ReadPen(int32_t colour, int32_t width, int32_t style) {
+  return {colour, static_cast<double>(std::clamp(width, 1, 40)), style};
+}
+
+std::vector<uint8_t> BytesOf(const Ref<automation::Picture>& picture) {
+  return picture ? picture->Bytes() : std::vector<uint8_t>();
+}
+
+// A size below 0 spreads to the other side.
+Box ReadBox(const vnFigure& figure) {
+  Box box{Pixels(figure.Left()), Pixels(figure.Top()), Pixels(figure.Width()),
+          Pixels(figure.Height())};
+  if (box.width < 0) box = {box.left + box.width, box.top, -box.width, box.height};
+  if (box.height < 0) box = {box.left, box.top + box.height, box.width, -box.height};
+  return box;
+}
+
+Figure ReadFigure(vnFigure& figure) {
+  Figure out;
+  out.tooltip = figure.Tooltip();
+  out.box = ReadBox(figure);
+  out.outline = &OutlineOf(figure.Shape());
+  out.quarters = figure.ShapeOrientation() & 3;
+  out.filled = !figure.Transparent();
+  out.fill = figure.FillColour();
+  out.pen = ReadPen(figure.DrawColour(), figure.DrawWidth(), figure.DrawStyle());
+  out.text_colour = figure.ForeColour();
+  out.font = FontOf(*figure.Font());
+  out.alignment = figure.Alignment();
+  out.margin = {Pixels(figure.TextMarginX()), Pixels(figure.TextMarginY())};
+  out.shadow = figure.Shadow() != 0;
+  out.picture = BytesOf(figure.Picture());
+  out.picture_position = figure.PicturePosition();
+  out.z_order = figure.ZOrderIndex();
+  return out;
+}
+
+bool IsUnplaced(const vnFigure& figure) {
+  return figure.Left() == kUnplaced && figure.Top() == kUnplaced;
+}
+
+// A box with room for its label, for a figure that nobody gave a place or a size.
+void FitToLabel(Figure& figure) {
+  const Insets& insets = figure.outline->text;
+  constexpr double kWidest = 140;
+  const std::vector<Text> lines =
+      WrapText(figure.label, kWidest / figure.font.size, figure.font.bold);
+  double width = 0;
+  for (const Text& line : lines) width = std::max(width, TextWidth(line, figure.font.bold));
+  const double text_width = width * figure.font.size + 12;
+  const double text_height = static_cast<double>(lines.size()) * figure.font.size * 1.25 + 10;
+  figure.box.width = std::max(110.0, text_width / (1 - insets.left - insets.right));
+  figure.box.height = std::max(44.0, text_height / (1 - insets.top - insets.bottom));
+}
+
+class Reader {
+ public:
+  explicit Reader(vnDocument& document) : document_(document) {}
+
+  Drawing Read() {
+    out_.title = document_.Details()->Title();
+    out_.description = document_.Details()->Description();
+    ReadChart();
+    ReadSteps();
+    ReadLinks();
+    PlaceSteps();
+    ReadContainers();
+    SortByOrder(out_.containers);
+    SortByOrder(out_.lines);
+    SortByOrder(out_.steps);
+    MeasureExtent();
+    return std::move(out_);
+  }
+
+ private:
+  struct Link {
+    Ref<vnLink> link;
+    size_t from, to;  // places in out_.steps
+  };
+
+  void ReadChart() {
+    const auto chart = document_.Chart();
+    out_.back_colour = chart->BackColour();
+    out_.shadow_colour = chart->ShadowColour();
+    out_.shadow_offset = {Pixels(chart->ShadowOffsetX()), Pixels(chart->ShadowOffsetY())};
+    out_.ellipsis = chart->Ellipsis();
+    out_.grid = {Pixels(chart->GridSizeX()), Pixels(chart->GridSizeY())};
+    out_.grid_colour = chart->GridColour();
+    out_.page = {Pixels(chart->PageWidth()), Pixels(chart->PageHeight())};
+    // -1 is what a load leaves of a colour that was never chosen.
+    const int32_t margins = chart->PageMarginsColour();
+    out_.page_colour = margins == -1 ? 0xA0A0A0 : margins;
+    out_.picture = BytesOf(chart->Picture());
+    show_numbers_ = chart->ShowStepIndex();
+    number_separator_ = chart->StepIndexSeparator();
+  }
+
+  void ReadSteps() {
+    const auto steps = document_.Steps();
+    for (int32_t i = 1; i <= steps->Count(); ++i) {
+      const Ref<vnStep> step = CopyToRead(*steps->Item(Variant(i)));
+      const auto figure = step->Figure();
+      container_of_.push_back(step->ContainerKey());
+      if (figure->Hidden()) continue;
+      Figure out = ReadFigure(*figure);
+      out.step = static_cast<size_t>(i);
+      out.label = step->Label();
+      if (show_numbers_ && step->StepIndex() > 0) {
+        out.label = automation::NumberText(step->StepIndex()) + number_separator_ + out.label;
+      }
+      if (out.tooltip.empty()) out.tooltip = step->Description();
+      const auto jumps = step->Jumps();
+      for (int32_t k = 1; k <= jumps->Count(); ++k) {
+        const auto jump = jumps->Item(Variant(k));
+        if (k > 1) out.jumps += u'\n';
+        out.jumps += jump->DisplayName().empty() ? jump->FileName() : jump->DisplayName();
+      }
+      unplaced_.push_back(IsUnplaced(*figure));
+      usual_size_.push_back(figure->Width() == kUsualWidth && figure->Height() == kUsualHeight);
+      place_of_.emplace(step->Key(), out_.steps.size());
+      out_.steps.push_back(std::move(out));
+    }
+  }
+
+  void ReadLinks() {
+    const auto links = document_.Links();
+    for (int32_t i = 1; i <= links->Count(); ++i) {
+      const Ref<vnLink> link = links->Item(Variant(i));
+      const Ref<vnLink> copy = CopyToRead(*link);
+      const auto from = place_of_.find(copy->OriginStepKey());
+      const auto to = place_of_.find(copy->DestinationStepKey());
+      if (from == place_of_.end() || to == place_of_.end() || copy->Line()->Hidden()) continue;
+      links_.push_back({link, from->second, to->second});
+    }
+  }
+
+  // One step alone at the usual place is where it belongs; several are a pile.
+  void PlaceSteps() {
+    if (std::count(unplaced_.begin(), unplaced_.end(), true) < 2 && out_.steps.size() > 1) {
+      unplaced_.assign(unplaced_.size(), false);
+    }
+    LayOutPile();
+    std::vector<Box> boxes;
+    for (const Figure& figure : out_.steps) boxes.push_back(figure.box);
+    Router router(boxes);
+    for (size_t i = 0; i < links_.size(); ++i) AddLine(i, router);
+  }
+
+  // The unplaced steps go below everything else.
+  void LayOutPile() {
+    std::vector<size_t> members;
+    std::vector<size_t> place(out_.steps.size(), 0);
+    std::vector<Box> boxes;
+    Point origin{kMargin, kMargin};
+    for (size_t i = 0; i < out_.steps.size(); ++i) {
+      Figure& figure = out_.steps[i];
+      if (!unplaced_[i]) {
+        origin.y = std::max(origin.y, figure.box.Bottom() + 2 * kMargin);
+        continue;
+      }
+      if (usual_size_[i]) FitToLabel(figure);
+      place[i] = members.size();
+      members.push_back(i);
+      boxes.push_back(figure.box);
+    }
+    std::vector<LayoutEdge> edges;
+    std::vector<size_t> edge_links;
+    for (size_t i = 0; i < links_.size(); ++i) {
+      if (!unplaced_[links_[i].from] || !unplaced_[links_[i].to]) continue;
+      edges.push_back({place[links_[i].from], place[links_[i].to]});
+      edge_links.push_back(i);
+    }
+    const Layout layout = LayOut(boxes, edges, ContainersOf(members));
+    for (size_t i = 0; i < members.size(); ++i) {
+      Box& box = out_.steps[members[i]].box;
+      box = layout.boxes[i];
+      box.left += origin.x;
+      box.top += origin.y;
+    }
+    for (size_t i = 0; i < edges.size(); ++i) {
+      Route route = layout.routes[i];
+      for (Point& bend : route.bends) bend = {bend.x + origin.x, bend.y + origin.y};
+      laid_out_.emplace(edge_links[i], std::move(route));
+    }
+  }
+
+  // Numbers from 1 on; empty when no step is in a container.
+  std::vector<size_t> ContainersOf(const std::vector<size_t>& members) const {
+    std::unordered_map<Text, size_t> numbers;
+    std::vector<size_t> groups;
+    for (const size_t member : members) {
+      const Text& key = container_of_[out_.steps[member].step - 1];
+      groups.push_back(key.empty() ? 0
+                                   : numbers.try_emplace(key, numbers.size() + 1).first->second);
+    }
+    return numbers.empty() ? std::vector<size_t>() : groups;
+  }
+
+  Point End(size_t step, Side side) const {
+    const Figure& figure = out_.steps[step];
+    return EndPoint(*figure.outline, figure.box, figure.quarters, side);
+  }
+
+  void AddLine(size_t index, Router& router) {
+    const Link& link = links_[index];
+    const Ref<vnLink> copy = CopyToRead(*link.link);
+    const auto source = copy->Line();
+    Line line = ReadLine(*source);
+    line.from = out_.steps[link.from].step;
+    line.to = out_.steps[link.to].step;
+    line.label = copy->Text();
+    line.tooltip = copy->Tooltip();
+    const auto laid_out = laid_out_.find(index);
+    if (laid_out != laid_out_.end()) {
+      SetWay(line, link, laid_out->second);
+    } else if (HasCoordinates(*source)) {
+      SetOwnPoints(line, link, *source);
+    } else {
+      Point from[4], to[4];
+      for (size_t side = 0; side < 4; ++side) {
+        from[side] = End(link.from, static_cast<Side>(side));
+        to[side] = End(link.to, static_cast<Side>(side));
+      }
+      SetWay(line, link, router.Between(link.from, from, link.to, to));
+    }
+    out_.lines.push_back(std::move(line));
+  }
+
+  static Line ReadLine(vnLine& source) {
+    Line line;
+    line.curved = source.LinkStyle() == 1 || source.LinkStyle() == 2;
+    line.hops = source.ShowJump() != 0;
+    line.pen = ReadPen(source.DrawColour(), source.DrawWidth(), source.DrawStyle());
+    line.orig = {source.ArrowOrig(), source.ArrowOrigSize()};
+    line.mid = {source.ArrowMid(), source.ArrowMidSize()};
+    line.dest = {source.ArrowDest(), source.ArrowDestSize()};
+    line.text_segment = source.TextSegment();
+    line.text_colour = source.ForeColour();
+    line.font = FontOf(*source.Font());
+    line.opaque = source.BackMode() != 1;
+    line.z_order = source.ZOrderIndex();
+    return line;
+  }
+
+  static bool HasOrigin(const vnLine& line) { return line.OrigX() != 0 || line.OrigY() != 0; }
+  static bool HasDestination(const vnLine& line) { return line.DestX() != 0 || line.DestY() != 0; }
+  static bool HasCoordinates(const vnLine& line) {
+    return line.ExtraPointCount() > 0 || (HasOrigin(line) && HasDestination(line));
+  }
+
+  void SetWay(Line& line, const Link& link, const Route& route) const {
+    line.points.push_back(End(link.from, route.from));
+    line.points.insert(line.points.end(), route.bends.begin(), route.bends.end());
+    line.points.push_back(End(link.to, route.to));
+  }
+
+  void SetOwnPoints(Line& line, const Link& link, const vnLine& source) const {
+    for (int32_t i = 1; i <= source.ExtraPointCount(); ++i) {
+      line.points.push_back({Pixels(source.ExtraPointX(i)), Pixels(source.ExtraPointY(i))});
+    }
+    const auto& points = line.points;
+    const Point start = HasOrigin(source) ? Point{Pixels(source.OrigX()), Pixels(source.OrigY())}
+                                          : End(link.from, Facing(link.from, points.front()));
+    const Point end = HasDestination(source) ? Point{Pixels(source.DestX()), Pixels(source.DestY())}
+                                             : End(link.to, Facing(link.to, points.back()));
+    line.points.insert(line.points.begin(), start);
+    line.points.push_back(end);
+  }
+
+  // The side of a figure that looks towards a point.
+  Side Facing(size_t step, Point point) const {
+    const Box& box = out_.steps[step].box;
+    const double across = (point.x - box.CentreX()) / std::max(box.width, 1.0);
+    const double down = (point.y - box.CentreY()) / std::max(box.height, 1.0);
+    if (std::abs(across) > std::abs(down)) return across > 0 ? Side::kRight : Side::kLeft;
+    return down > 0 ? Side::kBottom : Side::kTop;
+  }
+
+  // An unplaced container goes around its steps.
+  void ReadContainers() {
+    const auto containers = document_.Containers().ToObject();
+    auto* list = dynamic_cast<vnContainers*>(containers.get());
+    if (list == nullptr || list->Count() == 0) return;
+    std::unordered_map<Text, Box> around;
+    for (const Figure& figure : out_.steps) {
+      const Text& key = container_of_[figure.step - 1];
+      if (key.empty()) continue;
+      const auto [entry, added] = around.try_emplace(key, figure.box);
+      if (!added) entry->second = Union(entry->second, figure.box);
+    }
+    for (int32_t i = 1; i <= list->Count(); ++i) {
+      const auto container = list->Item(Variant(i));
+      const auto figure = container->Figure();
+      if (figure->Hidden()) continue;
+      Figure out = ReadFigure(*figure);
+      out.label = container->Label();
+      const auto members = around.find(container->Key());
+      if (IsUnplaced(*figure) && members != around.end()) {
+        out.box = members->second;
+        out.box = {out.box.left - kFrame, out.box.top - kFrameTop, out.box.width + 2 * kFrame,
+                   out.box.height + kFrameTop + kFrame};
+      }
+      out_.containers.push_back(std::move(out));
+    }
+  }
+
+  static Box Union(const Box& a, const Box& b) {
+    const double left = std::min(a.left, b.left);
+    const double top = std::min(a.top, b.top);
+    return {left, top, std::max(a.Right(), b.Right()) - left,
+            std::max(a.Bottom(), b.Bottom()) - top};
+  }
+
+  template <class T>
+  static void SortByOrder(std::vector<T>& members) {
+    std::stable_sort(members.begin(), members.end(),
+                     [](const T& a, const T& b) { return a.z_order < b.z_order; });
+  }
+
+  void MeasureExtent() {
+    bool any = false;
+    Box extent;
+    const auto include = [&](const Box& box) {
+      extent = any ? Union(extent, box) : box;
+      any = true;
+    };
+    for (const Figure& figure : out_.containers) include(figure.box);
+    for (const Figure& figure : out_.steps) include(figure.box);
+    for (const Line& line : out_.lines) {
+      for (const Point& point : line.points) include({point.x, point.y, 0, 0});
+    }
+    out_.extent = {extent.left - kMargin, extent.top - kMargin, extent.width + 2 * kMargin,
+                   extent.height + 2 * kMargin};
+  }
+
+  vnDocument& document_;
+  Drawing out_;
+  bool show_numbers_ = false;
+  Text number_separator_;
+  std::unordered_map<Text, size_t> place_of_;  // of a step's key in out_.steps
+  std::vector<Text> container_of_;             // of every step of the document
+  std::vector<bool> unplaced_;                 // of the steps drawn
+  std::vector<bool> usual_size_;
+  std::vector<Link> links_;
+  std::unordered_map<size_t, Route> laid_out_;  // by link
+};
+
+}  // namespace
+
+Drawing ReadDrawing(vnDocument& document) { return Reader(document).Read(); }
+
+}  // namespace vndoc6::drawing
