@@ -1,6 +1,7 @@
 // Points, boxes and sides of a drawing. Pixels (1/96 inch), y downwards.
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 namespace vndoc6::drawing {
@@ -22,6 +23,12 @@ struct Box {
   double CentreX() const { return left + width / 2; }
   double CentreY() const { return top + height / 2; }
 };
+
+inline Box Union(const Box& a, const Box& b) {
+  const double left = std::min(a.left, b.left);
+  const double top = std::min(a.top, b.top);
+  return {left, top, std::max(a.Right(), b.Right()) - left, std::max(a.Bottom(), b.Bottom()) - top};
+}
 
 // A side of a figure, where a line leaves or enters it.
 enum class Side { kTop, kRight, kBottom, kLeft };

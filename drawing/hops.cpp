@@ -63,10 +63,25 @@ class HopFinder {
   std::unordered_map<int64_t, std::vector<Upright>> uprights_;
 };
 
+// More than this many hops are drawn nowhere: where lines cross so often, hops help nobody, and the
+// picture would be many times its document.
+constexpr size_t kLeastKept = 500;
+constexpr size_t kKeptPerLine = 8;
+
+Hops NoHops(const std::vector<Line>& lines) {
+  Hops hops(lines.size());
+  for (size_t i = 0; i < lines.size(); ++i) {
+    hops[i].resize(lines[i].points.empty() ? 0 : lines[i].points.size() - 1);
+  }
+  return hops;
+}
+
 }  // namespace
 
 Hops FindHops(const std::vector<Line>& lines) {
   const HopFinder finder(lines);
+  const size_t most = kLeastKept + kKeptPerLine * lines.size();
+  size_t count = 0;
   Hops hops(lines.size());
   for (size_t i = 0; i < lines.size(); ++i) {
     const auto& points = lines[i].points;
@@ -74,6 +89,8 @@ Hops FindHops(const std::vector<Line>& lines) {
     if (!lines[i].hops || lines[i].curved) continue;
     for (size_t k = 1; k < points.size(); ++k) {
       hops[i][k - 1] = finder.Crossings(i, points[k - 1], points[k]);
+      count += hops[i][k - 1].size();
+      if (count > most) return NoHops(lines);
     }
   }
   return hops;

@@ -156,6 +156,24 @@ double WidestWord(TextView text, bool bold) {
   return bold ? widest * 1.1 : widest;
 }
 
+// Long labels get wider before they are cut.
+LineLabel SetLineLabel(TextView text, double size, bool bold) {
+  constexpr size_t kMostLines = 4;
+  constexpr double kNarrowest = .52;  // of a letter, on the whole
+  LineLabel label;
+  for (const double width : {150.0, 220.0, 300.0}) {
+    label.lines = WrapText(text, width / size, bold);
+    if (label.lines.size() <= kMostLines) break;
+  }
+  CutLines(label.lines, 2 * kMostLines);
+  for (const Text& line : label.lines) {
+    const double letters = static_cast<double>(line.size()) * kNarrowest;
+    label.width = std::max(label.width, std::max(TextWidth(line, bold), letters) * size);
+  }
+  label.height = static_cast<double>(label.lines.size()) * size * kLineHeight;
+  return label;
+}
+
 void CutLines(std::vector<Text>& lines, size_t count) {
   if (lines.size() <= count) return;
   lines.resize(count);

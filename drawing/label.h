@@ -21,6 +21,14 @@ std::vector<Text> WrapText(TextView text, double width, bool bold);
 // The width of the widest part of a text that stays on one line.
 double WidestWord(TextView text, bool bold);
 
+// The label of a line as it is set.
+struct LineLabel {
+  std::vector<Text> lines;
+  double width = 0;  // pixels
+  double height = 0;
+};
+LineLabel SetLineLabel(TextView text, double size, bool bold);
+
 // At most `count` lines; what was cut off is told by an ellipsis.
 void CutLines(std::vector<Text>& lines, size_t count);
 

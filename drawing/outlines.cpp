@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstring>
+#include <numbers>
 #include <string_view>
 #include <vector>
 
@@ -244,6 +246,78 @@ class PathReader {
   char command_ = '\0';
 };
 
+// An elliptic arc's points after its first (SVG 1.1, appendix F.6.5); arcs here are not turned.
+void AppendArc(Point from, Point radius, bool large, bool sweep, Point to,
+               std::vector<Point>& points) {
+  const Point half{(from.x - to.x) / 2 / radius.x, (from.y - to.y) / 2 / radius.y};
+  const double square = half.x * half.x + half.y * half.y;
+  double scale = std::sqrt(std::max(0.0, (1 - square) / std::max(square, 1e-9)));
+  if (large == sweep) scale = -scale;
+  const Point centre{scale * half.y, -scale * half.x};
+  const double begin = std::atan2(half.y - centre.y, half.x - centre.x);
+  double turn = std::atan2(-half.y - centre.y, -half.x - centre.x) - begin;
+  constexpr double kWhole = 2 * std::numbers::pi;
+  if (sweep && turn < 0) turn += kWhole;
+  if (!sweep && turn > 0) turn -= kWhole;
+  const Point middle{(from.x + to.x) / 2 + centre.x * radius.x,
+                     (from.y + to.y) / 2 + centre.y * radius.y};
+  constexpr int kParts = 16;
+  for (int i = 1; i <= kParts; ++i) {
+    const double angle = begin + turn * i / kParts;
+    points.push_back(
+        {middle.x + std::cos(angle) * radius.x, middle.y + std::sin(angle) * radius.y});
+  }
+}
+
+Point MeetRoundedBox(const Box& box, double corner, Side side, Point at) {
+  const bool upright = side == Side::kTop || side == Side::kBottom;
+  const double radius = corner * std::min(box.width, box.height);
+  const double to_end = upright ? std::min(at.x - box.left, box.Right() - at.x)
+                                : std::min(at.y - box.top, box.Bottom() - at.y);
+  const double beyond = std::clamp(radius - to_end, 0.0, radius);
+  double inset = radius - std::sqrt(radius * radius - beyond * beyond);
+  if (side == Side::kBottom || side == Side::kRight) inset = -inset;
+  return upright ? Point{at.x, at.y + inset} : Point{at.x + inset, at.y};
+}
+
+// A path as a row of straight parts, in the unit square.
+std::vector<Point> Flattened(const char* path, int quarters) {
+  constexpr int kParts = 12;
+  std::vector<Point> points;
+  PathReader reader(path);
+  Point first;
+  while (const char command = reader.Command()) {
+    const Point from = points.empty() ? Point{} : points.back();
+    if (command == 'Z') {
+      points.push_back(first);
+    } else if (command == 'A') {
+      const Point radius = reader.Place();
+      reader.Value();
+      const bool large = reader.Value() != 0;
+      const bool sweep = reader.Value() != 0;
+      AppendArc(from, radius, large, sweep, reader.Place(), points);
+    } else if (command == 'Q' || command == 'C') {
+      const Point a = reader.Place();
+      const Point b = command == 'C' ? reader.Place() : a;
+      const Point to = reader.Place();
+      for (int i = 1; i <= kParts; ++i) {
+        const double t = static_cast<double>(i) / kParts, u = 1 - t;
+        const double wa = command == 'C' ? 3 * u * u * t : 2 * u * t;
+        const double wb = command == 'C' ? 3 * u * t * t : 0;
+        const double w0 = command == 'C' ? u * u * u : u * u,
+                     w1 = command == 'C' ? t * t * t : t * t;
+        points.push_back({from.x * w0 + a.x * wa + b.x * wb + to.x * w1,
+                          from.y * w0 + a.y * wa + b.y * wb + to.y * w1});
+      }
+    } else {
+      points.push_back(reader.Place());
+      if (command == 'M') first = points.back();
+    }
+  }
+  for (Point& point : points) point = Turned(point, quarters);
+  return points;
+}
+
 }  // namespace
 
 const Outline& OutlineOf(int shape) {
@@ -298,6 +372,37 @@ Box TextBox(const Outline& outline, const Box& box, int quarters) {
   const Insets text = Turned(outline.text, quarters);
   return {box.left + text.left * box.width, box.top + text.top * box.height,
           box.width * (1 - text.left - text.right), box.height * (1 - text.top - text.bottom)};
+}
+
+Point MeetBorder(const Outline& outline, const Box& box, int quarters, Side side, Point at) {
+  const bool upright = side == Side::kTop || side == Side::kBottom;
+  const bool to_greater = side == Side::kBottom || side == Side::kRight;
+  const double width = std::max(box.width, 1.0), height = std::max(box.height, 1.0);
+  if (outline.corner > 0) return MeetRoundedBox(box, outline.corner, side, at);
+  const double across = upright ? (at.x - box.left) / width : (at.y - box.top) / height;
+  double found = -1;
+  const std::vector<Point> border = Flattened(outline.border, quarters);
+  for (size_t i = 1; i < border.size(); ++i) {
+    const Point& a = border[i - 1];
+    const Point& b = border[i];
+    const double a_across = upright ? a.x : a.y, b_across = upright ? b.x : b.y;
+    if (std::min(a_across, b_across) > across || std::max(a_across, b_across) < across) continue;
+    const double a_along = upright ? a.y : a.x, b_along = upright ? b.y : b.x;
+    const double part = b_across == a_across ? 0 : (across - a_across) / (b_across - a_across);
+    const double along = a_along + (b_along - a_along) * part;
+    if (found < 0 || (to_greater ? along > found : along < found)) found = along;
+  }
+  if (found < 0) return at;
+  found = std::clamp(found, 0.0, 1.0);
+  return upright ? Point{at.x, box.top + found * height} : Point{box.left + found * width, at.y};
+}
+
+bool HasCorners(const Outline& outline, int quarters) {
+  constexpr Box kUnit{0, 0, 1, 1};
+  constexpr double kDeep = .2;
+  const Point left = MeetBorder(outline, kUnit, quarters, Side::kBottom, {.25, 1});
+  const Point right = MeetBorder(outline, kUnit, quarters, Side::kBottom, {.75, 1});
+  return left.y < 1 - kDeep && right.y < 1 - kDeep;
 }
 
 }  // namespace vndoc6::drawing

@@ -36,6 +36,13 @@ std::string PathData(const char* path, const Box& box, int quarters);
 // The point in the middle of a side where lines end.
 Point EndPoint(const Outline& outline, const Box& box, int quarters, Side side);
 
+// Where a line that comes level or upright to a side meets the outline: `at` is its place on the
+// side of the box.
+Point MeetBorder(const Outline& outline, const Box& box, int quarters, Side side, Point at);
+
+// True when the lower side is a corner, and lines had better leave at corners.
+bool HasCorners(const Outline& outline, int quarters);
+
 // The part of the box that the label has.
 Box TextBox(const Outline& outline, const Box& box, int quarters);
 

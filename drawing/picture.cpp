@@ -7,7 +7,8 @@
 
 #include "copies.h"
 #include "label.h"
-#include "layout.h"
+#include "label_places.h"
+#include "layout/layout.h"
 #include "model.h"
 #include "router.h"
 
@@ -89,6 +90,18 @@ void FitToLabel(Figure& figure) {
   figure.box.height = std::max(44.0, text_height / (1 - insets.top - insets.bottom));
 }
 
+// Room for the lines at the sides of such a box.
+void FitToLines(Figure& figure, int above, int below, int loops) {
+  constexpr double kBetween = 9;
+  constexpr double kMost = 400;  // beyond, lines share their places
+  const double needed = kBetween * (std::max(above, below) + 1);
+  figure.box.width = std::max(figure.box.width, std::min(needed, kMost));
+  if (loops > 0) {
+    const double high = (kBetween + 1) * (2 * loops + 3);
+    figure.box.height = std::max(figure.box.height, std::min(high, kMost));
+  }
+}
+
 class Reader {
  public:
   explicit Reader(vnDocument& document) : document_(document) {}
@@ -99,11 +112,13 @@ class Reader {
     ReadChart();
     ReadSteps();
     ReadLinks();
-    PlaceSteps();
     ReadContainers();
+    PlaceSteps();
+    PlaceContainers();
     SortByOrder(out_.containers);
     SortByOrder(out_.lines);
     SortByOrder(out_.steps);
+    PlaceLabels(out_);
     MeasureExtent();
     return std::move(out_);
   }
@@ -112,6 +127,18 @@ class Reader {
   struct Link {
     Ref<vnLink> link;
     size_t from, to;  // places in out_.steps
+    bool has_points;
+    LineLabel label;
+  };
+  // What a layout gives a line.
+  struct Way {
+    std::vector<Point> points;
+    Box label;
+  };
+  struct Container {
+    Text key;
+    Figure figure;
+    bool unplaced;
   };
 
   void ReadChart() {
@@ -166,7 +193,10 @@ class Reader {
       const auto from = place_of_.find(copy->OriginStepKey());
       const auto to = place_of_.find(copy->DestinationStepKey());
       if (from == place_of_.end() || to == place_of_.end() || copy->Line()->Hidden()) continue;
-      links_.push_back({link, from->second, to->second});
+      const auto line = copy->Line();
+      const TextFont font = FontOf(*line->Font());
+      links_.push_back({link, from->second, to->second, HasCoordinates(*line),
+                        SetLineLabel(copy->Text(), font.size, font.bold)});
     }
   }
 
@@ -186,50 +216,86 @@ class Reader {
   void LayOutPile() {
     std::vector<size_t> members;
     std::vector<size_t> place(out_.steps.size(), 0);
-    std::vector<Box> boxes;
     Point origin{kMargin, kMargin};
     for (size_t i = 0; i < out_.steps.size(); ++i) {
-      Figure& figure = out_.steps[i];
       if (!unplaced_[i]) {
-        origin.y = std::max(origin.y, figure.box.Bottom() + 2 * kMargin);
+        origin.y = std::max(origin.y, out_.steps[i].box.Bottom() + 2 * kMargin);
         continue;
       }
-      if (usual_size_[i]) FitToLabel(figure);
       place[i] = members.size();
       members.push_back(i);
-      boxes.push_back(figure.box);
     }
+    if (members.empty()) return;
     std::vector<LayoutEdge> edges;
     std::vector<size_t> edge_links;
     for (size_t i = 0; i < links_.size(); ++i) {
-      if (!unplaced_[links_[i].from] || !unplaced_[links_[i].to]) continue;
-      edges.push_back({place[links_[i].from], place[links_[i].to]});
+      if (!unplaced_[links_[i].from] || !unplaced_[links_[i].to] || links_[i].has_points) continue;
+      edges.push_back({place[links_[i].from], place[links_[i].to], links_[i].label.width,
+                       links_[i].label.height});
       edge_links.push_back(i);
     }
-    const Layout layout = LayOut(boxes, edges, ContainersOf(members));
-    for (size_t i = 0; i < members.size(); ++i) {
-      Box& box = out_.steps[members[i]].box;
-      box = layout.boxes[i];
+    const Layout layout = LayOutMembers(members, edges);
+    const auto moved = [&](Box box) {
       box.left += origin.x;
       box.top += origin.y;
+      return box;
+    };
+    for (size_t i = 0; i < members.size(); ++i) {
+      out_.steps[members[i]].box = moved(layout.boxes[i]);
     }
     for (size_t i = 0; i < edges.size(); ++i) {
-      Route route = layout.routes[i];
-      for (Point& bend : route.bends) bend = {bend.x + origin.x, bend.y + origin.y};
-      laid_out_.emplace(edge_links[i], std::move(route));
+      Way way{layout.lines[i], moved(layout.labels[i])};
+      for (Point& point : way.points) point = {point.x + origin.x, point.y + origin.y};
+      laid_out_.emplace(edge_links[i], std::move(way));
     }
+    for (const auto& [key, group] : groups_) frames_.emplace(key, moved(layout.frames[group]));
+  }
+
+  Layout LayOutMembers(const std::vector<size_t>& members, const std::vector<LayoutEdge>& edges) {
+    std::vector<int> above(members.size()), below(members.size()), loops(members.size());
+    for (const LayoutEdge& edge : edges) {
+      if (edge.from == edge.to) {
+        ++loops[edge.from];
+      } else {
+        ++below[edge.from];
+        ++above[edge.to];
+      }
+    }
+    std::vector<LayoutBox> boxes;
+    for (size_t i = 0; i < members.size(); ++i) {
+      Figure& figure = out_.steps[members[i]];
+      if (usual_size_[members[i]]) {
+        FitToLabel(figure);
+        FitToLines(figure, above[i], below[i], loops[i]);
+      }
+      boxes.push_back(
+          {figure.box.width, figure.box.height, HasCorners(*figure.outline, figure.quarters)});
+    }
+    const std::vector<size_t> groups = ContainersOf(members);
+    return LayOut(boxes, edges, groups, TitleWidths());
   }
 
   // Numbers from 1 on; empty when no step is in a container.
-  std::vector<size_t> ContainersOf(const std::vector<size_t>& members) const {
-    std::unordered_map<Text, size_t> numbers;
+  std::vector<size_t> ContainersOf(const std::vector<size_t>& members) {
     std::vector<size_t> groups;
     for (const size_t member : members) {
       const Text& key = container_of_[out_.steps[member].step - 1];
       groups.push_back(key.empty() ? 0
-                                   : numbers.try_emplace(key, numbers.size() + 1).first->second);
+                                   : groups_.try_emplace(key, groups_.size() + 1).first->second);
     }
-    return numbers.empty() ? std::vector<size_t>() : groups;
+    return groups_.empty() ? std::vector<size_t>() : groups;
+  }
+
+  std::vector<double> TitleWidths() {
+    std::vector<double> widths(groups_.size() + 1);
+    for (const Container& container : containers_) {
+      const auto group = groups_.find(container.key);
+      if (group == groups_.end()) continue;
+      const Figure& figure = container.figure;
+      widths[group->second] =
+          TextWidth(figure.label, figure.font.bold) * figure.font.size + kFrameMargin;
+    }
+    return widths;
   }
 
   Point End(size_t step, Side side) const {
@@ -248,8 +314,8 @@ class Reader {
     line.tooltip = copy->Tooltip();
     const auto laid_out = laid_out_.find(index);
     if (laid_out != laid_out_.end()) {
-      SetWay(line, link, laid_out->second);
-    } else if (HasCoordinates(*source)) {
+      SetLaidOutWay(line, link, laid_out->second);
+    } else if (link.has_points) {
       SetOwnPoints(line, link, *source);
     } else {
       Point from[4], to[4];
@@ -290,6 +356,21 @@ class Reader {
     line.points.push_back(End(link.to, route.to));
   }
 
+  // The layout knows boxes; a line ends where the shape does.
+  void SetLaidOutWay(Line& line, const Link& link, Way& way) const {
+    line.points = std::move(way.points);
+    line.label_box = way.label;
+    MeetShape(link.from, line.points[1], line.points.front());
+    MeetShape(link.to, line.points[line.points.size() - 2], line.points.back());
+  }
+
+  void MeetShape(size_t step, Point before, Point& end) const {
+    const Figure& figure = out_.steps[step];
+    const Side side = before.x == end.x ? (before.y < end.y ? Side::kTop : Side::kBottom)
+                                        : (before.x < end.x ? Side::kLeft : Side::kRight);
+    end = MeetBorder(*figure.outline, figure.box, figure.quarters, side, end);
+  }
+
   void SetOwnPoints(Line& line, const Link& link, const vnLine& source) const {
     for (int32_t i = 1; i <= source.ExtraPointCount(); ++i) {
       line.points.push_back({Pixels(source.ExtraPointX(i)), Pixels(source.ExtraPointY(i))});
@@ -312,39 +393,41 @@ class Reader {
     return down > 0 ? Side::kBottom : Side::kTop;
   }
 
-  // An unplaced container goes around its steps.
   void ReadContainers() {
     const auto containers = document_.Containers().ToObject();
     auto* list = dynamic_cast<vnContainers*>(containers.get());
-    if (list == nullptr || list->Count() == 0) return;
-    std::unordered_map<Text, Box> around;
-    for (const Figure& figure : out_.steps) {
-      const Text& key = container_of_[figure.step - 1];
-      if (key.empty()) continue;
-      const auto [entry, added] = around.try_emplace(key, figure.box);
-      if (!added) entry->second = Union(entry->second, figure.box);
-    }
+    if (list == nullptr) return;
     for (int32_t i = 1; i <= list->Count(); ++i) {
       const auto container = list->Item(Variant(i));
       const auto figure = container->Figure();
       if (figure->Hidden()) continue;
       Figure out = ReadFigure(*figure);
       out.label = container->Label();
-      const auto members = around.find(container->Key());
-      if (IsUnplaced(*figure) && members != around.end()) {
-        out.box = members->second;
-        out.box = {out.box.left - kFrame, out.box.top - kFrameTop, out.box.width + 2 * kFrame,
-                   out.box.height + kFrameTop + kFrame};
-      }
-      out_.containers.push_back(std::move(out));
+      containers_.push_back({container->Key(), std::move(out), IsUnplaced(*figure)});
     }
   }
 
-  static Box Union(const Box& a, const Box& b) {
-    const double left = std::min(a.left, b.left);
-    const double top = std::min(a.top, b.top);
-    return {left, top, std::max(a.Right(), b.Right()) - left,
-            std::max(a.Bottom(), b.Bottom()) - top};
+  // An unplaced container goes around its steps.
+  void PlaceContainers() {
+    std::unordered_map<Text, Box> around;
+    for (const Figure& figure : out_.steps) {
+      const Text& key = container_of_[figure.step - 1];
+      if (key.empty()) continue;
+      const Box frame{figure.box.left - kFrameMargin, figure.box.top - kFrameTop,
+                      figure.box.width + 2 * kFrameMargin,
+                      figure.box.height + kFrameTop + kFrameMargin};
+      const auto [entry, added] = around.try_emplace(key, frame);
+      if (!added) entry->second = Union(entry->second, frame);
+    }
+    for (Container& container : containers_) {
+      const auto members = around.find(container.key);
+      if (container.unplaced && members != around.end()) {
+        const auto frame = frames_.find(container.key);
+        container.figure.box =
+            frame == frames_.end() ? members->second : Union(members->second, frame->second);
+      }
+      out_.containers.push_back(std::move(container.figure));
+    }
   }
 
   template <class T>
@@ -363,6 +446,7 @@ class Reader {
     for (const Figure& figure : out_.containers) include(figure.box);
     for (const Figure& figure : out_.steps) include(figure.box);
     for (const Line& line : out_.lines) {
+      if (line.label_box.width > 0) include(line.label_box);
       for (const Point& point : line.points) include({point.x, point.y, 0, 0});
     }
     out_.extent = {extent.left - kMargin, extent.top - kMargin, extent.width + 2 * kMargin,
@@ -378,7 +462,10 @@ class Reader {
   std::vector<bool> unplaced_;                 // of the steps drawn
   std::vector<bool> usual_size_;
   std::vector<Link> links_;
-  std::unordered_map<size_t, Route> laid_out_;  // by link
+  std::vector<Container> containers_;
+  std::unordered_map<Text, size_t> groups_;   // the layout's number of a container
+  std::unordered_map<Text, Box> frames_;      // that the layout gave
+  std::unordered_map<size_t, Way> laid_out_;  // by link
 };
 
 }  // namespace

@@ -76,6 +76,7 @@ struct Line {
   int32_t text_colour = 0;
   TextFont font;
   bool opaque = true;  // the label covers the line
+  Box label_box;       // where the label stands; of no width without a label
   int32_t z_order = 0;
 };
 

@@ -445,23 +445,16 @@ class SvgWriter {
   }
 
   void WriteLineLabel(const Line& line) {
-    if (line.label.empty()) return;
-    constexpr double kWidest = 150;
-    const auto chosen = static_cast<size_t>(std::max(line.text_segment, 0));
-    const size_t part = chosen > 0 && chosen < line.points.size() ? chosen - 1 : LongestPart(line);
-    const Point a = line.points[part];
-    const Point b = line.points[part + 1];
-    const SetText set =
-        FitText(line.label, line.font, kWidest, 4 * line.font.size * kLineHeight, 0);
-    const Box around{(a.x + b.x) / 2 - kWidest / 2, (a.y + b.y) / 2, kWidest, 0};
+    if (line.label_box.width <= 0) return;
+    const SetText set{SetLineLabel(line.label, line.font.size, line.font.bold).lines,
+                      line.font.size};
     std::string halo = Classes(false, false, line.text_colour == 0);
     if (line.opaque) {
       halo = Attribute("class", line.text_colour == 0 ? "ink halo" : "halo") +
              Attribute("stroke", Colour(drawing_.back_colour)) + Attribute("stroke-width", 5) +
              Attribute("paint-order", "stroke");
     }
-    WriteText(set, line.font, line.text_colour,
-              Placed(kWidest, set.Height(), around, AlignmentOf(7)), Across::kMiddle, halo);
+    WriteText(set, line.font, line.text_colour, line.label_box, Across::kMiddle, halo);
   }
 
   const Drawing& drawing_;

@@ -153,6 +153,30 @@ TEST(Hops, LevelPartsHopOverUprightOnes) {
   EXPECT_TRUE(hops[1][0].empty());
 }
 
+TEST(Hops, AreGivenUpWhereTheyWouldBeVeryMany) {
+  std::vector<Line> lines(120);
+  for (size_t i = 0; i < lines.size(); ++i) {
+    const double at = 20.0 * static_cast<double>(i / 2);
+    lines[i].hops = true;
+    lines[i].points = i % 2 == 0 ? std::vector<Point>{{-50, at}, {2000, at}}
+                                 : std::vector<Point>{{at, -50}, {at, 2000}};
+  }
+  for (const auto& line : FindHops(lines)) EXPECT_TRUE(line[0].empty());
+}
+
+TEST_F(SvgTest, LabelsStandBesideTheirLinesWhereNothingElseIs) {
+  const auto top = AddStep(u"a", 0, 0);
+  const auto below = AddStep(u"b", 0, 1800);
+  AddStep(u"in the way", 900, 700);
+  AddLink(top, below)->SetText(u"yes");
+  const Drawing drawing = Read();
+  const Box& label = drawing.lines[0].label_box;
+  EXPECT_GT(label.width, 0);
+  EXPECT_LT(label.Right(), 40) << "left of the line, for a step is on its right";
+  EXPECT_LT(label.Bottom(), 80) << "near its beginning";
+  EXPECT_LE(drawing.extent.left, label.left);
+}
+
 TEST_F(SvgTest, StepsThatWereNeverPlacedAreLaidOut) {
   const auto first = AddStep(u"a", 15, 15);
   const auto second = AddStep(u"b", 15, 15);
