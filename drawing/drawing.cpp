@@ -5,6 +5,7 @@
 #include "label.h"
 #include "page.h"
 #include "svg.h"
+#include "write_places.h"
 
 namespace vndoc6::drawing {
 
@@ -13,6 +14,11 @@ std::string Svg(vnDocument& document, const SvgOptions& options) {
 }
 
 std::string Html(vnDocument& document, const HtmlOptions&) { return WritePage(document); }
+
+LaidOut Layout(vnDocument& document, const LayoutOptions& options) {
+  const Places places = options.all ? Places::kAllAnew : Places::kOfDocument;
+  return WritePlaces(ReadDrawing(document, places), document);
+}
 
 Extent Measure(std::u16string_view text, const Font& font) {
   Extent extent;

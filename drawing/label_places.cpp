@@ -89,6 +89,7 @@ class Placer {
     for (const Line& line : drawing_.lines) any |= IsWaiting(line);
     if (!any) return;
     for (const Figure& step : drawing_.steps) obstacles_.Add(step.box, kNobody);
+    for (const Figure& container : drawing_.containers) AddFrame(container.box);
     for (size_t i = 0; i < drawing_.lines.size(); ++i) AddLine(i);
     for (size_t i = 0; i < drawing_.lines.size(); ++i) {
       if (IsWaiting(drawing_.lines[i])) PlaceLabel(i);
@@ -98,6 +99,14 @@ class Placer {
  private:
   static bool IsWaiting(const Line& line) {
     return !line.label.empty() && line.label_box.width <= 0;
+  }
+
+  void AddFrame(const Box& box) {
+    const Point corners[] = {{box.left, box.top},
+                             {box.Right(), box.top},
+                             {box.Right(), box.Bottom()},
+                             {box.left, box.Bottom()}};
+    for (size_t i = 0; i < 4; ++i) obstacles_.AddPart(corners[i], corners[(i + 1) % 4], kNobody);
   }
 
   // Arrow heads are wider than their lines, also for the line's own label.
@@ -127,43 +136,51 @@ class Placer {
     obstacles_.Add(line.label_box, kNobody);
   }
 
-  // From the beginning on, on both sides of each part.
+  // From the beginning on, on both sides of each part; farther from the line where it has to be.
   Box BestPlace(size_t number, const LineLabel& label) const {
-    const std::vector<Point>& points = drawing_.lines[number].points;
-    Box best;
-    size_t least = kNobody;
-    for (size_t i = 1; i < points.size(); ++i) {
-      const Point a = points[i - 1], b = points[i];
-      const double length = std::hypot(b.x - a.x, b.y - a.y);
-      const bool level = std::abs(b.x - a.x) > std::abs(b.y - a.y);
-      const double half = (level ? label.width : label.height) / 2;
-      constexpr int kMostSteps = 24;
-      double at = std::min(half + kBeside, length / 2);
-      for (int step = 0; step < kMostSteps; ++step, at += std::max(8.0, length / kMostSteps)) {
-        if (step > 0 && at > length - half) break;
-        const double t = length > 0 ? at / length : 0;
-        const Point centre{a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t};
-        for (const bool after : {true, false}) {
-          const Box place = Beside(centre, level, after, label);
-          const size_t covered = obstacles_.Count(place, number);
-          if (covered >= least) continue;
-          best = place;
-          least = covered;
-          if (covered == 0) return best;
-        }
+    Best best;
+    for (const double beside : {kBeside, 3 * kBeside, 6 * kBeside}) {
+      const std::vector<Point>& points = drawing_.lines[number].points;
+      for (size_t i = 1; i < points.size() && best.covered > 0; ++i) {
+        TryPart(number, points[i - 1], points[i], beside, label, best);
       }
     }
-    return best;
+    return best.place;
+  }
+
+  struct Best {
+    Box place;
+    size_t covered = kNobody;
+  };
+
+  void TryPart(size_t number, Point a, Point b, double beside, const LineLabel& label,
+               Best& best) const {
+    constexpr int kMostSteps = 40;
+    const double length = std::hypot(b.x - a.x, b.y - a.y);
+    const bool level = std::abs(b.x - a.x) > std::abs(b.y - a.y);
+    const double half = (level ? label.width : label.height) / 2;
+    double at = std::min(half + kBeside, length / 2);
+    for (int step = 0; step < kMostSteps; ++step, at += std::max(4.0, length / kMostSteps)) {
+      if (step > 0 && at > length - half) break;
+      const double t = length > 0 ? at / length : 0;
+      const Point centre{a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t};
+      for (const bool after : {true, false}) {
+        const Box place = Beside(centre, level, after, beside, label);
+        const size_t covered = obstacles_.Count(place, number);
+        if (covered >= best.covered) continue;
+        best = {place, covered};
+        if (covered == 0) return;
+      }
+    }
   }
 
   // To the right of an upright part or above a level one; otherwise on its other side.
-  static Box Beside(Point at, bool level, bool after, const LineLabel& label) {
+  static Box Beside(Point at, bool level, bool after, double beside, const LineLabel& label) {
     if (level) {
-      return {at.x - label.width / 2,
-              after ? at.y - label.height - kBeside / 2 : at.y + kBeside / 2, label.width,
-              label.height};
+      return {at.x - label.width / 2, after ? at.y - label.height - beside / 2 : at.y + beside / 2,
+              label.width, label.height};
     }
-    return {after ? at.x + kBeside : at.x - kBeside - label.width, at.y - label.height / 2,
+    return {after ? at.x + beside : at.x - beside - label.width, at.y - label.height / 2,
             label.width, label.height};
   }
 

@@ -28,6 +28,10 @@ double Pixels(double twips) {
   return std::isfinite(pixels) ? std::clamp(pixels, -kFarthest, kFarthest) : 0;
 }
 
+double WholeTwips(double pixels) { return std::round(pixels * kTwipsPerPixel) / kTwipsPerPixel; }
+// Half of it is a whole number, too.
+double Even(double pixels) { return 2 * std::ceil(pixels / 2); }
+
 TextFont FontOf(const automation::Font& font) {
   constexpr double kPixelsPerPoint = 96.0 / 72;
   const double size = static_cast<double>(font.Size().scaled) / 10000 * kPixelsPerPoint;
@@ -79,22 +83,22 @@ bool IsUnplaced(const vnFigure& figure) {
 // A box with room for its label, for a figure that nobody gave a place or a size.
 void FitToLabel(Figure& figure) {
   const Insets& insets = figure.outline->text;
-  constexpr double kWidest = 140;
+  const double kWidest = std::max(84.0, 150 * (1 - insets.left - insets.right));
   const std::vector<Text> lines =
       WrapText(figure.label, kWidest / figure.font.size, figure.font.bold);
   double width = 0;
   for (const Text& line : lines) width = std::max(width, TextWidth(line, figure.font.bold));
   const double text_width = width * figure.font.size + 12;
   const double text_height = static_cast<double>(lines.size()) * figure.font.size * 1.25 + 10;
-  figure.box.width = std::max(110.0, text_width / (1 - insets.left - insets.right));
-  figure.box.height = std::max(44.0, text_height / (1 - insets.top - insets.bottom));
+  figure.box.width = Even(std::max(110.0, text_width / (1 - insets.left - insets.right)));
+  figure.box.height = Even(std::max(44.0, text_height / (1 - insets.top - insets.bottom)));
 }
 
 // Room for the lines at the sides of such a box.
 void FitToLines(Figure& figure, int above, int below, int loops) {
   constexpr double kBetween = 9;
   constexpr double kMost = 400;  // beyond, lines share their places
-  const double needed = kBetween * (std::max(above, below) + 1);
+  const double needed = Even(kBetween * (std::max(above, below) + 1));
   figure.box.width = std::max(figure.box.width, std::min(needed, kMost));
   if (loops > 0) {
     const double high = (kBetween + 1) * (2 * loops + 3);
@@ -104,7 +108,7 @@ void FitToLines(Figure& figure, int above, int below, int loops) {
 
 class Reader {
  public:
-  explicit Reader(vnDocument& document) : document_(document) {}
+  Reader(vnDocument& document, Places places) : document_(document), places_(places) {}
 
   Drawing Read() {
     out_.title = document_.Details()->Title();
@@ -126,14 +130,10 @@ class Reader {
  private:
   struct Link {
     Ref<vnLink> link;
+    size_t number;    // among the document's, from 1 on
     size_t from, to;  // places in out_.steps
     bool has_points;
     LineLabel label;
-  };
-  // What a layout gives a line.
-  struct Way {
-    std::vector<Point> points;
-    Box label;
   };
   struct Container {
     Text key;
@@ -178,11 +178,15 @@ class Reader {
         if (k > 1) out.jumps += u'\n';
         out.jumps += jump->DisplayName().empty() ? jump->FileName() : jump->DisplayName();
       }
-      unplaced_.push_back(IsUnplaced(*figure));
+      unplaced_.push_back(IsToPlace(*figure));
       usual_size_.push_back(figure->Width() == kUsualWidth && figure->Height() == kUsualHeight);
       place_of_.emplace(step->Key(), out_.steps.size());
       out_.steps.push_back(std::move(out));
     }
+  }
+
+  bool IsToPlace(const vnFigure& figure) const {
+    return places_ == Places::kAllAnew || IsUnplaced(figure);
   }
 
   void ReadLinks() {
@@ -195,14 +199,16 @@ class Reader {
       if (from == place_of_.end() || to == place_of_.end() || copy->Line()->Hidden()) continue;
       const auto line = copy->Line();
       const TextFont font = FontOf(*line->Font());
-      links_.push_back({link, from->second, to->second, HasCoordinates(*line),
+      const bool has_points = places_ == Places::kOfDocument && HasCoordinates(*line);
+      links_.push_back({link, static_cast<size_t>(i), from->second, to->second, has_points,
                         SetLineLabel(copy->Text(), font.size, font.bold)});
     }
   }
 
   // One step alone at the usual place is where it belongs; several are a pile.
   void PlaceSteps() {
-    if (std::count(unplaced_.begin(), unplaced_.end(), true) < 2 && out_.steps.size() > 1) {
+    if (places_ == Places::kOfDocument && out_.steps.size() > 1 &&
+        std::count(unplaced_.begin(), unplaced_.end(), true) < 2) {
       unplaced_.assign(unplaced_.size(), false);
     }
     LayOutPile();
@@ -234,24 +240,32 @@ class Reader {
                        links_[i].label.height});
       edge_links.push_back(i);
     }
-    const Layout layout = LayOutMembers(members, edges);
-    const auto moved = [&](Box box) {
-      box.left += origin.x;
-      box.top += origin.y;
-      return box;
+    const ChartLayout layout = LayOutMembers(members, edges);
+    // Whole pixels: the document can hold them as they are.
+    const auto moved = [&](Point point) {
+      return Point{std::round(point.x + origin.x), std::round(point.y + origin.y)};
     };
     for (size_t i = 0; i < members.size(); ++i) {
-      out_.steps[members[i]].box = moved(layout.boxes[i]);
+      Figure& figure = out_.steps[members[i]];
+      const Point corner = moved({layout.boxes[i].left, layout.boxes[i].top});
+      figure.box = {corner.x, corner.y, layout.boxes[i].width, layout.boxes[i].height};
+      figure.laid_out = true;
     }
     for (size_t i = 0; i < edges.size(); ++i) {
-      Way way{layout.lines[i], moved(layout.labels[i])};
-      for (Point& point : way.points) point = {point.x + origin.x, point.y + origin.y};
-      laid_out_.emplace(edge_links[i], std::move(way));
+      std::vector<Point> points = layout.lines[i];
+      std::transform(points.begin(), points.end(), points.begin(), moved);
+      laid_out_.emplace(edge_links[i], std::move(points));
     }
-    for (const auto& [key, group] : groups_) frames_.emplace(key, moved(layout.frames[group]));
+    for (const auto& [key, group] : groups_) {
+      const Box& frame = layout.frames[group];
+      const Point corner = moved({frame.left, frame.top});
+      const Point opposite = moved({frame.Right(), frame.Bottom()});
+      frames_.emplace(key, Box{corner.x, corner.y, opposite.x - corner.x, opposite.y - corner.y});
+    }
   }
 
-  Layout LayOutMembers(const std::vector<size_t>& members, const std::vector<LayoutEdge>& edges) {
+  ChartLayout LayOutMembers(const std::vector<size_t>& members,
+                            const std::vector<LayoutEdge>& edges) {
     std::vector<int> above(members.size()), below(members.size()), loops(members.size());
     for (const LayoutEdge& edge : edges) {
       if (edge.from == edge.to) {
@@ -308,6 +322,7 @@ class Reader {
     const Ref<vnLink> copy = CopyToRead(*link.link);
     const auto source = copy->Line();
     Line line = ReadLine(*source);
+    line.link = link.number;
     line.from = out_.steps[link.from].step;
     line.to = out_.steps[link.to].step;
     line.label = copy->Text();
@@ -357,9 +372,9 @@ class Reader {
   }
 
   // The layout knows boxes; a line ends where the shape does.
-  void SetLaidOutWay(Line& line, const Link& link, Way& way) const {
-    line.points = std::move(way.points);
-    line.label_box = way.label;
+  void SetLaidOutWay(Line& line, const Link& link, std::vector<Point>& points) const {
+    line.points = std::move(points);
+    line.laid_out = true;
     MeetShape(link.from, line.points[1], line.points.front());
     MeetShape(link.to, line.points[line.points.size() - 2], line.points.back());
   }
@@ -369,6 +384,7 @@ class Reader {
     const Side side = before.x == end.x ? (before.y < end.y ? Side::kTop : Side::kBottom)
                                         : (before.x < end.x ? Side::kLeft : Side::kRight);
     end = MeetBorder(*figure.outline, figure.box, figure.quarters, side, end);
+    end = {WholeTwips(end.x), WholeTwips(end.y)};
   }
 
   void SetOwnPoints(Line& line, const Link& link, const vnLine& source) const {
@@ -403,7 +419,8 @@ class Reader {
       if (figure->Hidden()) continue;
       Figure out = ReadFigure(*figure);
       out.label = container->Label();
-      containers_.push_back({container->Key(), std::move(out), IsUnplaced(*figure)});
+      out.container = static_cast<size_t>(i);
+      containers_.push_back({container->Key(), std::move(out), IsToPlace(*figure)});
     }
   }
 
@@ -422,6 +439,7 @@ class Reader {
     for (Container& container : containers_) {
       const auto members = around.find(container.key);
       if (container.unplaced && members != around.end()) {
+        container.figure.laid_out = true;
         const auto frame = frames_.find(container.key);
         container.figure.box =
             frame == frames_.end() ? members->second : Union(members->second, frame->second);
@@ -454,6 +472,7 @@ class Reader {
   }
 
   vnDocument& document_;
+  const Places places_;
   Drawing out_;
   bool show_numbers_ = false;
   Text number_separator_;
@@ -463,13 +482,13 @@ class Reader {
   std::vector<bool> usual_size_;
   std::vector<Link> links_;
   std::vector<Container> containers_;
-  std::unordered_map<Text, size_t> groups_;   // the layout's number of a container
-  std::unordered_map<Text, Box> frames_;      // that the layout gave
-  std::unordered_map<size_t, Way> laid_out_;  // by link
+  std::unordered_map<Text, size_t> groups_;                  // the layout's number of a container
+  std::unordered_map<Text, Box> frames_;                     // that the layout gave
+  std::unordered_map<size_t, std::vector<Point>> laid_out_;  // by link
 };
 
 }  // namespace
 
-Drawing ReadDrawing(vnDocument& document) { return Reader(document).Read(); }
+Drawing ReadDrawing(vnDocument& document, Places places) { return Reader(document, places).Read(); }
 
 }  // namespace vndoc6::drawing

@@ -52,7 +52,9 @@ struct Figure {
   std::vector<uint8_t> picture;
   int32_t picture_position = 9;
   int32_t z_order = 0;
-  Text jumps;  // where its jumps lead, one on a line
+  Text jumps;             // where its jumps lead, one on a line
+  size_t container = 0;   // of a container: its place among the document's, from 1 on
+  bool laid_out = false;  // its place is not the document's
 };
 
 // Arrow kinds: 0 none, 1 open, 2 a diamond, 4 a dot; any other a filled tip. Sizes: 0 middling,
@@ -63,6 +65,7 @@ struct Arrow {
 };
 
 struct Line {
+  size_t link = 0;  // its place among the document's links, from 1 on
   size_t from = 0;  // places among the steps, as in Figure
   size_t to = 0;
   Text label;
@@ -75,8 +78,9 @@ struct Line {
   int32_t text_segment = 0;  // the part that bears the label, from 1 on; 0 for the longest
   int32_t text_colour = 0;
   TextFont font;
-  bool opaque = true;  // the label covers the line
-  Box label_box;       // where the label stands; of no width without a label
+  bool opaque = true;     // the label covers the line
+  Box label_box;          // where the label stands; of no width without a label
+  bool laid_out = false;  // its points are not the document's
   int32_t z_order = 0;
 };
 
@@ -99,9 +103,11 @@ struct Drawing {
   std::vector<Figure> steps;
 };
 
+enum class Places { kOfDocument, kAllAnew };
+
 // Steps that were never given a place, when there are several, are laid out below those that were.
 // Lines without coordinates are given a way. Hidden figures and lines are left out, and so are
-// lines that join no two drawn steps.
-Drawing ReadDrawing(vnDocument& document);
+// lines that join no two drawn steps. With kAllAnew no place and no point of the document counts.
+Drawing ReadDrawing(vnDocument& document, Places places = Places::kOfDocument);
 
 }  // namespace vndoc6::drawing

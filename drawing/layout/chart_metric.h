@@ -26,7 +26,7 @@ inline bool Overlap(const Box& a, const Box& b, double by = 0.5) {
 
 class ChartMeasurer {
  public:
-  ChartMeasurer(const Layout& layout, const std::vector<LayoutEdge>& edges)
+  ChartMeasurer(const ChartLayout& layout, const std::vector<LayoutEdge>& edges)
       : layout_(layout), edges_(edges) {
     for (size_t i = 0; i < layout.lines.size(); ++i) {
       const auto& points = layout.lines[i];
@@ -104,7 +104,7 @@ class ChartMeasurer {
     return false;
   }
 
-  const Layout& layout_;
+  const ChartLayout& layout_;
   const std::vector<LayoutEdge>& edges_;
   std::vector<Part> parts_;
   ChartMetric out_;

@@ -60,8 +60,8 @@ void PlaceAcross(const LayeredGraph& graph, const std::vector<LayoutBox>& boxes,
 }
 
 // What lines or a group join.
-Layout LayOutPart(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
-                  const std::vector<size_t>& groups, const std::vector<double>& title_widths) {
+ChartLayout LayOutPart(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
+                       const std::vector<size_t>& groups, const std::vector<double>& title_widths) {
   LayeredGraph graph = MakeLayers(boxes, edges, groups, title_widths);
   FindMainPaths(graph);
   const Effort effort = EffortFor(graph.cells.size());
@@ -99,9 +99,9 @@ class Whole {
     out_.frames.resize(group_count);
   }
 
-  Layout LayOut() {
+  ChartLayout LayOut() {
     FindParts();
-    std::vector<Layout> layouts;
+    std::vector<ChartLayout> layouts;
     std::vector<Box> places;
     for (const Part& part : parts_) {
       layouts.push_back(
@@ -169,7 +169,7 @@ class Whole {
     return numbers[group];
   }
 
-  void Take(const Part& part, Layout& layout, const Box& place) {
+  void Take(const Part& part, ChartLayout& layout, const Box& place) {
     const auto moved = [&](Box box) {
       box.left += place.left;
       box.top += place.top;
@@ -198,13 +198,13 @@ class Whole {
   const std::vector<double>& title_widths_;
   std::vector<size_t> leader_;
   std::vector<Part> parts_;
-  Layout out_;
+  ChartLayout out_;
 };
 
 }  // namespace
 
-Layout LayOut(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
-              const std::vector<size_t>& groups, const std::vector<double>& title_widths) {
+ChartLayout LayOut(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
+                   const std::vector<size_t>& groups, const std::vector<double>& title_widths) {
   return Whole(boxes, edges, groups, title_widths).LayOut();
 }
 

@@ -23,7 +23,7 @@ struct LayoutEdge {
   double label_height = 0;
 };
 
-struct Layout {
+struct ChartLayout {
   std::vector<Box> boxes;  // all coordinates from 0 upwards
   // For each edge all its points, the ends on the sides of the boxes included.
   std::vector<std::vector<Point>> lines;
@@ -38,8 +38,9 @@ struct Layout {
 //
 // No line runs through a box or a label; no label lies on anything but its own line. The same input
 // gives the same layout. The order of the boxes decides where nothing else does.
-Layout LayOut(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
-              const std::vector<size_t>& groups = {}, const std::vector<double>& title_widths = {});
+ChartLayout LayOut(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
+                   const std::vector<size_t>& groups = {},
+                   const std::vector<double>& title_widths = {});
 
 // So far the frame around a group reaches beyond its boxes, and farther above them.
 constexpr double kFrameMargin = 14;

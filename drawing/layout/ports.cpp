@@ -197,6 +197,8 @@ class PortChooser {
     } else {
       end = &At(graph_.up[number].front());
       left = end->upper_side < 0 || end->upper_port < 0;
+      // Beside the main path where it pushes fewer others away.
+      if (end->upper_port == 0) left = 2 * cell.order < graph_.layers[cell.layer].size() - 1;
     }
     const double room = kLabelGap + edges_[cell.owner].label_width + kLabelMargin;
     cell.left = left ? room : 0;

@@ -36,7 +36,7 @@ class Drawer {
     out_.frames.resize(graph.groups.size());
   }
 
-  Layout Make() {
+  ChartLayout Make() {
     PlaceLanes();
     FindTracks();
     PlaceLayers();
@@ -374,13 +374,13 @@ class Drawer {
   std::vector<Channel> channels_;  // below each layer
   std::vector<size_t> run_of_;     // of each segment in its channel; none when it is straight
   std::vector<double> heights_, top_, bottom_;
-  Layout out_;
+  ChartLayout out_;
 };
 
 }  // namespace
 
-Layout Draw(LayeredGraph& graph, const std::vector<LayoutBox>& boxes,
-            const std::vector<LayoutEdge>& edges) {
+ChartLayout Draw(LayeredGraph& graph, const std::vector<LayoutBox>& boxes,
+                 const std::vector<LayoutEdge>& edges) {
   return Drawer(graph, boxes, edges).Make();
 }
 

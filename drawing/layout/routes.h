@@ -6,7 +6,7 @@
 namespace vndoc6::drawing {
 
 // The whole drawing of a graph whose cells have their places across.
-Layout Draw(LayeredGraph& graph, const std::vector<LayoutBox>& boxes,
-            const std::vector<LayoutEdge>& edges);
+ChartLayout Draw(LayeredGraph& graph, const std::vector<LayoutBox>& boxes,
+                 const std::vector<LayoutEdge>& edges);
 
 }  // namespace vndoc6::drawing

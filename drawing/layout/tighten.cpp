@@ -15,6 +15,7 @@ constexpr double kSame = 0.01;
 constexpr double kBendCost = 24;
 constexpr double kJogCost = 400;
 constexpr size_t kMostTogether = 400;  // blocks that are pushed at once
+constexpr size_t kWorkPerPull = 400;   // after which the best so far has to do
 constexpr size_t kMostWork = 2'000;    // to weigh what would move as one
 
 double SegmentCost(double skew) {
@@ -43,7 +44,7 @@ class Blocks {
                          [&](size_t a, size_t b) { return right ? x_[a] > x_[b] : x_[a] < x_[b]; });
         for (const size_t block : order) moved |= MoveTowards(block, right);
       }
-      if (!moved) break;
+      if (!moved || work_ > kWorkPerPull * (pulls_.size() + 1'000)) break;
     }
     Store();
   }
@@ -170,9 +171,11 @@ class Blocks {
     together_.assign(1, block);
     mark_[block] = marks_;
     size_t work = 0;
-    for (size_t i = 0; i < together_.size(); ++i) {
+    for (size_t i = 0; i < together_.size(); ++i, ++work_) {
       const auto& neighbours = (right ? right_ : left_)[together_[i]];
-      work += neighbours.size() + pulls_of_[together_[i]].size();
+      const size_t here = neighbours.size() + pulls_of_[together_[i]].size();
+      work += here;
+      work_ += here;
       if (work > kMostWork && together_.size() > 1) return false;
       for (const Neighbour& next : neighbours) {
         if (mark_[next.block] == marks_ || Slack(together_[i], next, right) >= kSame) continue;
@@ -301,6 +304,7 @@ class Blocks {
   std::vector<std::vector<size_t>> pulls_of_;
   std::vector<size_t> mark_;
   size_t marks_ = 0;
+  size_t work_ = 0;
   std::vector<size_t> together_;
   std::vector<std::pair<size_t, double>> pushed_;
   std::vector<size_t> place_of_;  // of a block among those pushed

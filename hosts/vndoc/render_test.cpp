@@ -72,6 +72,24 @@ TEST_F(RenderTest, WritesAPictureAndAPage) {
   EXPECT_THAT(Bytes(target_), StartsWith("<!DOCTYPE html>"));
 }
 
+TEST_F(RenderTest, ALaidOutDocumentIsDrawnAsBefore) {
+  const std::string outline = folder_ + "/outline.txt";
+  std::ofstream(outline) << "Ask\nFine? [Decision]\n  no -> Ask\n  yes -> Do\nDo\n  -> Fine?\n";
+  ASSERT_EQ(RunWith({"new", file_.c_str(), "--force", "--from", outline.c_str()}), kDone)
+      << err_.str();
+  ASSERT_EQ(RunWith({"render", file_.c_str(), "-o", "-"}), kDone);
+  const std::string before = out_.str();
+  EXPECT_EQ(RunWith({"layout", file_.c_str()}), kDone) << err_.str();
+  EXPECT_EQ(out_.str(), "Placed 3 steps, 4 links and 1 container.\n");
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", "-"}), kDone);
+  EXPECT_EQ(out_.str(), before);
+  EXPECT_EQ(RunWith({"layout", file_.c_str()}), kDone);
+  EXPECT_EQ(out_.str(), "Every step has a place; nothing was moved.\n");
+  EXPECT_EQ(RunWith({"layout", file_.c_str(), "--all"}), kDone);
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", "-"}), kDone);
+  EXPECT_EQ(out_.str(), before);
+}
+
 TEST_F(RenderTest, AMissingConverterIsNamedAndNothingIsWritten) {
   EXPECT_EQ(RenderPng(), kFailed);
   EXPECT_THAT(err_.str(), HasSubstr("rsvg-convert is missing"));

@@ -3,8 +3,10 @@
 // fonts are looked up, widths of letters are estimated, on the wide side.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vndoc6 {
 class vnDocument;
@@ -26,6 +28,24 @@ struct HtmlOptions {};
 
 // The report: the document as one page of HTML that needs nothing else, in UTF-8.
 std::string Html(vnDocument& document, const HtmlOptions& options = {});
+
+struct LayoutOptions {
+  // Steps that have a place, and lines that have points, get new ones as well.
+  bool all = false;
+};
+
+// What a layout has placed: the numbers of steps, links and containers among the document's own,
+// from 1 on, ascending.
+struct LaidOut {
+  std::vector<size_t> steps;
+  std::vector<size_t> links;
+  std::vector<size_t> containers;
+};
+
+// Writes the places and the lines' points that Svg would draw into the document: those of steps and
+// containers without a place, and of the lines between such steps. From then on it draws the same,
+// here and in any editor. The document reports each change and is not saved.
+LaidOut Layout(vnDocument& document, const LayoutOptions& options = {});
 
 struct Font {
   double size = 12;  // pixels
