@@ -145,7 +145,9 @@ class SvgWriter {
     const Box& extent = drawing_.extent;
     if (!in_page_) out_ += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     out_ += "<svg xmlns=\"http://www.w3.org/2000/svg\"";
-    out_ += Attribute("width", extent.width) + Attribute("height", extent.height);
+    const double scale =
+        options_.width > 0 && extent.width > 0 ? options_.width / extent.width : options_.scale;
+    out_ += Attribute("width", extent.width * scale) + Attribute("height", extent.height * scale);
     out_ += Attribute("viewBox", Number(extent.left) + " " + Number(extent.top) + " " +
                                      Number(extent.width) + " " + Number(extent.height));
     out_ += Attribute("role", in_page_ ? "group" : "img");

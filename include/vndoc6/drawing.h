@@ -17,6 +17,8 @@ namespace vndoc6::drawing {
 struct SvgOptions {
   bool grid = false;          // the chart's grid
   bool page_margins = false;  // where the chart's pages end
+  double scale = 1;           // of the picture's size
+  double width = 0;           // the picture's width in pixels; 0 leaves it to the scale
 };
 
 // The chart as a whole SVG document, in UTF-8. Steps that were never given a place, when there are
