@@ -25,6 +25,7 @@ check_format() {
 test_gcc() {
   check "GCC build" build release || return
   check_cases "native tests" limited build/native/vndoc6_tests
+  check_cases "drawing tests" limited build/native/vndoc6_drawing_tests
   check_cases "command-line host tests" limited build/native/vndoc_tests
   check_cases "tests without memory" limited build/native/vndoc6_memory_tests
   check "published contract" build/native/vndoc6_idl --check idl/VNDoc6.idl
@@ -115,6 +116,7 @@ test_sanitizers() {
   check "sanitizers build" build sanitizers || return
   check_cases "native tests under sanitizers" limited build/sanitizers/vndoc6_tests
   check_cases "tests without memory under sanitizers" limited build/sanitizers/vndoc6_memory_tests
+  check_cases "drawing tests under sanitizers" limited build/sanitizers/vndoc6_drawing_tests
   check_cases "command-line host tests under sanitizers" limited build/sanitizers/vndoc_tests
   for program in fuzz/*_fuzz.cpp; do
     if [[ ! -e $program ]]; then break; fi

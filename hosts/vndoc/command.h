@@ -81,6 +81,7 @@ void AddCompletion(CLI::App& app, Context& context);
 void AddDiff(CLI::App& app, Context& context);
 void AddEdit(CLI::App& app, Context& context);
 void AddFromJson(CLI::App& app, Context& context);
+void AddLayout(CLI::App& app, Context& context);
 void AddManualPage(CLI::App& app, Context& context);
 void AddMembers(CLI::App& app, Context& context);
 void AddNew(CLI::App& app, Context& context);

@@ -1,12 +1,12 @@
-// The program that turns SVG into PNG, where there is one.
+// The program that turns SVG into PNG and PDF, where there is one.
 #pragma once
 
 #include <string>
 
 namespace vndoc {
 
-// The PNG file of an SVG document, at twice its size for clear print. Throws Failure when no
-// converter is installed, or when it fails.
-std::string PngOfSvg(const std::string& svg);
+// The file of a kind ("png", "pdf") that shows an SVG document at its own size. Throws Failure when
+// no converter is installed, or when it fails, with the reason that it gives.
+std::string ConvertSvg(const std::string& svg, const std::string& kind);
 
 }  // namespace vndoc

@@ -1,10 +1,9 @@
-// Copies of steps and links to read from. Reading builds what a document keeps as text; of a copy
-// that goes again, so that a large document can be read step by step in little more than its own
-// memory.
+// Visiting copies of steps and links, for what drawing/copies.h says.
 #pragma once
 
 #include "command.h"
 #include "content/walk.h"
+#include "drawing/copies.h"
 #include "objects.h"
 #include "process/link.h"
 #include "process/steps.h"
@@ -14,8 +13,7 @@ namespace vndoc {
 using vndoc6::vnLink;
 using vndoc6::vnStep;
 
-Ref<vnStep> CopyToRead(vnStep& step);
-Ref<vnLink> CopyToRead(vnLink& link);
+using vndoc6::drawing::CopyToRead;
 
 // Visits copies of a document's steps and links in their place.
 class FrugalVisitor : public vndoc6::ContentVisitor {

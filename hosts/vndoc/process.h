@@ -11,10 +11,11 @@ namespace vndoc {
 struct Ended {
   int status;          // 0 for success, as a rule
   std::string output;  // what it wrote to its standard output
+  std::string errors;  // what it wrote to its standard error
 };
 
-// Runs a program of the search path and waits for its end. What it writes to its standard error is
-// dropped. Nothing when there is no such program. Throws Failure when it can't be run.
+// Runs a program of the search path and waits for its end. Nothing when there is no such program.
+// Throws Failure when it can't be run.
 std::optional<Ended> RunProgram(const std::string& name, const std::vector<std::string>& arguments,
                                 std::string_view input);
 

@@ -59,11 +59,11 @@ class NamelessFile {
 // How the program is to find its world.
 class SpawnSettings {
  public:
-  SpawnSettings(int input, int output) {
+  SpawnSettings(int input, int output, int errors) {
     posix_spawn_file_actions_init(&files_);
     posix_spawn_file_actions_adddup2(&files_, input, STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&files_, output, STDOUT_FILENO);
-    posix_spawn_file_actions_addopen(&files_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&files_, errors, STDERR_FILENO);
     posix_spawnattr_init(&attributes_);
     // Signals that this program ignores mean to others what they usually do.
     sigset_t usual;
@@ -103,6 +103,7 @@ std::optional<Ended> RunProgram(const std::string& name, const std::vector<std::
                                 std::string_view input) {
   NamelessFile in;
   NamelessFile out;
+  NamelessFile errors;
   in.Write(input);
   std::vector<std::string> words = {name};
   words.insert(words.end(), arguments.begin(), arguments.end());
@@ -110,14 +111,14 @@ std::optional<Ended> RunProgram(const std::string& name, const std::vector<std::
   argv.reserve(words.size() + 1);
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
-  const SpawnSettings settings(in.descriptor(), out.descriptor());
+  const SpawnSettings settings(in.descriptor(), out.descriptor(), errors.descriptor());
   pid_t process = 0;
   const int error = posix_spawnp(&process, name.c_str(), settings.files(), settings.attributes(),
                                  argv.data(), environ);
   if (error == ENOENT) return std::nullopt;
   if (error != 0) Fail(name, error);
   const int status = WaitFor(process);
-  return Ended{status, out.Read()};
+  return Ended{status, out.Read(), errors.Read()};
 }
 
 }  // namespace vndoc

@@ -17,7 +17,9 @@ TEST(RunProgram, GivesArgumentsAndInputAsTheyAre) {
 }
 
 TEST(RunProgram, TellsHowAProgramEnded) {
-  EXPECT_EQ(RunProgram("sh", {"-c", "echo lost >&2; exit 3"}, "")->status, 3);
+  const auto failed = RunProgram("sh", {"-c", "echo why >&2; exit 3"}, "");
+  EXPECT_EQ(failed->status, 3);
+  EXPECT_EQ(failed->errors, "why\n");
   EXPECT_EQ(RunProgram("sh", {"-c", "kill -9 $$"}, "")->status, 128 + 9);
   EXPECT_FALSE(RunProgram("there is no such program", {}, ""));
 }

@@ -103,14 +103,14 @@ std::optional<Ended> RunProgram(const std::string& name, const std::vector<std::
   for (const std::string& argument : arguments) command_line += L' ' + Quoted(Wide(argument));
   const Handle in = TemporaryFile();
   const Handle out = TemporaryFile();
-  const Handle nowhere = OpenInheritable(L"NUL", GENERIC_WRITE, OPEN_EXISTING, 0);
+  const Handle errors = TemporaryFile();
   Write(in.get(), input);
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;
   startup.hStdInput = in.get();
   startup.hStdOutput = out.get();
-  startup.hStdError = nowhere.get();
+  startup.hStdError = errors.get();
   PROCESS_INFORMATION started{};
   if (CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
                      nullptr, nullptr, &startup, &started) == 0) {
@@ -121,7 +121,7 @@ std::optional<Ended> RunProgram(const std::string& name, const std::vector<std::
   WaitForSingleObject(process.get(), INFINITE);
   DWORD status = 1;
   GetExitCodeProcess(process.get(), &status);
-  return Ended{static_cast<int>(status), Read(out.get())};
+  return Ended{static_cast<int>(status), Read(out.get()), Read(errors.get())};
 }
 
 }  // namespace vndoc

@@ -46,7 +46,7 @@ class RenderTest : public testing::Test {
     const char* const path = std::getenv("PATH");
     const std::string kept = path != nullptr ? path : "";
     setenv("PATH", folder_.c_str(), 1);
-    const int status = RunWith({"render", file_.c_str(), "--png", "-o", target_.c_str()});
+    const int status = RunWith({"render", file_.c_str(), "-o", picture_.c_str()});
     setenv("PATH", kept.c_str(), 1);
     return status;
   }
@@ -59,6 +59,7 @@ class RenderTest : public testing::Test {
   std::string folder_ = testing::TempDir() + "vndoc $(exit) \"render'";
   std::string file_ = folder_ + "/document.vn6";
   std::string target_ = folder_ + "/target";
+  std::string picture_ = folder_ + "/target.png";
   std::istringstream in_;
   std::ostringstream out_, err_;
 };
@@ -72,20 +73,50 @@ TEST_F(RenderTest, WritesAPictureAndAPage) {
   EXPECT_THAT(Bytes(target_), StartsWith("<!DOCTYPE html>"));
 }
 
+TEST_F(RenderTest, ALaidOutDocumentIsDrawnAsBefore) {
+  const std::string outline = folder_ + "/outline.txt";
+  std::ofstream(outline) << "Ask\nFine? [Decision]\n  no -> Ask\n  yes -> Do\nDo\n  -> Fine?\n";
+  ASSERT_EQ(RunWith({"new", file_.c_str(), "--force", "--from", outline.c_str()}), kDone)
+      << err_.str();
+  ASSERT_EQ(RunWith({"render", file_.c_str(), "-o", "-"}), kDone);
+  const std::string before = out_.str();
+  EXPECT_EQ(RunWith({"layout", file_.c_str()}), kDone) << err_.str();
+  EXPECT_EQ(out_.str(), "Placed 3 steps, 4 links and 1 container.\n");
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", "-"}), kDone);
+  EXPECT_EQ(out_.str(), before);
+  EXPECT_EQ(RunWith({"layout", file_.c_str()}), kDone);
+  EXPECT_EQ(out_.str(), "Every step has a place; nothing was moved.\n");
+  EXPECT_EQ(RunWith({"layout", file_.c_str(), "--all"}), kDone);
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", "-"}), kDone);
+  EXPECT_EQ(out_.str(), before);
+}
+
 TEST_F(RenderTest, AMissingConverterIsNamedAndNothingIsWritten) {
   EXPECT_EQ(RenderPng(), kFailed);
   EXPECT_THAT(err_.str(), HasSubstr("rsvg-convert is missing"));
-  EXPECT_FALSE(std::filesystem::exists(target_));
+  EXPECT_FALSE(std::filesystem::exists(picture_));
 }
 
 TEST_F(RenderTest, TheConverterGetsThePictureAndGivesTheFile) {
-  MakeConverter("read first; printf '%s as \\211PNG' \"$first\"");
+  MakeConverter("read first; printf '%s as \\211PNG, %s' \"$first\" \"$2\"");
   EXPECT_EQ(RenderPng(), kDone) << err_.str();
-  EXPECT_EQ(Bytes(target_), "<?xml version=\"1.0\" encoding=\"UTF-8\"?> as \211PNG");
-  MakeConverter("echo half; exit 1");
+  EXPECT_EQ(Bytes(picture_), "<?xml version=\"1.0\" encoding=\"UTF-8\"?> as \211PNG, --format=png");
+  MakeConverter("echo half; echo 'too large' >&2; exit 1");
   EXPECT_EQ(RenderPng(), kFailed);
-  EXPECT_EQ(err_.str(), "vndoc: rsvg-convert can't convert this chart\n");
-  EXPECT_THAT(Bytes(target_), StartsWith("<?xml")) << "as it was";
+  EXPECT_EQ(err_.str(), "vndoc: rsvg-convert can't convert this chart: too large\n");
+  EXPECT_THAT(Bytes(picture_), StartsWith("<?xml")) << "as it was";
+}
+
+TEST_F(RenderTest, ThePictureIsOfTheKindThatItsNameSays) {
+  const std::string other = folder_ + "/target.jpg";
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", other.c_str()}), kFailed);
+  EXPECT_THAT(err_.str(), HasSubstr("target.jpg: a picture is .svg, .png or .pdf"));
+  EXPECT_FALSE(std::filesystem::exists(other));
+  const std::string svg = folder_ + "/target.SVG";
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", svg.c_str(), "--png"}), kFailed);
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", svg.c_str(), "--width", "640"}), kDone);
+  EXPECT_THAT(Bytes(svg), HasSubstr(" width=\"640\" "));
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", svg.c_str(), "--scale", "0"}), kFailed);
 }
 
 TEST_F(RenderTest, WhatCannotBeReadLeavesTheTargetAlone) {

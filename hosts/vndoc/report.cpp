@@ -2,7 +2,7 @@
 #include <memory>
 
 #include "command.h"
-#include "page.h"
+#include "vndoc6/drawing.h"
 
 namespace vndoc {
 
@@ -18,7 +18,7 @@ void AddReport(CLI::App& app, Context& context) {
       ->required();
   command->callback([options, &context] {
     const auto document = Load(context, options->file);
-    WriteBytes(context, options->output, WritePage(*document));
+    WriteBytes(context, options->output, vndoc6::drawing::Html(*document));
   });
 }
 

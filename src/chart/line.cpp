@@ -47,7 +47,7 @@ int32_t PointNumber(std::string_view digits) {
 
 // Their count alone is no measure: a file may say what it likes.
 std::vector<int32_t> vnLine::PointNumbers(const automation::Object& line) {
-  return static_cast<const vnLine&>(line).InternalPointNumbers();
+  return static_cast<const vnLine&>(line).ExtraPointNumbers();
 }
 
 struct vnLine::Schema {
@@ -274,7 +274,7 @@ void vnLine::LoadFont(bag::BagReader& reader) {
 
 void vnLine::WritePoints(bag::BagWriter& writer) const {
   writer.Add("EPC", ExtraPointCount());
-  for (const int32_t index : InternalPointNumbers()) {
+  for (const int32_t index : ExtraPointNumbers()) {
     const std::string number = std::to_string(index);
     const Point& point = PointAt(index);
     writer.Add(std::string(kPointX) + number, point.x);
@@ -282,7 +282,7 @@ void vnLine::WritePoints(bag::BagWriter& writer) const {
   }
 }
 
-std::vector<int32_t> vnLine::InternalPointNumbers() const {
+std::vector<int32_t> vnLine::ExtraPointNumbers() const {
   std::vector<int32_t> numbers(static_cast<size_t>(std::min(point_count_, kSavedUnset)));
   std::iota(numbers.begin(), numbers.end(), 1);
   for (auto set = points_.upper_bound(kSavedUnset); set != points_.end(); ++set) {

@@ -206,15 +206,16 @@ class vnLine : public Member {
     update_extra_points_ = pbUpdateExtraPoints;
   }
 
+  // For C++ hosts: the points that there is something to see of, in ascending order: all up to the
+  // thousandth, and those behind that a text or a host has set. The others are (0, 0). A line takes
+  // memory and a saved text for these only, whatever its count says.
+  std::vector<int32_t> ExtraPointNumbers() const;
+
   // --- Inside the library; hosts have no use for these. ---
   // Error 91 when the line was never loaded nor its font read.
   void InternalWrite(bag::BagWriter& writer);
   // Reports nothing.
   void InternalLoad(const bag::KeptText& text);
-  // The points that a walk over the line visits, in ascending order: all up to the thousandth, and
-  // those behind that a text or a host has set. The others are (0, 0). A line takes memory and a
-  // saved text for these only, whatever its count says.
-  std::vector<int32_t> InternalPointNumbers() const;
   // Takes over every saved value, with an equal font object of its own. Document and link stay.
   // Reports nothing.
   void InternalCopyFrom(const vnLine& other);

@@ -1,9 +1,10 @@
-// Makes a document with one step, saves it, loads it into another and compares.
+// Makes a document with one step, saves it, loads it into another, compares and draws.
 #include <cstdio>
 
 #include "document/document.h"
 #include "process/step.h"
 #include "process/steps.h"
+#include "vndoc6/drawing.h"
 
 using vndoc6::vnDocument;
 using vndoc6::automation::Make;
@@ -17,5 +18,6 @@ int main() {
   const Ref<vnDocument> read = Make<vnDocument>();
   if (!read->LoadDoc(u"consumer.vn6", {}) || read->Steps()->Count() != 1) return 2;
   if (read->Steps()->Item(1)->Label() != u"Check the invoice") return 3;
+  if (vndoc6::drawing::Svg(*read).find("Check the") == std::string::npos) return 4;
   std::puts("1 step saved and loaded");
 }

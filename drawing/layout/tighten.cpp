@@ -1,0 +1,469 @@
+#include "tighten.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+#include "coordinates.h"
+#include "ports.h"
+
+namespace vndoc6::drawing {
+namespace {
+
+constexpr double kSame = 0.01;
+constexpr double kBendCost = 24;
+constexpr double kJogCost = 400;
+constexpr size_t kMostTogether = 400;  // blocks that are pushed at once
+constexpr size_t kWorkPerPull = 400;   // after which the best so far has to do
+constexpr size_t kMostWork = 2'000;    // to weigh what would move as one
+
+double SegmentCost(double skew) {
+  const double length = std::abs(skew);
+  if (length < kSame) return 0;
+  return length + (length < kShortest ? kJogCost : kBendCost);
+}
+
+// Cells joined by straight lines, and how blocks stand beside each other.
+class Blocks {
+ public:
+  explicit Blocks(LayeredGraph& graph) : graph_(graph) {
+    Unite();
+    Number();
+    FindNeighbours();
+    FindPulls();
+  }
+
+  void Tighten(int rounds) {
+    std::vector<size_t> order(x_.size());
+    std::iota(order.begin(), order.end(), size_t{0});
+    for (int round = 0; round < rounds; ++round) {
+      bool moved = false;
+      for (const bool right : {true, false}) {
+        std::stable_sort(order.begin(), order.end(),
+                         [&](size_t a, size_t b) { return right ? x_[a] > x_[b] : x_[a] < x_[b]; });
+        for (const size_t block : order) moved |= MoveTowards(block, right);
+      }
+      if (!moved || work_ > kWorkPerPull * (pulls_.size() + 1'000)) break;
+    }
+    Store();
+  }
+
+  void AvoidJogs() {
+    for (int round = 0; round < 4; ++round) {
+      bool found = false;
+      for (size_t i = 0; i < pulls_.size(); ++i) {
+        if (!pulls_[i].frame && IsJog(pulls_[i])) found |= AvoidJog(pulls_[i]);
+      }
+      if (!found) break;
+    }
+    Store();
+  }
+
+ private:
+  struct Neighbour {
+    size_t block;
+    double distance;
+  };
+  // A line between two blocks, or a frame's two sides, which had better be near each other.
+  struct Pull {
+    size_t from, to;
+    double offset;  // the skew is x[to] - x[from] + offset
+    bool frame;
+  };
+
+  size_t Find(size_t cell) {
+    while (leader_[cell] != cell) cell = leader_[cell] = leader_[leader_[cell]];
+    return cell;
+  }
+
+  void Unite() {
+    leader_.resize(graph_.cells.size());
+    std::iota(leader_.begin(), leader_.end(), size_t{0});
+    for (const Segment& segment : graph_.segments) {
+      if (!graph_.IsFar(segment) && Skew(graph_, segment) == 0) {
+        leader_[Find(segment.lower)] = Find(segment.upper);
+      }
+    }
+  }
+
+  void Number() {
+    block_.assign(graph_.cells.size(), kNone);
+    for (size_t cell = 0; cell < block_.size(); ++cell) {
+      const size_t leader = Find(cell);
+      if (block_[leader] == kNone) {
+        block_[leader] = x_.size();
+        x_.push_back(graph_.cells[leader].x);
+      }
+      block_[cell] = block_[leader];
+    }
+    offset_.resize(block_.size());
+    for (size_t cell = 0; cell < block_.size(); ++cell) {
+      offset_[cell] = graph_.cells[cell].x - x_[block_[cell]];
+    }
+  }
+
+  void FindNeighbours() {
+    left_.resize(x_.size());
+    right_.resize(x_.size());
+    const auto add = [this](size_t a, size_t b, double distance) {
+      const double between = distance + offset_[a] - offset_[b];
+      if (block_[a] == block_[b]) return;
+      right_[block_[a]].push_back({block_[b], between});
+      left_[block_[b]].push_back({block_[a], between});
+    };
+    for (const auto& layer : graph_.layers) {
+      for (size_t i = 1; i < layer.size(); ++i) {
+        add(layer[i - 1], layer[i], Distance(graph_.cells[layer[i - 1]], graph_.cells[layer[i]]));
+      }
+    }
+    const auto sides = graph_.FrameSides();
+    for (size_t group = 1; group < sides.size(); ++group) {
+      const auto [left, right] = sides[group];
+      if (left == kNone) continue;
+      add(left, right, graph_.TitleWidth(group));
+      AddPull(left, right, 0, true);
+    }
+  }
+
+  void AddPull(size_t a, size_t b, double skew_offset, bool frame) {
+    pulls_.push_back({block_[a], block_[b], offset_[b] - offset_[a] + skew_offset, frame});
+  }
+
+  void FindPulls() {
+    for (const Segment& segment : graph_.segments) {
+      if (segment.IsFrame() || graph_.IsFar(segment)) continue;
+      if (block_[segment.upper] == block_[segment.lower]) continue;
+      AddPull(segment.upper, segment.lower, segment.lower_port - segment.upper_port, false);
+    }
+    pulls_of_.resize(x_.size());
+    for (size_t i = 0; i < pulls_.size(); ++i) {
+      pulls_of_[pulls_[i].from].push_back(i);
+      pulls_of_[pulls_[i].to].push_back(i);
+    }
+    mark_.resize(x_.size());
+  }
+
+  double SkewOf(const Pull& pull) const { return x_[pull.to] - x_[pull.from] + pull.offset; }
+  bool IsJog(const Pull& pull) const {
+    const double length = std::abs(SkewOf(pull));
+    return length >= kSame && length < kShortest - kSame;
+  }
+
+  // Moves a block and what touches it on that side, as long as lines get shorter.
+  bool MoveTowards(size_t block, bool right) {
+    bool moved = false;
+    for (int step = 0; step < 6; ++step) {
+      if (!FindTouching(block, right)) break;
+      double change = 0;
+      double most = std::numeric_limits<double>::max();
+      for (const size_t member : together_) Weigh(member, right, change, most);
+      if (change >= 0 || most < kSame || most == std::numeric_limits<double>::max()) break;
+      for (const size_t member : together_) x_[member] += right ? most : -most;
+      moved = true;
+    }
+    return moved;
+  }
+
+  // False when so much touches the block that weighing it all would take too long.
+  bool FindTouching(size_t block, bool right) {
+    ++marks_;
+    together_.assign(1, block);
+    mark_[block] = marks_;
+    size_t work = 0;
+    for (size_t i = 0; i < together_.size(); ++i, ++work_) {
+      const auto& neighbours = (right ? right_ : left_)[together_[i]];
+      const size_t here = neighbours.size() + pulls_of_[together_[i]].size();
+      work += here;
+      work_ += here;
+      if (work > kMostWork && together_.size() > 1) return false;
+      for (const Neighbour& next : neighbours) {
+        if (mark_[next.block] == marks_ || Slack(together_[i], next, right) >= kSame) continue;
+        mark_[next.block] = marks_;
+        together_.push_back(next.block);
+      }
+    }
+    return true;
+  }
+
+  double Slack(size_t block, const Neighbour& next, bool right) const {
+    return (right ? x_[next.block] - x_[block] : x_[block] - x_[next.block]) - next.distance;
+  }
+
+  // How lengths change when the marked blocks move, for one of them, and how far they may.
+  void Weigh(size_t block, bool right, double& change, double& most) const {
+    for (const Neighbour& next : (right ? right_ : left_)[block]) {
+      if (mark_[next.block] != marks_) most = std::min(most, Slack(block, next, right));
+    }
+    for (const size_t number : pulls_of_[block]) {
+      const Pull& pull = pulls_[number];
+      const bool is_to = pull.to == block;
+      if (mark_[is_to ? pull.from : pull.to] == marks_) continue;
+      double ahead = is_to ? -SkewOf(pull) : SkewOf(pull);
+      if (!right) ahead = -ahead;
+      change += ahead > kSame ? -1 : 1;
+      if (ahead > kSame) most = std::min(most, ahead);
+    }
+  }
+
+  // Of the ways to make a nearly straight line straight, or less so, the cheapest.
+  bool AvoidJog(const Pull& pull) {
+    const double skew = SkewOf(pull);
+    const double away = (skew > 0 ? kShortest : -kShortest) - skew;
+    const double across = (skew > 0 ? -kShortest : kShortest) - skew;
+    double best = 0;
+    std::vector<std::pair<size_t, double>> best_move;
+    for (const double change : {-skew, away, across}) {
+      for (const bool move_to : {true, false}) {
+        Push(move_to ? pull.to : pull.from, move_to ? change : -change);
+        const double cost = PushCost();
+        if (cost >= best) continue;
+        best = cost;
+        best_move = pushed_;
+      }
+    }
+    for (const auto& [block, move] : best_move) x_[block] += move;
+    return !best_move.empty();
+  }
+
+  // A block by so much, and others out of its way.
+  void Push(size_t block, double distance) {
+    const bool right = distance > 0;
+    ++marks_;
+    pushed_.assign(1, {block, distance});
+    place_of_.resize(x_.size());
+    mark_[block] = marks_;
+    place_of_[block] = 0;
+    for (size_t i = 0; i < pushed_.size() && pushed_.size() < kMostTogether; ++i) {
+      const auto [from, move] = pushed_[i];
+      for (const Neighbour& next : (right ? right_ : left_)[from]) {
+        const double needed = std::abs(move) - Slack(from, next, right);
+        if (needed < kSame / 10) continue;
+        const double signed_move = right ? needed : -needed;
+        if (mark_[next.block] == marks_) {
+          double& old = pushed_[place_of_[next.block]].second;
+          if (std::abs(old) >= needed) continue;
+          old = signed_move;
+          // Those behind it have to be looked at again.
+          if (place_of_[next.block] <= i) {
+            place_of_[next.block] = pushed_.size();
+            pushed_.emplace_back(next.block, signed_move);
+          }
+          continue;
+        }
+        mark_[next.block] = marks_;
+        place_of_[next.block] = pushed_.size();
+        pushed_.emplace_back(next.block, signed_move);
+      }
+    }
+    KeepLatest();
+  }
+
+  void KeepLatest() {
+    std::vector<std::pair<size_t, double>> latest;
+    for (size_t i = 0; i < pushed_.size(); ++i) {
+      if (place_of_[pushed_[i].first] == i) latest.push_back(pushed_[i]);
+    }
+    pushed_ = std::move(latest);
+    for (size_t i = 0; i < pushed_.size(); ++i) place_of_[pushed_[i].first] = i;
+  }
+
+  double MoveOf(size_t block) const {
+    return mark_[block] == marks_ ? pushed_[place_of_[block]].second : 0;
+  }
+
+  // The change of cost by what was pushed; nothing is gained by a push that went on too far.
+  double PushCost() const {
+    if (pushed_.size() >= kMostTogether / 2) return 0;
+    double cost = 0;
+    for (const auto& [block, move] : pushed_) {
+      for (const size_t number : pulls_of_[block]) {
+        const Pull& pull = pulls_[number];
+        const bool both = mark_[pull.from] == marks_ && mark_[pull.to] == marks_;
+        if (pull.frame || (both && block != pull.from)) continue;
+        const double skew = SkewOf(pull);
+        cost += SegmentCost(skew + MoveOf(pull.to) - MoveOf(pull.from)) - SegmentCost(skew);
+      }
+    }
+    return cost;
+  }
+
+  void Store() {
+    for (size_t cell = 0; cell < block_.size(); ++cell) {
+      if (!graph_.cells[cell].far) graph_.cells[cell].x = x_[block_[cell]] + offset_[cell];
+    }
+  }
+
+  LayeredGraph& graph_;
+  std::vector<size_t> leader_;
+  std::vector<size_t> block_;   // of each cell
+  std::vector<double> offset_;  // of each cell from its block's place
+  std::vector<double> x_;
+  std::vector<std::vector<Neighbour>> left_, right_;
+  std::vector<Pull> pulls_;
+  std::vector<std::vector<size_t>> pulls_of_;
+  std::vector<size_t> mark_;
+  size_t marks_ = 0;
+  size_t work_ = 0;
+  std::vector<size_t> together_;
+  std::vector<std::pair<size_t, double>> pushed_;
+  std::vector<size_t> place_of_;  // of a block among those pushed
+};
+
+// The ends of lines on one side of a box, from left to right.
+class PortSlider {
+ public:
+  PortSlider(LayeredGraph& graph, const std::vector<LayoutBox>& boxes)
+      : graph_(graph), boxes_(boxes) {}
+
+  void Run() {
+    for (size_t box = 0; box < boxes_.size(); ++box) {
+      if (boxes_[box].has_corners) continue;
+      Slide(box, true);
+      Slide(box, false);
+    }
+  }
+
+ private:
+  double& Port(size_t segment) {
+    Segment& at = graph_.segments[segment];
+    return down_ ? at.upper_port : at.lower_port;
+  }
+  // How far the port is from straight above or below the line's other end.
+  double Wish(size_t segment) const {
+    const double skew = Skew(graph_, graph_.segments[segment]);
+    return down_ ? skew : -skew;
+  }
+
+  void Slide(size_t box, bool down) {
+    down_ = down;
+    ports_.clear();
+    for (const size_t segment : down ? graph_.down[box] : graph_.up[box]) {
+      const Segment& at = graph_.segments[segment];
+      if ((down ? at.upper_side : at.lower_side) == 0) ports_.push_back(segment);
+    }
+    std::sort(ports_.begin(), ports_.end(),
+              [this](size_t a, size_t b) { return Port(a) < Port(b); });
+    half_ = boxes_[box].width / 2 - kPortMargin;
+    // The outermost first: it makes room for the next.
+    for (size_t i = ports_.size(); i-- > 0;) Move(i, true);
+    for (size_t i = 0; i < ports_.size(); ++i) Move(i, false);
+  }
+
+  void Move(size_t number, bool right) {
+    const Segment& segment = graph_.segments[ports_[number]];
+    if (segment.path != kNone || graph_.IsFar(segment)) return;
+    const double wish = Wish(ports_[number]);
+    if (wish == 0 || (wish > 0) != right) return;
+    double& port = Port(ports_[number]);
+    double room = right ? half_ - port : half_ + port;
+    const size_t next = right ? number + 1 : number - 1;
+    if (next < ports_.size()) room = std::min(room, std::abs(Port(ports_[next]) - port) - kLineGap);
+    double move = std::min(std::abs(wish), room);
+    const double left = std::abs(wish) - move;
+    if (left > kSame && left < kShortest) move = std::abs(wish) - kShortest;
+    if (move > 0) port += right ? move : -move;
+  }
+
+  LayeredGraph& graph_;
+  const std::vector<LayoutBox>& boxes_;
+  bool down_ = true;
+  double half_ = 0;
+  std::vector<size_t> ports_;
+};
+
+// Moves ends of nearly straight lines along the sides of their boxes.
+class PortMover {
+ public:
+  PortMover(LayeredGraph& graph, const std::vector<LayoutBox>& boxes)
+      : graph_(graph), boxes_(boxes) {}
+
+  // Those that are nearly straight; or else all that leave or enter sideways.
+  void Run(bool sideways) {
+    for (size_t i = 0; i < graph_.segments.size(); ++i) {
+      const Segment& segment = graph_.segments[i];
+      if (segment.IsFrame() || graph_.IsFar(segment)) continue;
+      const double skew = Skew(graph_, segment);
+      if (skew == 0 || (!sideways && std::abs(skew) >= kShortest)) continue;
+      if (!Move(i, true, skew, sideways)) Move(i, false, -skew, sideways);
+    }
+  }
+
+ private:
+  bool Move(size_t number, bool upper, double by, bool sideways) {
+    Segment& segment = graph_.segments[number];
+    const size_t box = upper ? segment.upper : segment.lower;
+    if (graph_.cells[box].kind != CellKind::kBox) return false;
+    const int side = upper ? segment.upper_side : segment.lower_side;
+    double& port = upper ? segment.upper_port : segment.lower_port;
+    if (side != 0) return MoveOut(graph_.cells[box], side, port, port + by);
+    return !sideways && MoveAlong(number, box, upper, port, port + by);
+  }
+
+  // Away from the box, as far as there is room.
+  bool MoveOut(Cell& box, int side, double& port, double wanted) {
+    if ((wanted - port) * side < 0) return false;
+    double& reach = side < 0 ? box.left : box.right;
+    const double old = reach;
+    reach = std::max(reach, std::abs(wanted));
+    const auto& layer = graph_.layers[box.layer];
+    const size_t next = box.order + static_cast<size_t>(side);
+    if (next < layer.size()) {
+      const Cell& other = graph_.cells[layer[next]];
+      const double least = side < 0 ? Distance(other, box) : Distance(box, other);
+      if (std::abs(other.x - box.x) < least - kSame) {
+        reach = old;
+        return false;
+      }
+    }
+    port = wanted;
+    return true;
+  }
+
+  bool MoveAlong(size_t number, size_t box, bool upper, double& port, double wanted) const {
+    constexpr double kMargin = 6;
+    constexpr double kLeast = 8;
+    if (std::abs(wanted) > boxes_[box].width / 2 - kMargin || boxes_[box].has_corners) return false;
+    for (const size_t other : upper ? graph_.down[box] : graph_.up[box]) {
+      if (other == number) continue;
+      const Segment& at = graph_.segments[other];
+      const double place = upper ? at.upper_port : at.lower_port;
+      if ((place < port) != (place < wanted) || std::abs(place - wanted) < kLeast) return false;
+    }
+    port = wanted;
+    return true;
+  }
+
+  LayeredGraph& graph_;
+  const std::vector<LayoutBox>& boxes_;
+};
+
+}  // namespace
+
+void Tighten(LayeredGraph& graph, int rounds) {
+  for (int i = 0; i < 3; ++i) Blocks(graph).Tighten(rounds);
+}
+
+void SlidePorts(LayeredGraph& graph, const std::vector<LayoutBox>& boxes) {
+  PortSlider(graph, boxes).Run();
+}
+
+void AvoidJogs(LayeredGraph& graph, const std::vector<LayoutBox>& boxes) {
+  PortMover(graph, boxes).Run(false);
+  Blocks(graph).AvoidJogs();
+  PortMover(graph, boxes).Run(false);
+}
+
+void ExtendSides(LayeredGraph& graph, const std::vector<LayoutBox>& boxes) {
+  PortMover(graph, boxes).Run(true);
+}
+
+double CostOf(const LayeredGraph& graph) {
+  double cost = 0;
+  for (const Segment& segment : graph.segments) {
+    if (!segment.IsFrame() && !graph.IsFar(segment)) cost += SegmentCost(Skew(graph, segment));
+  }
+  return cost;
+}
+
+}  // namespace vndoc6::drawing
