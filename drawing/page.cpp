@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <limits>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "copies.h"
@@ -115,7 +116,7 @@ class PageWriter {
  private:
   struct Outgoing {
     Text text;
-    Text condition;
+    std::string conditions;
     size_t to;
   };
 
@@ -139,12 +140,30 @@ class PageWriter {
       const auto from = place_of_.find(copy->OriginStepKey());
       const auto to = place_of_.find(copy->DestinationStepKey());
       if (from == place_of_.end() || to == place_of_.end()) return;
-      outgoing_[from->second].push_back({copy->Text(), copy->ConditionExpression(), to->second});
+      outgoing_[from->second].push_back({copy->Text(), LinkConditions(*copy), to->second});
     });
     auto* containers = static_cast<vnContainers*>(document_.Containers().ToObject().get());
     ForEach(Ref<vnContainers>(containers), [this](vnContainer& container) {
       container_names_.emplace(container.Key(), container.Label());
     });
+  }
+
+  // A text in some language of the host's.
+  static std::string Code(const Text& text) {
+    return text.empty() ? "" : " <code dir=\"auto\">" + Escaped(text) + "</code>";
+  }
+  static std::string Condition(vnCondition& condition) {
+    std::string shown = Shown(condition.DisplayName()) + Code(condition.ConditionTest());
+    if (!condition.FailMessage().empty()) shown += " &ndash; " + Shown(condition.FailMessage());
+    return shown;
+  }
+  // When the link is taken.
+  static std::string LinkConditions(vnLink& link) {
+    std::string conditions = Code(link.ConditionExpression());
+    ForEach(link.Conditions(), [&](vnCondition& condition) {
+      conditions += Element("div", "if " + Condition(condition));
+    });
+    return conditions;
   }
 
   std::string Contents() const {
@@ -177,7 +196,8 @@ class PageWriter {
     };
     const auto text = [](const Text& value) { return value.empty() ? "" : Shown(value); };
     add("Code", text(details->DocumentCode()));
-    add("Revision", Escaped(automation::NumberText(details->Revision())));
+    add("Revision",
+        details->Revision() == 0 ? "" : Escaped(automation::NumberText(details->Revision())));
     add("Approved", Day(details->DateApproved()));
     add("Authorised by", text(details->AuthorisedBy()->DisplayName()));
     add("Purpose", text(details->Purpose()));
@@ -234,10 +254,10 @@ class PageWriter {
         Values(step.PerformedBy(), [](vnTitleRef& title) { return Shown(title.DisplayName()); }));
     add("Takes", step.Duration().empty() ? "" : Element("dd", Shown(step.Duration())));
     add("Tasks", Tasks(step));
-    add("Conditions", Values(step.Conditions(), [](vnCondition& condition) {
-          return Shown(condition.DisplayName()) + " <code dir=\"auto\">" +
-                 Escaped(condition.ConditionTest()) + "</code>";
-        }));
+    add("Form", step.Form().empty() ? "" : Element("dd", Shown(step.Form())));
+    add("Condition",
+        step.ConditionExpression().empty() ? "" : Element("dd", Code(step.ConditionExpression())));
+    add("Conditions", Values(step.Conditions(), &Condition));
     add("Depends on", Dependencies(step));
     add("Files", Values(step.Files(), [](vnFile& file) { return Attached(file); }));
     add("Jumps to", Values(step.Jumps(), [](vnJump& jump) { return Attached(jump); }));
@@ -289,10 +309,7 @@ class PageWriter {
       std::string content;
       if (!link.text.empty()) content += Shown(link.text) + ": ";
       content += StepLink(link.to);
-      if (!link.condition.empty()) {
-        content += " <code dir=\"auto\">" + Escaped(link.condition) + "</code>";
-      }
-      out += Element("dd", content);
+      out += Element("dd", content + link.conditions);
     }
     return out;
   }
@@ -315,12 +332,41 @@ class PageWriter {
       ForEach(step->Files(), [&](vnFile& file) { AddAttachment(files, file, place); });
       ForEach(step->Jumps(), [&](vnJump& jump) { AddAttachment(jumps, jump, place); });
     }
+    AddUnattached(*document_.Files(), files);
+    AddUnattached(*document_.Jumps(), jumps);
     Table roles("roles", "Roles", "Who performs which steps", {"Role", "Steps"});
     for (const std::string& name : names) roles.AddRow({name, Element("ul", steps_of[name])});
-    tables_ = {std::move(roles), std::move(files), std::move(jumps), Revisions()};
+    tables_ = {std::move(roles), Containers(), std::move(files), std::move(jumps), Revisions()};
+  }
+
+  Table Containers() {
+    Table table("containers", "Containers", "What belongs together",
+                {"Name", "Description", "Steps"});
+    std::unordered_map<Text, std::string> steps_of;
+    for (const size_t place : order_) {
+      steps_of[container_of_[place - 1]] += Element("li", StepLink(place));
+    }
+    auto* containers = static_cast<vnContainers*>(document_.Containers().ToObject().get());
+    ForEach(Ref<vnContainers>(containers), [&](vnContainer& container) {
+      const std::string& steps = steps_of[container.Key()];
+      table.AddRow({Shown(container.Label()), Paragraph(container.Description()),
+                    steps.empty() ? "" : Element("ul", steps)});
+    });
+    return table;
+  }
+
+  // What belongs to the document and to no step. What was added to a step stands there under its
+  // key, and in the document's own list as well.
+  template <class Collection>
+  void AddUnattached(Collection& collection, Table& table) {
+    ForEach(Ref<Collection>(&collection), [&](auto& member) {
+      if (attached_.count(member.Key()) > 0) return;
+      table.AddRow({Shown(member.DisplayName()), Code(member.FileName()), ""});
+    });
   }
 
   void AddAttachment(Table& table, const Attachment& member, size_t place) {
+    attached_.insert(member.Key());
     table.AddRow({Shown(member.DisplayName()),
                   "<code dir=\"auto\">" + Escaped(member.FileName()) + "</code>", StepLink(place)});
   }
@@ -344,6 +390,7 @@ class PageWriter {
   std::unordered_map<Text, Text> container_names_;
   std::vector<std::vector<Outgoing>> outgoing_;  // by place
   std::vector<Table> tables_;
+  std::unordered_set<Text> attached_;  // keys of files and jumps of steps
   std::string out_;
 };
 

@@ -38,6 +38,22 @@ Ref<vnDocument> MakeProcedure() {
   link->SetOriginStepKey(ask->Key());
   link->SetDestinationStepKey(decide->Key());
   link->SetText(u"then");
+  link->SetConditionExpression(u"asked = 1");
+  link->NewCondition(u"Open", u"hour > 8");
+  ask->SetForm(u"F-12");
+  ask->SetDuration(u"2 days");
+  ask->SetInstructions(u"Politely");
+  ask->SetConditionExpression(u"budget > 0");
+  decide->NewCondition(u"Known", u"id > 0");
+  decide->Conditions()->Item(Variant(int32_t{2}))->SetFailMessage(u"Ask who it is");
+  const auto container = Make<vnContainer>();
+  container->SetLabel(u"Office");
+  container->SetDescription(u"Second floor");
+  dynamic_cast<vnContainers&>(*document->Containers().ToObject()).Add(container.get());
+  ask->SetContainerKey(container->Key());
+  const auto loose = Make<vnFile>();
+  loose->SetDisplayName(u"Handbook");
+  document->Files()->Add(loose.get());
   document->Links()->Add(link.get());
   return document;
 }
@@ -57,10 +73,16 @@ TEST(Page, TellsWhatIsInTheDocument) {
   EXPECT_THAT(page, HasSubstr("<dd>2026-03-01</dd>"));
   EXPECT_THAT(page, HasSubstr("<dt>Performed by</dt>\n<dd><bdi>Anyone</bdi></dd>"));
   EXPECT_THAT(page, HasSubstr("<li><bdi>Write it down</bdi></li>"));
-  EXPECT_THAT(page, HasSubstr("<bdi>then</bdi>: <a href=\"#step-2\">2. <bdi>Decide</bdi></a>"));
+  EXPECT_THAT(page, HasSubstr("<bdi>then</bdi>: <a href=\"#step-2\">2. <bdi>Decide</bdi></a> "
+                              "<code dir=\"auto\">asked = 1</code><div>if <bdi>Open</bdi> "
+                              "<code dir=\"auto\">hour &gt; 8</code></div>"));
+  for (const char* const told : {"F-12", "2 days", "Politely", "budget &gt; 0", "Ask who it is",
+                                 "Second floor", "Handbook"}) {
+    EXPECT_THAT(page, HasSubstr(told));
+  }
   EXPECT_THAT(page, HasSubstr("<code dir=\"auto\">Money &gt; &quot;5&quot;</code>"));
   EXPECT_THAT(page, HasSubstr("<bdi>Faster &amp; cheaper</bdi>"));
-  for (const char* id : {"chart", "steps", "roles", "files", "jumps", "revisions"}) {
+  for (const char* id : {"chart", "steps", "roles", "containers", "files", "jumps", "revisions"}) {
     EXPECT_THAT(page, HasSubstr("<section id=\"" + std::string(id) + "\""));
   }
 }

@@ -13,7 +13,7 @@ namespace vndoc6::drawing {
 struct Crosser {
   size_t upper = 0;
   size_t lower = 0;
-  int weight = 1;
+  int64_t weight = 1;
 };
 
 // In time E log V. Puts the lines into order.

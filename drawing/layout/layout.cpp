@@ -11,6 +11,7 @@
 #include "packing.h"
 #include "ports.h"
 #include "routes.h"
+#include "slide_ports.h"
 #include "tighten.h"
 
 namespace vndoc6::drawing {

@@ -11,8 +11,8 @@ namespace {
 
 // A line's crossing counts four, one of a frame's side two: a line had better not run through a
 // frame that it has nothing to do with.
-constexpr int kLineWeight = 2;
-constexpr int kFrameWeight = 1;
+constexpr int64_t kLineWeight = 2;
+constexpr int64_t kFrameWeight = 1;
 
 struct Effort {
   int starts;
@@ -54,7 +54,7 @@ class Orderer {
         group_rank_(graph.groups.size()) {
     for (const Segment& segment : graph.segments) {
       if (graph.IsFar(segment)) continue;
-      const int weight = segment.IsFrame() ? kFrameWeight : kLineWeight;
+      const int64_t weight = segment.IsFrame() ? kFrameWeight : kLineWeight;
       up_[segment.lower].push_back({segment.upper, weight});
       down_[segment.upper].push_back({segment.lower, weight});
     }
@@ -76,7 +76,7 @@ class Orderer {
  private:
   struct Neighbour {
     size_t cell;
-    int weight;
+    int64_t weight;
   };
   // What moves as one: a cell without a group, or a group's part in a layer.
   struct Unit {

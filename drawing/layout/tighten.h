@@ -13,14 +13,8 @@ constexpr double kShortest = 10;
 // Moves the cells within their layers.
 void Tighten(LayeredGraph& graph, int rounds);
 
-// Moves the ends of lines along the sides of their boxes towards where the lines go.
-void SlidePorts(LayeredGraph& graph, const std::vector<LayoutBox>& boxes);
-
 // Makes lines straight that nearly are, or else less so.
 void AvoidJogs(LayeredGraph& graph, const std::vector<LayoutBox>& boxes);
-
-// Makes straight what leaves or enters a box sideways and has room to go there at once.
-void ExtendSides(LayeredGraph& graph, const std::vector<LayoutBox>& boxes);
 
 // Lengths across and bends, as a number to compare.
 double CostOf(const LayeredGraph& graph);

@@ -98,14 +98,20 @@ class Account {
     const Ref<vnStep> copy = CopyToRead(*flow_step.step);
     vnStep& step = *copy;
     Line(kIndent, "", step.Description());
+    Line(kIndent, "how: ", step.Instructions());
+    Line(kIndent, "takes ", step.Duration());
+    Line(kIndent, "form: ", step.Form());
+    Line(kIndent, "if ", step.ConditionExpression());
     ForEach<vnTitleRef>(*step.PerformedBy(), [&](vnTitleRef& role) {
       Line(kIndent, "by ", role.DisplayName());
       steps_of_roles_[OneLine(role.DisplayName())] += ' ' + NumberOf(flow_step);
     });
-    ForEach<vnTask>(*step.Tasks(), [&](vnTask& task) { Line(kIndent, "task: ", task.Name()); });
-    ForEach<vnCondition>(*step.Conditions(), [&](vnCondition& condition) {
-      Line(kIndent, "if ", condition.DisplayName() + u": " + condition.ConditionTest());
+    ForEach<vnTask>(*step.Tasks(), [&](vnTask& task) {
+      const Text& more = task.Description();
+      Line(kIndent, "task: ", more.empty() ? task.Name() : task.Name() + u": " + more);
     });
+    ForEach<vnCondition>(*step.Conditions(),
+                         [&](vnCondition& condition) { Line(kIndent, "if ", TextOf(condition)); });
     ForEach<vndoc6::Property>(*step.Dependancies(), [&](vndoc6::Property& dependency) {
       const auto found = flow_.by_key.find(dependency.Key());
       if (found == flow_.by_key.end()) return;
@@ -113,6 +119,21 @@ class Account {
     });
     ForEach<vnFile>(*step.Files(), [&](vnFile& file) { Line(kIndent, "file: ", NameOf(file)); });
     ForEach<vnJump>(*step.Jumps(), [&](vnJump& jump) { Line(kIndent, "jump: ", NameOf(jump)); });
+  }
+
+  static Text TextOf(vnCondition& condition) {
+    Text text = condition.DisplayName() + u": " + condition.ConditionTest();
+    if (!condition.FailMessage().empty()) text += u" - " + condition.FailMessage();
+    return text;
+  }
+
+  // When a link is taken, in one line; empty for always.
+  static std::string ConditionsOf(vnLink& link) {
+    std::string text = OneLine(link.ConditionExpression());
+    ForEach<vnCondition>(*link.Conditions(), [&](vnCondition& condition) {
+      text += (text.empty() ? "" : "; ") + OneLine(TextOf(condition));
+    });
+    return text.empty() ? "" : "(if " + text + ") ";
   }
 
   static Text NameOf(const vndoc6::Attachment& attachment) {
@@ -171,8 +192,10 @@ class Account {
   void WriteVisit(const Visit& visit) {
     out_ << std::string(visit.column, ' ');
     if (visit.link != nullptr) {
-      const std::string text = OneLine(CopyToRead(*visit.link)->Text());
-      out_ << (visit.is_branch ? "* " : "-> ") << (text.empty() ? "" : "[" + text + "] ");
+      const Ref<vnLink> link = CopyToRead(*visit.link);
+      const std::string text = OneLine(link->Text());
+      out_ << (visit.is_branch ? "* " : "-> ") << (text.empty() ? "" : "[" + text + "] ")
+           << ConditionsOf(*link);
     }
     out_ << NameOf(flow_.steps[visit.step]) << (shown_[visit.step] ? " (see above)\n" : "\n");
   }
@@ -192,7 +215,11 @@ class Account {
     }
     std::map<std::string, std::string> containers;
     ForEach<vnContainer>(*document_.Containers().ToObject(), [&](vnContainer& container) {
-      containers[OneLine(container.Label())] += members[container.Key()];
+      const std::string description = OneLine(container.Description());
+      const std::string& steps = members[container.Key()];
+      std::string& said = containers[OneLine(container.Label())];
+      said += steps.empty() && !description.empty() ? " no step" : steps;
+      if (!description.empty()) said += " (" + description + ")";
     });
     WriteGrouped("Containers", containers);
   }

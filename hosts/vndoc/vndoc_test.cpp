@@ -111,6 +111,23 @@ TEST_F(VndocTest, OutlineBecomesADocumentThatShowTellsOf) {
             "  Decision: 2\n");
 }
 
+TEST_F(VndocTest, ShowTellsHowAndWhen) {
+  const std::string file = Document(kOutline);
+  for (const auto& [path, value] : std::vector<std::pair<const char*, const char*>>{
+           {"Steps/1/Instructions", "Politely"},
+           {"Steps/1/Duration", "2 days"},
+           {"Steps/1/Form", "F-12"},
+           {"Links/1/ConditionExpression", "asked = 1"},
+           {"Containers/1/Description", "To be decided"}}) {
+    Vndoc({"edit", file, "set", path, value});
+  }
+  Vndoc({"edit", file, "call", "Links/1/NewCondition", "Open", "hour > 8"});
+  const std::string shown = Vndoc({"show", file}).out;
+  EXPECT_THAT(shown, HasSubstr("       how: Politely\n       takes 2 days\n       form: F-12\n"));
+  EXPECT_THAT(shown, HasSubstr("  -> (if asked = 1; Open: hour > 8) 2. Complete?\n"));
+  EXPECT_THAT(shown, HasSubstr("  Decision: 2 (To be decided)\n"));
+}
+
 TEST_F(VndocTest, OutlineAtFaultIsRefusedByLineAndMakesNoFile) {
   for (const auto& [outline, why] : std::vector<std::pair<std::string, std::string>>{
            {"A\n\n  yes ->\n", "line 3: the link leads nowhere"},
