@@ -30,7 +30,7 @@ struct Salvaged {
   // The text of a document that loads without a fault; the file's own when nothing is wrong with
   // it. Empty when there was nothing of a document in it.
   std::string text;
-  // In the file's order, as far as they have one; at most kMostDamages.
+  // In the file's order; at most kMostDamages. Empty when nothing is wrong with it.
   std::vector<Damage> damages;
   size_t damages_not_listed = 0;
 

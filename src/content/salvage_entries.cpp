@@ -238,10 +238,8 @@ class Search {
 
 }  // namespace
 
-DamagedFile::DamagedFile(std::string bytes)
-    : kept_(bag::SharedBytes(std::move(bytes))),
-      bytes_(kept_.raw()),
-      marks_(FittedMarks(bytes_)) {}
+DamagedFile::DamagedFile(bag::KeptText text)
+    : kept_(std::move(text)), bytes_(kept_.raw()), marks_(FittedMarks(bytes_)) {}
 
 FoundEntries FindEntries(const DamagedFile& file, const Region& region, const SavedEntry& what) {
   return Search(file, region, what).Find();

@@ -32,7 +32,7 @@ struct Region {
 
 class DamagedFile {
  public:
-  explicit DamagedFile(std::string bytes);
+  explicit DamagedFile(bag::KeptText text);
 
   std::string_view View(Span span) const { return bytes_.substr(span.begin, span.size()); }
   // The same as a text of so many levels.
@@ -41,7 +41,7 @@ class DamagedFile {
   Region Whole() const { return {{0, bytes_.size()}, 0, marks_.size(), 0}; }
 
  private:
-  bag::KeptText kept_;
+  bag::KeptText kept_;  // at depth 0
   std::string_view bytes_;
   std::vector<Mark> marks_;
 };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -54,10 +56,11 @@ struct Part {
 // An entry of an object or a collection, or a part that came up elsewhere.
 struct Piece {
   FoundEntry found;
-  std::optional<Node> other;
+  std::unique_ptr<Node> other;
   Place place;
+  // What it was read as, and what came of it.
   const SavedEntry* read_as = nullptr;
-  Part content;
+  std::vector<Node> nodes;
   Damages damages;
 
   bool IsText() const { return !other && found.tag == '"'; }
@@ -69,6 +72,7 @@ using Pieces = std::vector<Piece>;
 struct Group {
   const SavedEntry* whole;
   std::vector<Piece*> pieces;
+  std::set<const SavedEntry*> taken = {};  // the entries that they are
 };
 
 class Reader {
@@ -89,7 +93,7 @@ class Reader {
   void Arrange(Pieces& pieces, const FoundEntries& found, const SavedEntry& what, uint32_t depth);
   bool ArrangeAsExpected(Pieces& pieces, const SavedEntry& what) const;
   bool ReadPieces(Pieces& pieces, const std::string& place);
-  void ReadPiece(Piece& piece, const std::string& place);
+  Part ReadPiece(Piece& piece, const std::string& place);
   bool TearApart(Pieces& pieces) const;
   bool IsSound(const Piece& piece) const;
   std::optional<Piece> TearApart(Piece& piece) const;
@@ -109,6 +113,14 @@ class Reader {
 };
 
 void Lose(Damages& damages, const std::string& place, Span span) {
+  if (!damages.empty()) {
+    Damage& last = damages.back();
+    const bool goes_on = last.offset + last.size == span.begin && last.place == place;
+    if (goes_on && last.kind == Damage::Kind::kLost) {
+      last.size += span.size();
+      return;
+    }
+  }
   damages.push_back({Damage::Kind::kLost, place, span.begin, span.size()});
 }
 
@@ -199,25 +211,24 @@ Node Reader::ReadBag(const SavedEntry& what, const Region& region, const std::st
 // Adds a part that came up elsewhere to what it can be part of.
 bool Adopt(Piece& stray, Group& group) {
   const SavedEntry& part = *stray.other->what;
+  const SavedEntry* place = nullptr;
   if (group.whole->kind == Kind::kCollection) {
-    if (part.kind != Kind::kObject || part.part != group.whole->part) return false;
-    stray.place = {group.whole, group.whole, 0};
-    group.pieces.push_back(&stray);
-    return true;
+    if (part.kind == Kind::kObject && part.part == group.whole->part) place = group.whole;
+  } else {
+    for (const SavedEntry& entry : group.whole->part->entries) {
+      const bool is_free = part.kind == Kind::kCollection || group.taken.count(&entry) == 0;
+      if (place == nullptr && is_free && SamePart(entry, part)) place = &entry;
+    }
   }
-  for (const SavedEntry& entry : group.whole->part->entries) {
-    const bool is_taken = std::any_of(group.pieces.begin(), group.pieces.end(),
-                                      [&](Piece* piece) { return piece->place.entry == &entry; });
-    if (!SamePart(entry, part) || (is_taken && part.kind == Kind::kObject)) continue;
-    stray.place = {&entry, group.whole, 0};
-    group.pieces.push_back(&stray);
-    return true;
-  }
-  return false;
+  if (place == nullptr) return false;
+  stray.place = {place, group.whole, 0};
+  group.pieces.push_back(&stray);
+  group.taken.insert(place);
+  return true;
 }
 
 // The objects and collections that a text turned out to hold, in order. Parts for which there was
-// no place join what they can be part of, wherever that stands, or make it up.
+// no place join the last one that they can be part of, or make it up.
 std::vector<Group> GroupsOf(Pieces& pieces, const SavedEntry& what, uint32_t depth) {
   std::vector<Group> groups;
   std::vector<Piece*> strays;
@@ -230,19 +241,26 @@ std::vector<Group> GroupsOf(Pieces& pieces, const SavedEntry& what, uint32_t dep
     if (groups.empty() || piece.place.number != number) groups.push_back({piece.place.whole, {}});
     number = piece.place.number;
     groups.back().pieces.push_back(&piece);
+    groups.back().taken.insert(piece.place.entry);
+  }
+  std::map<const SavedEntry*, size_t> last;
+  for (size_t i = 0; i < groups.size(); ++i) last[groups[i].whole] = i;
+  std::vector<const SavedEntry*> wholes = {&what};
+  if (depth > 0) {
+    wholes.insert(wholes.end(), PartsAtDepth(depth).begin(), PartsAtDepth(depth).end());
   }
   for (Piece* stray : strays) {
-    const auto takes = [&](Group& group) { return Adopt(*stray, group); };
-    if (std::any_of(groups.rbegin(), groups.rend(), takes)) continue;
-    Group own = {&what, {}};
-    bool adopted = Adopt(*stray, own);
-    for (const SavedEntry* other : PartsAtDepth(depth)) {
-      if (adopted || depth == 0) break;
-      own.whole = other;
-      adopted = Adopt(*stray, own);
+    bool adopted = std::any_of(last.begin(), last.end(), [&](const auto& group) {
+      return Adopt(*stray, groups[group.second]);
+    });
+    for (const SavedEntry* whole : wholes) {
+      Group own = {whole, {}};
+      if (adopted || !Adopt(*stray, own)) continue;
+      adopted = true;
+      last[whole] = groups.size();
+      groups.push_back(std::move(own));
     }
     if (!adopted && !groups.empty()) groups.back().pieces.push_back(stray);  // is lost there
-    if (adopted) groups.push_back(own);
   }
   return groups;
 }
@@ -253,13 +271,11 @@ Part Reader::ReadParts(const SavedEntry& what, const Region& region, const std::
                        Damages& damages) {
   // What comes up in the wrong part moves by one part each time: further than this it can't go.
   constexpr int kMostRounds = 4;
-  const FoundEntries found = FindEntries(file_, region, what);
+  FoundEntries found = FindEntries(file_, region, what);
   for (const Span& rubbish : found.rubbish) Lose(damages, place, rubbish);
-  Pieces pieces;
-  for (const FoundEntry& entry : found.entries) {
-    pieces.emplace_back();
-    pieces.back().found = entry;
-  }
+  Pieces pieces(found.entries.size());
+  for (size_t i = 0; i < pieces.size(); ++i) pieces[i].found = found.entries[i];
+  found.entries = {};
   for (int round = 0; round < kMostRounds; ++round) {
     Arrange(pieces, found, what, region.depth);
     const bool torn = TearApart(pieces);
@@ -406,36 +422,43 @@ std::optional<Piece> Reader::TearApart(Piece& piece) const {
 // Reads what is to be read as something else than before, and what has no place here as what it is
 // by its content. True when other parts came up.
 bool Reader::ReadPieces(Pieces& pieces, const std::string& place) {
+  std::vector<std::pair<size_t, std::vector<Node>>> others;  // by the piece that they came up in
+  std::set<size_t> strays;
+  for (size_t i = 0; i < pieces.size(); ++i) {
+    Piece& piece = pieces[i];
+    if (!piece.IsText() || (piece.place.entry != nullptr && piece.place.entry == piece.read_as)) {
+      continue;
+    }
+    Part part;
+    if (piece.place.entry != nullptr) {
+      part = ReadPiece(piece, place);
+      piece.nodes = std::move(part.nodes);
+    } else if (const SavedEntry* const what =
+                   PartByContent(file_, piece.found.inside, piece.found.opened, 1)) {
+      part = Read(*what, piece.found.inside, Below(place, NameOf(piece.found)), piece.damages);
+      std::move(part.nodes.begin(), part.nodes.end(), std::back_inserter(part.others));
+      strays.insert(i);
+    }
+    if (!part.others.empty()) others.emplace_back(i, std::move(part.others));
+  }
+  if (others.empty()) return false;
   Pieces all;
-  bool more = false;
-  for (Piece& piece : pieces) {
-    std::vector<Node> others;
-    const FoundEntry& found = piece.found;
-    const SavedEntry* stray = nullptr;
-    if (piece.IsText() && piece.place.entry == nullptr) {
-      stray = PartByContent(file_, found.inside, found.opened, 1);
-    }
-    if (stray != nullptr) {
-      Part part = Read(*stray, found.inside, Below(place, NameOf(found)), piece.damages);
-      others = std::move(part.nodes);
-      std::move(part.others.begin(), part.others.end(), std::back_inserter(others));
-    } else {
-      const bool is_new = piece.place.entry != nullptr && piece.place.entry != piece.read_as;
-      if (piece.IsText() && is_new) ReadPiece(piece, place);
-      others = std::exchange(piece.content.others, {});
-    }
-    Damages damages = stray != nullptr ? std::move(piece.damages) : Damages();
-    if (stray == nullptr) all.push_back(std::move(piece));
-    for (Node& other : others) {
-      more = true;
+  auto next = others.begin();
+  for (size_t i = 0; i < pieces.size(); ++i) {
+    const bool is_stray = strays.count(i) > 0;
+    Damages damages = is_stray ? std::move(pieces[i].damages) : Damages();
+    if (!is_stray) all.push_back(std::move(pieces[i]));
+    if (next == others.end() || next->first != i) continue;
+    for (Node& other : next->second) {
       all.emplace_back();
       all.back().found.all = {other.offset, other.offset};
-      all.back().other = std::move(other);
+      all.back().other = std::make_unique<Node>(std::move(other));
       all.back().damages = std::exchange(damages, {});
     }
+    ++next;
   }
   pieces = std::move(all);
-  return more;
+  return true;
 }
 
 // Rubbish that is a damaged opening or closing is not lost: there is another one for it.
@@ -452,7 +475,7 @@ void MendEnds(const FoundEntry& found, uint32_t depth, Damages& damages) {
   }
 }
 
-void Reader::ReadPiece(Piece& piece, const std::string& place) {
+Part Reader::ReadPiece(Piece& piece, const std::string& place) {
   const FoundEntry& found = piece.found;
   const SavedEntry& entry = *piece.place.entry;
   const bool is_member = piece.place.whole->kind == Kind::kCollection;
@@ -483,9 +506,10 @@ void Reader::ReadPiece(Piece& piece, const std::string& place) {
   }
   piece.read_as = &entry;
   piece.damages.clear();
-  piece.content = Read(what, inside, below, piece.damages);
+  Part part = Read(what, inside, below, piece.damages);
   MendEnds(found, depth, piece.damages);
   Append(piece.damages, std::move(damages));
+  return part;
 }
 
 // --- Putting it together ---
@@ -517,7 +541,7 @@ Node Reader::ObjectOf(Group& group, uint32_t /*depth*/, const std::string& place
     if (piece->other) {
       field.content = *std::move(piece->other);
     } else if (found.tag == '"') {
-      field.content = std::move(piece->content.nodes.front());
+      field.content = std::move(piece->nodes.front());
       SetClosing(field.content, found);
     } else {
       field.plain = View({found.key.end, found.all.end});
@@ -549,7 +573,7 @@ Node Reader::CollectionOf(Group& group, const std::string& place, Damages& damag
     if (piece->other) {
       part.members.push_back(*std::move(piece->other));
     } else {
-      part.members = std::move(piece->content.nodes);
+      part.members = std::move(piece->nodes);
       if (View(found.key).starts_with(node.what->prefix)) {
         part.members.front().key = View(found.key);
       }

@@ -63,9 +63,9 @@ class Writer {
   // Puts the fields into the order of the class, unknown ones last, and tells which are missing.
   void Complete(Node& node, const std::string& place) {
     const std::vector<SavedEntry>& entries = node.what->part->entries;
+    const SavedEntry* const last = entries.data() + entries.size();
     const auto position = [&](const Field& field) {
-      return field.entry != nullptr ? static_cast<size_t>(field.entry - entries.data())
-                                    : entries.size();
+      return field.entry != nullptr ? field.entry : last;
     };
     std::stable_sort(node.fields.begin(), node.fields.end(),
                      [&](const Field& left, const Field& right) {
@@ -74,7 +74,7 @@ class Writer {
     std::string missing;
     size_t next = 0;
     for (const SavedEntry& entry : entries) {
-      while (next < node.fields.size() && position(node.fields[next]) < position({&entry})) ++next;
+      while (next < node.fields.size() && position(node.fields[next]) < &entry) ++next;
       const bool is_there = next < node.fields.size() && node.fields[next].entry == &entry;
       if (is_there || !entry.always) continue;
       missing += (missing.empty() ? "" : ", ") + entry.key;

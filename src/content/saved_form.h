@@ -26,7 +26,7 @@ struct SavedEntry {
   Kind kind = Kind::kText;
   bool always = true;  // written whatever the object holds
   const SavedForm* part = nullptr;
-  std::string prefix;  // of a collection's keys
+  std::string prefix = {};  // of a collection's keys
   bool keyed = false;  // what follows the prefix is the member's "K", else its position
 
   bool Has(std::string_view sought) const;
