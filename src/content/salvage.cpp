@@ -50,7 +50,7 @@ Salvaged Salvage(std::string bytes) {
   Node document = salvage::ReadDocument(file, damages);
   const bool breaks_off = BreaksOff(document);
   salvaged.text = salvage::WriteDocument(document, damages);
-  if (breaks_off) damages.push_back({Damage::Kind::kLost, {}, size, 0});
+  if (breaks_off || size == 0) damages.push_back({Damage::Kind::kLost, {}, size, 0});
   if (std::all_of(damages.begin(), damages.end(), IsMissing) && IsOlder(salvaged.text)) {
     damages.clear();
   }

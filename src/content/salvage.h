@@ -17,8 +17,8 @@ struct Damage {
   };
 
   Kind kind = Kind::kLost;
-  // The keys that lead there from the document, with slashes: "S/T{key}/Fig". Empty for the document
-  // itself.
+  // The keys that lead there from the document, with slashes: "S/T{key}/Fig". Empty for the
+  // document itself.
   std::string place;
   // In the file, in bytes.
   size_t offset = 0;

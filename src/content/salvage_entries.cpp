@@ -5,6 +5,7 @@
 #include "bag/bag_scanner.h"
 #include "bag/base64.h"
 #include "content/salvage_likeness.h"
+#include "content/salvage_sound.h"
 
 namespace vndoc6::salvage {
 namespace {
@@ -84,7 +85,7 @@ class Search {
       if (equals == kNowhere) break;
       FoundEntry entry;
       if (!ReadPlain({gap.begin + equals + 1, value.end}, entry)) break;
-      const Span key = KnownKey({gap.begin, gap.begin + equals}, entry.tag);
+      const Span key = KnownAnywhere({gap.begin, gap.begin + equals}, entry.tag);
       if (key.empty()) break;
       gap.end = key.begin;
     }
@@ -194,15 +195,25 @@ class Search {
   }
 
   // The longest key of an entry with that tag that `text` ends with; empty when there is none.
-  Span KnownKey(Span text, char tag) const {
-    if (what_.kind != Kind::kObject) return {};
+  Span KnownKey(Span text, char tag) const { return KnownKey(what_, text, tag); }
+  Span KnownKey(const SavedEntry& what, Span text, char tag) const {
+    if (what.kind != Kind::kObject) return {};
     size_t longest = 0;
-    for (const SavedEntry& entry : what_.part->entries) {
+    for (const SavedEntry& entry : what.part->entries) {
       if (entry.tag != tag) continue;
       const std::string_view key = KeyAtEnd(View(text), entry);
       if (entry.Has(key)) longest = std::max(longest, key.size());
     }
     return longest != 0 ? Span{text.end - longest, text.end} : Span();
+  }
+  // The same in whatever may lie so deep: another object may have run into this one.
+  Span KnownAnywhere(Span text, char tag) const {
+    Span longest = KnownKey(text, tag);
+    for (const SavedEntry* part : PartsAtDepth(region_.depth)) {
+      const Span key = KnownKey(*part, text, tag);
+      if (key.size() > longest.size()) longest = key;
+    }
+    return longest;
   }
 
   static std::string_view KeyAtEnd(std::string_view text, const SavedEntry& entry) {
@@ -221,7 +232,8 @@ class Search {
     bag::BagScanner scanner(file_.Kept({value.begin - 1, value.end + 1}, 0));
     bag::BagEntry plain;
     if (!scanner.Next(plain) || plain.tag == kText) return false;
-    const bool is_whole = plain.value.data() + plain.value.size() == View(value).data() + value.size();
+    const bool is_whole =
+        plain.value.data() + plain.value.size() == View(value).data() + value.size();
     automation::Variant ignored;
     const bool valid = plain.tag == 'p' ? bag::FromBase64(plain.value).has_value()
                                         : scanner.ValueOf(plain, ignored);
@@ -239,7 +251,9 @@ class Search {
 }  // namespace
 
 DamagedFile::DamagedFile(bag::KeptText text)
-    : kept_(std::move(text)), bytes_(kept_.raw()), marks_(FittedMarks(bytes_)) {}
+    : kept_(std::move(text)),
+      bytes_(kept_.raw()),
+      marks_(FittedMarks(bytes_, FindSoundEntries(kept_))) {}
 
 FoundEntries FindEntries(const DamagedFile& file, const Region& region, const SavedEntry& what) {
   return Search(file, region, what).Find();

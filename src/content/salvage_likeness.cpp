@@ -8,14 +8,8 @@ namespace {
 using Kind = SavedEntry::Kind;
 
 constexpr size_t kTextsLookedAt = 12;
-constexpr std::ptrdiff_t kMembersLookedAt = 3;
+constexpr size_t kMembersLookedAt = 3;
 constexpr size_t kBytesLookedAt = 256;  // between two texts
-
-// `likeness` out of so many.
-int Share(int likeness, size_t all) {
-  if (likeness <= 0 || all == 0) return -1;
-  return std::max(1, Likeness::kMost * likeness / static_cast<int>(all));
-}
 
 }  // namespace
 
@@ -50,48 +44,52 @@ void Likeness::TakePlain(std::string_view gap) {
   }
 }
 
+Likeness::Count Likeness::CountOf(const SavedEntry& what) const {
+  if (what.kind == Kind::kObject) return CountOfObject(*what.part);
+  return what.kind == Kind::kCollection ? CountOfCollection(what) : Count();
+}
+
 int Likeness::To(const SavedEntry& what) const {
-  if (is_empty_) return 0;
-  if (what.kind == Kind::kObject) return ToObject(*what.part);
-  return what.kind == Kind::kCollection ? ToCollection(what) : 0;
+  if (is_empty_ || what.part == nullptr) return 0;
+  const Count count = CountOf(what);
+  const int difference = 2 * count.known - count.all;
+  return difference <= 0 ? -1 : std::max(1, kMost * difference / count.all);
 }
 
-bool Likeness::IsSurely(const SavedEntry& what, int least) const {
-  constexpr size_t kEnoughEntries = 3;
-  constexpr size_t kEnoughOfAMember = 2;
-  if (To(what) < least) return false;
-  if (what.kind == Kind::kObject) return keys_.size() >= kEnoughEntries;
-  return Likeness(file_, texts_.front().region, true).keys_.size() >= kEnoughOfAMember;
+bool Likeness::IsSurely(const SavedEntry& what) const {
+  constexpr int kEnough = 3;
+  const Count count = CountOf(what);
+  return To(what) >= kMost / 2 && (count.all >= kEnough || count.known == kEnough - 1);
 }
 
-int Likeness::ToObject(const SavedForm& form) const {
-  int likeness = 0;
+Likeness::Count Likeness::CountOfObject(const SavedForm& form) const {
+  Count count;
   for (const Key& key : keys_) {
     const SavedEntry* const entry = form.Find(key.key);
     const bool is_known = entry != nullptr && (entry->tag == '"') == key.is_text;
     // What is left of an opening stands before the first.
-    if (is_known || opened_ || &key != &keys_.front()) likeness += is_known ? 1 : -1;
+    if (!is_known && !opened_ && &key == &keys_.front()) continue;
+    count.known += is_known ? 1 : 0;
+    ++count.all;
   }
-  return Share(likeness, keys_.size());
+  return count;
 }
 
-int Likeness::ToCollection(const SavedEntry& what) const {
-  if (texts_.empty()) return -1;
-  int likeness = 0;
-  int most = 0;
-  for (const SubText& text : texts_) {
-    const bool is_first = &text == texts_.data();
-    const bool has_prefix = text.key.starts_with(what.prefix) && !text.key.empty();
-    if (has_prefix || (!text.key.empty() && (opened_ || !is_first))) {
-      likeness += has_prefix ? 1 : -1;
-      ++most;
+Likeness::Count Likeness::CountOfCollection(const SavedEntry& what) const {
+  Count count;
+  for (size_t i = 0; i < texts_.size(); ++i) {
+    const SubText& text = texts_[i];
+    const bool has_prefix = !text.key.empty() && text.key.starts_with(what.prefix);
+    if (has_prefix || (!text.key.empty() && (opened_ || i != 0))) {
+      count.known += has_prefix ? 1 : 0;
+      ++count.all;
     }
-    const Likeness member(file_, text.region, !text.key.empty());
-    if (&text - texts_.data() >= kMembersLookedAt || member.is_empty_) continue;
-    likeness += member.ToObject(*what.part);
-    most += kMost;
+    if (i >= kMembersLookedAt) continue;
+    const Count member = Likeness(file_, text.region, !text.key.empty()).CountOfObject(*what.part);
+    count.known += member.known;
+    count.all += member.all;
   }
-  return Share(likeness, static_cast<size_t>(most));
+  return count;
 }
 
 bool IsNearly(std::string_view damaged, std::string_view key) {
@@ -102,8 +100,8 @@ bool IsNearly(std::string_view damaged, std::string_view key) {
   const auto at = std::mismatch(shorter.begin(), shorter.end(), longer.begin()).first;
   const auto same = static_cast<size_t>(at - shorter.begin());
   const std::string_view rest = longer.substr(std::min(same + 1, longer.size()));
-  return rest == shorter.substr(std::min(longer.size() == shorter.size() ? same + 1 : same,
-                                         shorter.size()));
+  return rest == shorter.substr(
+                     std::min(longer.size() == shorter.size() ? same + 1 : same, shorter.size()));
 }
 
 }  // namespace vndoc6::salvage

@@ -13,12 +13,18 @@ class Likeness {
   // Of a text that has an opening or has lost it.
   Likeness(const DamagedFile& file, const Region& region, bool opened);
 
-  // Up to kMost the more of the text is known there, -1 when most is not, and 0 for a text that says
-  // nothing.
+  // Up to kMost the more of the text is known there, -1 when most is not, and 0 for a text that
+  // says nothing.
   static constexpr int kMost = 4;
   int To(const SavedEntry& what) const;
   // Whether so much is known there that it is no chance.
-  bool IsSurely(const SavedEntry& what, int least = kMost / 2) const;
+  bool IsSurely(const SavedEntry& what) const;
+  // How many entries are known there, out of how many.
+  struct Count {
+    int known = 0;
+    int all = 0;
+  };
+  Count CountOf(const SavedEntry& what) const;
   // Whether there are texts in it.
   bool HasTexts() const { return !texts_.empty(); }
 
@@ -32,8 +38,8 @@ class Likeness {
     std::string_view key;  // empty when it is lost
   };
   void TakePlain(std::string_view gap);
-  int ToObject(const SavedForm& form) const;
-  int ToCollection(const SavedEntry& what) const;
+  Count CountOfObject(const SavedForm& form) const;
+  Count CountOfCollection(const SavedEntry& what) const;
 
   const DamagedFile& file_;
   std::vector<Key> keys_;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "bag/escape.h"
+#include "content/salvage_sound.h"
 #include "content/saved_form.h"
 
 namespace vndoc6::salvage {
@@ -20,10 +21,10 @@ constexpr uint32_t kStates = kDeepestPart + 2;
 
 // What a change costs. A mark is missing more often than one is there that damage has made, and
 // where one is missing more may be.
-constexpr uint32_t kPutIn = 2;
-constexpr uint32_t kPutInMore = 1;
-constexpr uint32_t kLeaveOut = 3;
-constexpr uint32_t kReadOtherwise = 3;
+constexpr uint32_t kPutIn = 4;
+constexpr uint32_t kPutInMore = 2;
+constexpr uint32_t kLeaveOut = 6;
+constexpr uint32_t kReadOtherwise = 7;
 constexpr uint32_t kNever = UINT32_MAX / 2;
 
 // The marks as they are spelled.
@@ -31,14 +32,28 @@ class Finder {
  public:
   explicit Finder(std::string_view file) : file_(file) {}
 
-  std::vector<Mark> Find() {
-    for (size_t at = 0; (at = file_.find_first_of("^\"", at)) != file_.npos;) {
-      at += file_[at] == '"' ? Quote(at) : Caret(at);
+  std::vector<Mark> Find(std::vector<SoundEntry> sound) {
+    size_t begin = 0;
+    for (SoundEntry& entry : sound) {
+      FindIn(begin, entry.begin);
+      for (Mark& mark : entry.marks) {
+        mark.sound = true;
+        marks_.push_back(mark);
+      }
+      begin = entry.end;
+      entry.marks = {};
     }
+    FindIn(begin, file_.size());
     return std::move(marks_);
   }
 
  private:
+  void FindIn(size_t begin, size_t end) {
+    for (size_t at = begin; (at = file_.find_first_of("^\"", at)) < end;) {
+      at += file_[at] == '"' ? Quote(at) : Caret(at);
+    }
+  }
+
   // Each gives the size of what begins at `at`.
   size_t Quote(size_t at) {
     if (file_.substr(0, at + 1).ends_with(kOpening)) {
@@ -116,6 +131,7 @@ class Fitter {
       } else {
         offer(open, mark.level, Distance(open, mark.level + 1), Use::kAsSpelled);
       }
+      if (mark.sound) continue;
       if (MayClose(mark)) {
         offer(open, mark.level, Distance(open, mark.level + 1), Use::kAsClosing);
       }
@@ -197,8 +213,8 @@ class Fitter {
 
 }  // namespace
 
-std::vector<Mark> FittedMarks(std::string_view file) {
-  return Fitter(file, Finder(file).Find()).Fit();
+std::vector<Mark> FittedMarks(std::string_view file, std::vector<SoundEntry> sound) {
+  return Fitter(file, Finder(file).Find(std::move(sound))).Fit();
 }
 
 }  // namespace vndoc6::salvage

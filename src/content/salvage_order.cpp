@@ -148,7 +148,8 @@ class Arrangement {
     if (whole.kind == Kind::kCollection) {
       places_.push_back({&whole, &whole, first});
     } else if (whole.kind == Kind::kObject) {
-      for (const SavedEntry& entry : whole.part->entries) places_.push_back({&entry, &whole, first});
+      for (const SavedEntry& entry : whole.part->entries)
+        places_.push_back({&entry, &whole, first});
     }
   }
 
@@ -177,11 +178,11 @@ class Arrangement {
       const int worth = sight.As(*place.entry, *place.whole);
       if (worth > 0) {
         offer(before + worth, static_cast<int>(before_at), true, false);
-        offer(values_[i] + WorthAgain(place, worth), static_cast<int>(i), true, false);
+        offer(values_[i] + WorthAgain(place, sight, worth), static_cast<int>(i), true, false);
         offer(start_ + worth + StartCost(*place.whole, true), kNone, true, true);
         if (values_[best] > kImpossible) {
-          offer(values_[best] + worth + StartCost(*place.whole, false), static_cast<int>(best), true,
-                true);
+          offer(values_[best] + worth + StartCost(*place.whole, false), static_cast<int>(best),
+                true, true);
         }
       }
       if (values_[i] > before) {
@@ -194,8 +195,9 @@ class Arrangement {
   }
 
   // A second item in a place: members, points, and what a part was torn into.
-  static int WorthAgain(const Candidate& place, int worth) {
+  static int WorthAgain(const Candidate& place, const Sight& sight, int worth) {
     if (place.whole->kind == Kind::kCollection || place.entry->kind == Kind::kPoints) return worth;
+    if (place.entry->part != nullptr && sight.HasLostItsKey()) return worth;
     return place.entry->kind == Kind::kCollection ? std::min(worth, kAgain) : kImpossible;
   }
 

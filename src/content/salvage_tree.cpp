@@ -67,10 +67,9 @@ class Writer {
     const auto position = [&](const Field& field) {
       return field.entry != nullptr ? field.entry : last;
     };
-    std::stable_sort(node.fields.begin(), node.fields.end(),
-                     [&](const Field& left, const Field& right) {
-                       return position(left) < position(right);
-                     });
+    std::stable_sort(
+        node.fields.begin(), node.fields.end(),
+        [&](const Field& left, const Field& right) { return position(left) < position(right); });
     std::string missing;
     size_t next = 0;
     for (const SavedEntry& entry : entries) {
@@ -146,7 +145,8 @@ class Writer {
     const Damage damage = {is_taken ? Damage::Kind::kTwice : Damage::Kind::kMended,
                            Below(place, what.prefix + key), member.offset, 0, "K"};
     if (is_taken || !is_sure) damages_.push_back(damage);
-    if (!member.is_whole && (is_taken || own != key)) SetOwnKey(member, is_taken ? "" : key, depth + 1);
+    if (!member.is_whole && (is_taken || own != key))
+      SetOwnKey(member, is_taken ? "" : key, depth + 1);
     return is_taken ? std::string() : key;
   }
 
@@ -184,6 +184,28 @@ class Writer {
   std::vector<Damage>& damages_;
 };
 
+// Of a whole collection, so that others can join it.
+void TakeMembers(Node& node) {
+  if (!node.is_whole || node.what->kind != Kind::kCollection) return;
+  node.is_whole = false;
+  const bag::KeptText copy{bag::SharedBytes(std::string(node.raw))};
+  const auto original = [&](std::string_view part) {
+    return node.raw.substr(static_cast<size_t>(part.data() - copy.raw().data()), part.size());
+  };
+  bag::BagScanner scanner(bag::KeptText(copy, copy.raw(), node.depth));
+  bag::BagEntry entry;
+  while (scanner.Next(entry)) {
+    Node member;
+    member.what = &node.what->part->self;
+    member.is_whole = true;
+    member.raw = original(entry.value);
+    member.depth = node.depth + 1;
+    member.key = original(entry.key);
+    member.offset = node.offset + static_cast<size_t>(member.raw.data() - node.raw.data());
+    node.members.push_back(std::move(member));
+  }
+}
+
 }  // namespace
 
 bool Node::IsEmpty() const {
@@ -205,10 +227,13 @@ bool GoesOn(const Node& before, const Node& after) {
 }
 
 void Join(Node& node, Node more) {
-  if (node.IsEmpty() || more.IsEmpty()) {
-    if (node.IsEmpty()) node = std::move(more);
+  if (more.IsEmpty()) return;
+  if (node.IsEmpty() || (more.is_whole && node.what->kind == Kind::kObject && !node.is_whole)) {
+    node = std::move(more);
     return;
   }
+  TakeMembers(node);
+  TakeMembers(more);
   for (Node& member : more.members) {
     if (!node.members.empty() && GoesOn(node.members.back(), member)) {
       Join(node.members.back(), std::move(member));
@@ -217,11 +242,10 @@ void Join(Node& node, Node more) {
     }
   }
   for (Field& field : more.fields) {
-    const auto same = std::find_if(
-        node.fields.begin(), node.fields.end(), [&](const Field& other) {
-          return field.entry != nullptr && other.entry == field.entry &&
-                 field.entry->kind != Kind::kPoints;
-        });
+    const auto same = std::find_if(node.fields.begin(), node.fields.end(), [&](const Field& other) {
+      return field.entry != nullptr && other.entry == field.entry &&
+             field.entry->kind != Kind::kPoints;
+    });
     if (same == node.fields.end()) {
       node.fields.push_back(std::move(field));
     } else if (field.plain.empty() && field.entry->part != nullptr) {

@@ -16,12 +16,14 @@ struct Field;
 struct Node {
   const SavedEntry* what = nullptr;
   size_t offset = 0;  // in the damaged file
-  // As it lies there, when nothing is wrong with it. Else one of the next three is what it holds.
+  // As it lies there, when nothing is wrong with it. Else its text, fields or members are what it
+  // holds.
   bool is_whole = false;
   std::string_view raw;
-  std::string text;            // of a text
-  std::vector<Field> fields;   // of an object or a bag
-  std::vector<Node> members;   // of a collection
+  uint32_t depth = 0;         // so many texts lie around it
+  std::string text;           // of a text
+  std::vector<Field> fields;  // of an object or a bag
+  std::vector<Node> members;  // of a collection
   // Of a member: its entry's key as it lies there, empty when that is lost.
   std::string_view key;
   // How the file ends it, where that is known.

@@ -30,27 +30,15 @@ bool IsWholeValue(const BagScanner& scanner, const BagEntry& found) {
   return found.tag != '"' && scanner.ValueOf(found, ignored);
 }
 
-// A reader takes the marks of other levels as well, as long as nothing else comes of it.
-bool IsSpelledRight(const BagEntry& found, uint32_t depth) {
-  constexpr size_t kSize = 2;
-  if (depth == 0) return true;
-  std::string marks;
-  bag::AppendEscape(bag::EscapeClass::kOpening, depth, marks);
-  bag::AppendEscape(bag::EscapeClass::kClosing, depth, marks);
-  const char* const end = found.value.data() + found.value.size();
-  return std::string_view(found.value.data() - kSize, kSize) == marks.substr(0, kSize) &&
-         std::string_view(end, kSize) == marks.substr(kSize);
-}
-
 bool IsWholeEntry(const BagScanner& scanner, const BagEntry& found, const SavedEntry& entry,
-                  uint32_t depth) {
+                  uint32_t depth, Texts texts) {
   if (entry.tag != '"') return IsWholeValue(scanner, found);
   if (found.tag != '"' || !IsSpelledRight(found, depth)) return false;
-  if (entry.kind == Kind::kText) return IsWholeText(found.value);
-  return IsWhole(scanner.TextOf(found), entry);
+  if (entry.kind == Kind::kText) return texts == Texts::kAny || IsWholeText(found.value);
+  return IsWhole(scanner.TextOf(found), entry, texts);
 }
 
-bool IsWholeObject(const KeptText& text, const SavedForm& form) {
+bool IsWholeObject(const KeptText& text, const SavedForm& form, Texts texts) {
   BagScanner scanner(text);
   BagEntry found;
   std::vector<bool> seen(form.entries.size(), false);
@@ -63,7 +51,9 @@ bool IsWholeObject(const KeptText& text, const SavedForm& form) {
       next = 0;
       entry = form.Find(found.key);
     }
-    if (entry == nullptr || !IsWholeEntry(scanner, found, *entry, text.depth())) return false;
+    if (entry == nullptr || !IsWholeEntry(scanner, found, *entry, text.depth(), texts)) {
+      return false;
+    }
     const auto at = static_cast<size_t>(entry - form.entries.data());
     if (seen[at] && entry->kind != Kind::kPoints) return false;
     seen[at] = true;
@@ -74,7 +64,7 @@ bool IsWholeObject(const KeptText& text, const SavedForm& form) {
   return !scanner.faulty();
 }
 
-bool IsWholeCollection(const KeptText& text, const SavedEntry& what) {
+bool IsWholeCollection(const KeptText& text, const SavedEntry& what, Texts texts) {
   BagScanner scanner(text);
   BagEntry found;
   size_t position = 0;
@@ -85,43 +75,56 @@ bool IsWholeCollection(const KeptText& text, const SavedEntry& what) {
     if (!what.keyed && key != automation::FromUtf8(what.prefix + std::to_string(position))) {
       return false;
     }
-    if (!IsWholeMember(scanner.TextOf(found), what, key)) return false;
+    if (!IsWholeMember(scanner.TextOf(found), what, key, texts)) return false;
   }
   return !scanner.faulty();
 }
 
-bool IsWholeBag(const KeptText& text) {
+bool IsWholeBag(const KeptText& text, Texts texts) {
   BagScanner scanner(text);
   BagEntry found;
   std::set<std::string_view> keys;
   while (scanner.Next(found)) {
-    const bool is_whole = found.tag == '"'
-                              ? IsWholeText(found.value) && IsSpelledRight(found, text.depth())
-                              : IsWholeValue(scanner, found);
-    if (!is_whole || !IsWholeText(found.key) || !keys.insert(found.key).second) return false;
+    const bool is_whole =
+        found.tag == '"' ? IsSpelledRight(found, text.depth()) : IsWholeValue(scanner, found);
+    if (!is_whole || !keys.insert(found.key).second) return false;
+    const bool is_clean = IsWholeText(found.key) && (found.tag != '"' || IsWholeText(found.value));
+    if (texts == Texts::kClean && !is_clean) return false;
   }
   return !scanner.faulty();
 }
 
 }  // namespace
 
-bool IsWhole(const KeptText& text, const SavedEntry& what) {
+bool IsSpelledRight(const BagEntry& found, uint32_t depth) {
+  constexpr size_t kSize = 2;
+  if (depth == 0) return true;
+  std::string marks;
+  bag::AppendEscape(bag::EscapeClass::kOpening, depth, marks);
+  bag::AppendEscape(bag::EscapeClass::kClosing, depth, marks);
+  const char* const end = found.value.data() + found.value.size();
+  return std::string_view(found.value.data() - kSize, kSize) == marks.substr(0, kSize) &&
+         std::string_view(end, kSize) == marks.substr(kSize);
+}
+
+bool IsWhole(const KeptText& text, const SavedEntry& what, Texts texts) {
   switch (what.kind) {
     case Kind::kText:
-      return IsWholeText(text.raw()) && EndsNothing(text.raw(), text.depth());
+      return (texts == Texts::kAny || IsWholeText(text.raw())) &&
+             EndsNothing(text.raw(), text.depth());
     case Kind::kBag:
-      return IsWholeBag(text);
+      return IsWholeBag(text, texts);
     case Kind::kObject:
-      return text.empty() || IsWholeObject(text, *what.part);
+      return text.empty() || IsWholeObject(text, *what.part, texts);
     case Kind::kCollection:
-      return IsWholeCollection(text, what);
+      return IsWholeCollection(text, what, texts);
     default:
       return false;
   }
 }
 
-bool IsWholeMember(const KeptText& text, const SavedEntry& collection, TextView key) {
-  if (text.empty() || !IsWhole(text, collection.part->self)) return false;
+bool IsWholeMember(const KeptText& text, const SavedEntry& collection, TextView key, Texts texts) {
+  if (text.empty() || !IsWhole(text, collection.part->self, texts)) return false;
   if (!collection.keyed) return true;
   const Text prefix = automation::FromUtf8(collection.prefix);
   return key.starts_with(prefix) && bag::BagReader(text).GetText("K") == key.substr(prefix.size());

@@ -71,7 +71,7 @@ struct OptionalRow {
 };
 constexpr OptionalRow kOptional[] = {
     {"details", "RP", '"', nullptr, Kind::kText}, {"details", "WP", '"', nullptr, Kind::kText},
-    {"chart", "Pic", 'p', "PicP", Kind::kValue},    {"file", "DID", '0', nullptr, Kind::kValue},
+    {"chart", "Pic", 'p', "PicP", Kind::kValue},  {"file", "DID", '0', nullptr, Kind::kValue},
     {"step", "DP", '"', "CS", Kind::kBag},        {"line", "EPX_", '0', nullptr, Kind::kPoints},
     {"figure", "Key", '"', "A", Kind::kText},     {"figure", "Picture", 'p', "Pic", Kind::kValue},
 };
@@ -173,8 +173,8 @@ class Forms {
   void Add(const SavedEntry& entry, uint32_t depth) {
     std::vector<const SavedEntry*>& parts = at_depth_[depth];
     const auto same = [&](const SavedEntry* other) {
-      return other == &entry ||
-             (entry.kind == Kind::kObject && other->kind == entry.kind && other->part == entry.part);
+      return other == &entry || (entry.kind == Kind::kObject && other->kind == entry.kind &&
+                                 other->part == entry.part);
     };
     if (std::none_of(parts.begin(), parts.end(), same)) parts.push_back(&entry);
   }

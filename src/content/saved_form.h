@@ -27,7 +27,7 @@ struct SavedEntry {
   bool always = true;  // written whatever the object holds
   const SavedForm* part = nullptr;
   std::string prefix = {};  // of a collection's keys
-  bool keyed = false;  // what follows the prefix is the member's "K", else its position
+  bool keyed = false;       // what follows the prefix is the member's "K", else its position
 
   bool Has(std::string_view sought) const;
 };
