@@ -7,8 +7,8 @@
 
 #include "bag/properties.h"
 #include "command.h"
+#include "content/salvage.h"
 #include "copies.h"
-#include "file_text.h"
 #include "flow.h"
 #include "objects.h"
 #include "one_line.h"
@@ -146,24 +146,27 @@ class Checker {
   std::vector<Finding> findings_;
 };
 
-void AddLostTexts(Context& context, const std::string& file, Ref<vnDocument> document,
-                  std::vector<Finding>& findings) {
-  for (const LostText& lost : FindLostTexts(context, file, std::move(document))) {
-    const std::string where = lost.place.empty() ? "the file" : lost.place;
-    switch (lost.kind) {
-      case LostText::Kind::kUnknownKey:
-        // Dependencies on steps that are gone are findings of their own.
-        if ((where + '/').find("/DP/") != where.npos) continue;
-        findings.push_back({"unknown key", where + " is not known; the next save drops it"});
-        break;
-      case LostText::Kind::kTwice:
-        findings.push_back({"damaged text", where + " is there twice; the next save drops one"});
-        break;
-      case LostText::Kind::kDoesNotParse:
-        findings.push_back(
-            {"damaged text", where + " does not parse from byte " + std::to_string(lost.offset)});
-        break;
-    }
+void AddDamage(const vndoc6::Damage& damage, std::vector<Finding>& findings) {
+  using Kind = vndoc6::Damage::Kind;
+  const std::string where =
+      damage.place.empty() ? "the file" : OneLine(vndoc6::automation::FromUtf8(damage.place));
+  const std::string at = "byte " + std::to_string(damage.offset);
+  switch (damage.kind) {
+    case Kind::kUnknown:
+      findings.push_back({"unknown key", where + " is not known; the next save drops it"});
+      break;
+    case Kind::kTwice:
+      findings.push_back({"damaged text", where + " is there twice; the next save drops one"});
+      break;
+    case Kind::kMissing:
+      findings.push_back({"damaged text", where + " lacks " + damage.keys});
+      break;
+    case Kind::kLost:
+      findings.push_back({"damaged text", where + " does not parse from " + at + " on"});
+      break;
+    case Kind::kMended:
+      findings.push_back({"damaged text", where + " is damaged at " + at});
+      break;
   }
 }
 
@@ -205,16 +208,8 @@ class Report {
 
   void Check(const std::string& file) {
     std::vector<Finding> findings = Checker(*Load(context_, file)).Check();
-    // Loaded again, without all that was built by looking at it.
-    auto document = Load(context_, file);
-    UseWritePassword(context_, *document);
-    if (document->AllowWrite()) {
-      AddLostTexts(context_, file, std::move(document), findings);
-    } else {
-      context_.err << "vndoc: " << file
-                   << (context_.write_password
-                           ? ": wrong write password; its texts are not checked\n"
-                           : ": its texts need the write password to be checked\n");
+    for (const vndoc6::Damage& damage : vndoc6::Salvage(ReadBytes(context_, file)).damages) {
+      AddDamage(damage, findings);
     }
     const bool fixable = std::any_of(findings.begin(), findings.end(),
                                      [](const Finding& finding) { return finding.fixable; });
@@ -284,8 +279,8 @@ void AddCheck(CLI::App& app, Context& context) {
   command->footer(
       "Finds links, dependencies and jumps that lead nowhere, steps that can't be reached, "
       "numbers\n"
-      "that are missing or there twice, dependencies in circles, texts that don't parse and keys\n"
-      "that are not known. Texts and keys need the write password of a document that has one.\n"
+      "that are missing or there twice, dependencies in circles, texts that are damaged and keys\n"
+      "that are not known.\n"
       "Exit status: 0 nothing is wrong, or all of it was fixed; 1 findings; 2 a file can't be "
       "read.");
   command->callback([options, &context] { CheckAll(context, *options); });

@@ -58,6 +58,8 @@ struct Context {
 // The document of a file, with the passwords of the context or of a prompt. Throws Failure when it
 // can't be loaded. Write access is asked for when `to_write` is set.
 Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write = false);
+// The document of a text that was made of a file; passwords are asked for as for that file.
+Ref<vnDocument> LoadText(Context& context, std::string_view text, const std::string& file);
 // Puts the document's temporary save in its place, in the same way. When that fails, both are as
 // they were.
 void TakeTempSave(Context& context, const std::string& file);

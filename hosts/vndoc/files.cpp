@@ -14,6 +14,7 @@
 #include "document/temp_save.h"
 #include "platform/file_system.h"
 #include "progress.h"
+#include "scratch_folder.h"
 #include "terminal.h"
 
 namespace vndoc {
@@ -70,13 +71,20 @@ enum class Loaded { kYes, kWrongPassword };
 // vnDocument::Load or LoadTempSave.
 using LoadFunction = bool (vnDocument::*)(const Text& file, const Text& password);
 
-Loaded TryLoad(Context& context, vnDocument& document, LoadFunction load, const std::string& file,
+// What a document is loaded from, and the file that its user knows it by.
+struct Source {
+  std::string name;
+  std::string file;
+};
+
+Loaded TryLoad(Context& context, vnDocument& document, LoadFunction load, const Source& source,
                const std::string& password, bool* saved) {
+  const std::string& file = source.file;
   const Outcome outcome(document);
   const Progress progress(context, document, "Loading " + file);
   bool loaded = false;
   try {
-    loaded = (document.*load)(FromUtf8(file), FromUtf8(password));
+    loaded = (document.*load)(FromUtf8(source.name), FromUtf8(password));
   } catch (const Error& error) {
     if (error.number() != vndoc6::automation::kCannotCreateObject) throw;
     throw Failure(file + ": not a document, or one of an older format");
@@ -125,18 +133,19 @@ void RequireSaved(bool saved, const vnDocument& document, const std::string& fil
 }
 
 // `saved` tells whether the document was saved in passing.
-Ref<vnDocument> LoadBy(Context& context, LoadFunction load, const std::string& file,
+Ref<vnDocument> LoadBy(Context& context, LoadFunction load, const Source& source,
                        bool* saved = nullptr) {
-  RequireReadable(file);
+  const std::string& file = source.file;
+  RequireReadable(source.name);
   auto document = Make<vnDocument>();
   const std::string given = context.password.value_or("");
-  if (TryLoad(context, *document, load, file, given, saved) == Loaded::kYes) return document;
+  if (TryLoad(context, *document, load, source, given, saved) == Loaded::kYes) return document;
   if (context.password) throw Failure(file + ": wrong password");
   const auto answer = Ask(context, "Password for " + file + ": ", context.said[file].password);
   if (!answer) throw Failure(file + ": needs its password");
   // A document is loaded once, whether that succeeds or not.
   document = Make<vnDocument>();
-  if (TryLoad(context, *document, load, file, *answer, saved) == Loaded::kYes) return document;
+  if (TryLoad(context, *document, load, source, *answer, saved) == Loaded::kYes) return document;
   throw Failure(file + ": wrong password");
 }
 
@@ -174,15 +183,24 @@ class KeptFile {
 }  // namespace
 
 Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write) {
-  auto document = LoadBy(context, &vnDocument::Load, file);
+  auto document = LoadBy(context, &vnDocument::Load, {file, file});
   if (to_write) RequireWriteAccess(context, *document, file);
   return document;
+}
+
+Ref<vnDocument> LoadText(Context& context, std::string_view text, const std::string& file) {
+  const ScratchFolder folder;
+  const Text name = folder.Name("salvaged");
+  if (!vndoc6::platform::ReplaceFileWith(name, text)) {
+    throw Failure("a temporary file can't be written");
+  }
+  return LoadBy(context, &vnDocument::Load, {ToUtf8(name), file});
 }
 
 void TakeTempSave(Context& context, const std::string& file) {
   KeptFile temp_save(ToUtf8(vndoc6::TempSaveName(FromUtf8(file))));
   bool saved = false;
-  const auto document = LoadBy(context, &vnDocument::LoadTempSave, file, &saved);
+  const auto document = LoadBy(context, &vnDocument::LoadTempSave, {file, file}, &saved);
   if (!saved) {
     RequireWriteAccess(context, *document, file);
     Save(context, *document);

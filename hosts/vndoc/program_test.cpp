@@ -198,11 +198,15 @@ TEST_F(PasswordTest, ForWritingIsAskedForAsWellAndOnceOnly) {
   terminal.Type("t0psecret\n");
   EXPECT_THAT(terminal.Finish(), Not(HasSubstr("t0ps")));
   EXPECT_EQ(WEXITSTATUS(terminal.status()), kDone);
-  OnTerminal check({"check", file_, "--write-password", "t0psecret"});
-  check.Expect("Password for ");
-  check.Type("r0sebud\n");
-  check.Finish();
-  EXPECT_EQ(WEXITSTATUS(check.status()), kDone);
+  const std::vector<std::vector<std::string>> readers = {{"check", file_},
+                                                         {"recover", file_, "-o", File("new.vn6")}};
+  for (const auto& reader : readers) {
+    OnTerminal once(reader);
+    once.Expect("Password for " + file_ + ": ");
+    once.Type("r0sebud\n");
+    once.Finish();
+    EXPECT_EQ(WEXITSTATUS(once.status()), kDone) << reader[0];
+  }
 }
 
 TEST_F(PasswordTest, ThatIsWrongEndsInOneLine) {
