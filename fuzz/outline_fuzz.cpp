@@ -7,11 +7,9 @@
 
 #include "content/compare.h"
 #include "document/document.h"
-#include "hosts/vndoc/drawing.h"
 #include "hosts/vndoc/outline_reader.h"
-#include "hosts/vndoc/page.h"
-#include "hosts/vndoc/svg.h"
 #include "tests/support/memory_disk.h"
+#include "vndoc6/drawing.h"
 
 using vndoc6::vnDocument;
 using vndoc6::automation::Make;
@@ -49,8 +47,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   disk.Start({});
   const auto document = Make<vnDocument>();
   if (!IsMade(*document, {reinterpret_cast<const char*>(data), size})) return 0;
-  if (vndoc::WriteSvg(vndoc::ReadDrawing(*document), {}).empty()) std::abort();
-  if (vndoc::WritePage(*document).empty()) std::abort();
+  if (vndoc6::drawing::Svg(*document).empty()) std::abort();
+  if (vndoc6::drawing::Html(*document).empty()) std::abort();
   const vndoc6::Text name = vndoc6::automation::FromUtf8(MemoryDisk::kFolder) + u"file";
   if (!document->SaveAs(name)) std::abort();
   const auto loaded = Make<vnDocument>();

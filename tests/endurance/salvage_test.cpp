@@ -372,7 +372,7 @@ Ref<vnDocument> RichDocument() {
     if (i % 5 != 0) continue;
     const auto container = Make<vnContainer>();
     container->SetLabel(u"Group " + number);
-    document->InternalContainers().Add(container.get());
+    document->ContainerCollection()->Add(container.get());
     step->SetContainerKey(container->Key());
   }
   return document;
