@@ -23,5 +23,5 @@ windows_test() {
   error=$(say show "$(windows_path "$folder/none.vn6")" 2>&1) || status=$?
   [[ $status -eq 2 && $error == "vndoc: "*"none.vn6: No such file or directory"* ]] || return 1
   error=$(say render "$(windows_path "$file")" --png -o - 2>&1)
-  [[ $error == "vndoc: no converter for PNG is installed"* ]]
+  [[ $error == "vndoc: no converter for png is installed"* ]]
 }
