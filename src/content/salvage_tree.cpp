@@ -254,28 +254,36 @@ void Join(Node& node, Node more) {
   }
 }
 
+// Without its versions nothing of a document is read.
+void SetVersion(Node& document, const char* key, std::string_view plain, bool keep,
+                std::vector<Damage>& damages) {
+  const SavedEntry& entry = *DocumentForm().Find(key);
+  const Field* const known = Find(document, entry);
+  if (known != nullptr && (keep || known->plain == plain)) return;
+  std::erase_if(document.fields, [&](const Field& field) { return field.entry == &entry; });
+  damages.push_back({Damage::Kind::kMissing, {}, 0, 0, key});
+  Field field;
+  field.entry = &entry;
+  field.key = entry.key;
+  field.plain = plain;
+  document.fields.push_back(std::move(field));
+}
+
 std::string WriteDocument(Node& document, std::vector<Damage>& damages) {
   if (document.is_whole) return std::string(document.raw);
   const bool has_any = std::any_of(document.fields.begin(), document.fields.end(),
                                    [](const Field& field) { return field.entry != nullptr; });
   if (!has_any) return {};
-  const SavedEntry& file_version = *DocumentForm().Find("FV");
-  const SavedEntry& document_version = *DocumentForm().Find("DV");
-  // Without its versions nothing of a document is read.
   std::string versions;
   bag::BagWriter version_writer(versions);
-  version_writer.Add("FV", kFileVersion);
-  const Field* const known = Find(document, file_version);
-  if (known != nullptr && std::string(known->key).append(known->plain) == versions) {
-    versions.clear();
-  } else {
-    std::erase_if(document.fields,
-                  [&](const Field& field) { return field.entry == &file_version; });
-  }
-  if (Find(document, document_version) == nullptr) version_writer.Add("DV", kDocumentVersion);
+  version_writer.Add("", kFileVersion);
+  const size_t size = versions.size();
+  version_writer.Add("", kDocumentVersion);
+  SetVersion(document, "FV", std::string_view(versions).substr(0, size), false, damages);
+  SetVersion(document, "DV", std::string_view(versions).substr(size), true, damages);
   Writer writer(damages);
   writer.Write(document, 0, {});
-  return versions + writer.out;
+  return std::move(writer.out);
 }
 
 std::string Opening(uint32_t depth) {

@@ -418,7 +418,7 @@ TEST(Salvage, FindsNothingWrongWithWhatWasSaved) {
 
 TEST(Salvage, LosesNothingToASingleBit) {
   Measure measure(FileOf(*SmallDocument()));
-  const auto step = static_cast<size_t>(std::max(1, 37 / Times(1)));
+  const auto step = static_cast<size_t>(std::max(1, 67 / Times(1)));
   for (size_t bit = 0; bit < 8 * measure.file().size(); bit += step) {
     DamagedCopy copy(measure.file());
     copy.Change(bit / 8, static_cast<char>(measure.file()[bit / 8] ^ (1 << bit % 8)));
@@ -429,7 +429,7 @@ TEST(Salvage, LosesNothingToASingleBit) {
 
 TEST(Salvage, KeepsAllBeforeACut) {
   Measure measure(FileOf(*SmallDocument()));
-  const auto step = static_cast<size_t>(std::max(1, 5 / Times(1)));
+  const auto step = static_cast<size_t>(std::max(1, 11 / Times(1)));
   for (size_t at = 0; at < measure.file().size(); at += step) {
     DamagedCopy copy(measure.file());
     copy.Remove(at, measure.file().size() - at);
@@ -446,7 +446,7 @@ TEST(Salvage, KeepsWhatDamageInSeveralPlacesLeaves) {
   for (const auto& [name, file] : files) {
     Measure measure(file);
     Random random(Seed());
-    for (int32_t cases = Times(50); cases > 0; --cases) measure.Try(AnyDamage(file, random));
+    for (int32_t cases = Times(25); cases > 0; --cases) measure.Try(AnyDamage(file, random));
     measure.Expect(name);
   }
 }
