@@ -7,7 +7,9 @@ parsing_sources=(
   src/bag/{lazy,unchanged_text}.h src/bag/properties.cpp
   src/collections/{attachment_list,collection,keyed_store,numbered_collection}.h
   src/document/document_load.cpp src/process/step_text.cpp src/templates/{tag_text,template_library}.cpp
-  hosts/vndoc/{json_tree,json_values,mended_text,outline_reader,read_json}.cpp
+  hosts/vndoc/{json_tree,json_values,outline_reader,read_json}.cpp
+  src/content/saved_form.cpp
+  src/content/salvage{,_entries,_likeness,_marks,_order,_pieces,_reader,_sound,_texts,_tree,_whole}.cpp
 )
 
 coverage() {

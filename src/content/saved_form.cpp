@@ -204,7 +204,8 @@ bool PointOrder::Take(std::string_view key) {
   constexpr size_t kPrefix = 4;
   uint32_t number = 0;
   const bool is_y = key.starts_with("EPY_");
-  if (is_y != is_y_next_ || !bag::ReadNumber(key.substr(kPrefix), number)) return false;
+  if (key.size() <= kPrefix || is_y != is_y_next_ || !bag::ReadNumber(key.substr(kPrefix), number))
+    return false;
   if (is_y ? number != last_ : number <= last_) return false;
   last_ = number;
   is_y_next_ = !is_y;
