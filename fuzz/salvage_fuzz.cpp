@@ -17,9 +17,8 @@ using vndoc6::bag::SharedBytes;
 static void ReadParts(const KeptText& text, const SavedEntry& what) {
   BagScanner scanner(text);
   for (BagEntry found; scanner.Next(found);) {
-    const SavedEntry* const entry = what.kind == SavedEntry::Kind::kCollection
-                                        ? &what.part->self
-                                        : what.part->Find(found.key);
+    const SavedEntry* const entry =
+        what.kind == SavedEntry::Kind::kCollection ? &what.part->self : what.part->Find(found.key);
     const bool is_part = entry != nullptr && entry->part != nullptr && found.tag == '"';
     if (is_part) ReadParts(scanner.TextOf(found), *entry);
   }
