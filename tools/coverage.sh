@@ -8,6 +8,8 @@ parsing_sources=(
   src/collections/{attachment_list,collection,keyed_store,numbered_collection}.h
   src/document/document_load.cpp src/process/step_text.cpp src/templates/{tag_text,template_library}.cpp
   hosts/vndoc/{json_tree,json_values,outline_reader,read_json}.cpp
+  src/content/saved_form.cpp
+  src/content/salvage{,_entries,_likeness,_marks,_order,_pieces,_reader,_sound,_texts,_tree,_whole}.cpp
 )
 
 coverage() {

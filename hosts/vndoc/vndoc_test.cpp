@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <random>
 #include <sstream>
 
 #include "command.h"
@@ -369,75 +368,6 @@ TEST_F(VndocTest, RecoverKeepsWhatStandsBehindTheDamage) {
       EXPECT_THAT(shown, HasSubstr(". Step no " + std::to_string(i) + "\n")) << where;
     }
   }
-}
-
-TEST_F(VndocTest, RecoverClosesPartsThatLostTheirEnd) {
-  const std::string file = Document("A\nB\n");
-  Vndoc({"edit", file, "set", "Chart/GridSizeX", "200"});
-  const std::string bytes = Bytes("plan.vn6");
-  std::vector<size_t> ends = {bytes.find("^A\":LK")};
-  for (size_t end = bytes.find(":IR="); (end = bytes.find("\":", end)) != bytes.npos; ++end) {
-    ends.push_back(end);
-  }
-  for (const size_t end : ends) {
-    std::string damaged = bytes;
-    damaged[end] = 'x';
-    folder_.Write("plan.vn6", damaged);
-    Vndoc({"recover", file, "-o", File("new.vn6")});
-    const std::string last = end == ends[0] ? "1" : "2";
-    EXPECT_EQ(Get(File("new.vn6"), "Steps/" + last + "/Label"), last == "1" ? "A\n" : "B\n")
-        << damaged.substr(end - 20, 40);
-  }
-}
-
-// Several bytes changed, taken out, put in or zeroed, anywhere: no more than the steps around are
-// lost, what was lost is told, and what was saved is a document.
-TEST_F(VndocTest, RecoverCopesWithDamageOfManyBytes) {
-  constexpr size_t kSteps = 20;
-  constexpr int kCases = 100;
-  std::string outline;
-  for (size_t i = 1; i <= kSteps; ++i)
-    outline += "Step no " + std::to_string(i) + " @Role\n  - Do\n";
-  Document(outline);
-  const std::string bytes = Bytes("plan.vn6");
-  std::mt19937 random(6);
-  const auto below = [&](size_t limit) { return static_cast<size_t>(random()) % limit; };
-  size_t lost_in_all = 0;
-  for (int number = 0; number < kCases; ++number) {
-    std::string damaged = bytes;
-    const size_t size = 2 + below(200);
-    const size_t at = below(bytes.size() - size);
-    std::string noise;
-    for (size_t i = 0; i < size; ++i) noise += static_cast<char>(below(256));
-    switch (number % 5) {
-      case 0:
-        for (size_t i = 0; i < 8; ++i) damaged[below(bytes.size())] = noise[i % size];
-        break;
-      case 1:
-        damaged.replace(at, size, noise);
-        break;
-      case 2:
-        damaged.erase(at, size);
-        break;
-      case 3:
-        damaged.insert(at, noise);
-        break;
-      default:
-        damaged.replace(at, size, size, '\0');
-    }
-    folder_.Write("plan.vn6", damaged);
-    const Outcome recovered = Vndoc({"recover", File("plan.vn6"), "-o", File("new.vn6")});
-    ASSERT_THAT(recovered.status, ::testing::AnyOf(kDone, kFindings)) << number << recovered.err;
-    const Outcome shown = Vndoc({"show", File("new.vn6")});
-    ASSERT_EQ(shown.err, "") << number;
-    size_t lost = 0;
-    for (size_t i = 1; i <= kSteps; ++i) {
-      lost += shown.out.find(". Step no " + std::to_string(i) + "\n") == std::string::npos;
-    }
-    EXPECT_LE(lost, 8u) << number << recovered.err;
-    lost_in_all += lost;
-  }
-  EXPECT_LE(lost_in_all, kCases) << "one for each damage";
 }
 
 TEST_F(VndocTest, DiffEndsAsDiffDoes) {

@@ -88,7 +88,8 @@ class Sight {
     if (entry.tag == '"') return 0;
     const bool same_type = entry.tag == item_.entry->tag;
     if (entry.Has(Key())) return same_type ? kSameKey : kSameKeyOtherType;
-    return same_type && IsNearly(Key(), entry.key) ? kNearlySameKey : 0;
+    const bool may_be = same_type && entry.kind != Kind::kPoints;
+    return may_be && IsNearly(Key(), entry.key) ? kNearlySameKey : 0;
   }
 
   std::string_view Key() const { return file_.View(item_.entry->key); }

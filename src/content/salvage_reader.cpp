@@ -160,11 +160,12 @@ bool Reader::ReadPieces(Pieces& pieces, const std::string& place) {
 }
 
 // Rubbish that is a damaged opening or closing is not lost: there is another one for it.
-void MendEnds(const FoundEntry& found, uint32_t depth, Damages& damages) {
+void MendEnds(const FoundEntry& found, const Region& inside, Damages& damages) {
+  const uint32_t depth = inside.depth - 1;
   for (Damage& damage : damages) {
-    const bool at_begin = !found.opened && damage.offset == found.inside.bytes.begin &&
+    const bool at_begin = !found.opened && damage.offset == inside.bytes.begin &&
                           damage.size <= Opening(depth).size();
-    const bool at_end = !found.closed && damage.offset + damage.size == found.inside.bytes.end &&
+    const bool at_end = !found.closed && damage.offset + damage.size == inside.bytes.end &&
                         damage.size <= Closing(depth).size();
     if (damage.kind == Damage::Kind::kLost && damage.size != 0 && (at_begin || at_end)) {
       damage.kind = Damage::Kind::kMended;
@@ -211,7 +212,7 @@ Part Reader::ReadPiece(Piece& piece, const std::string& place) {
   const Region inside =
       WithoutMarks({file_, below, damages}, found, what, is_member ? "" : entry.key);
   Part part = Read(what, inside, below, piece.damages);
-  MendEnds(found, found.inside.depth - 1, piece.damages);
+  MendEnds(found, inside, piece.damages);
   Append(piece.damages, std::move(damages));
   return part;
 }

@@ -63,7 +63,10 @@ Node ReadBag(const Reading& reading, const SavedEntry& what, const Region& regio
   for (const FoundEntry& entry : found.entries) {
     Field field;
     field.key = file.View(entry.key);
-    if (!entry.opened || !IsWholeText(field.key) || field.key.find('=') != field.key.npos) {
+    const bool has_key = entry.opened && IsWholeText(field.key) &&
+                         EndsNothing(field.key, region.depth) &&
+                         field.key.find('=') == field.key.npos;
+    if (!has_key) {
       reading.Lose(entry.all);
       continue;
     }

@@ -70,7 +70,7 @@ class Writer {
     std::stable_sort(
         node.fields.begin(), node.fields.end(),
         [&](const Field& left, const Field& right) { return position(left) < position(right); });
-    std::string missing;
+    std::string missing = MissingPoints(node);
     size_t next = 0;
     for (const SavedEntry& entry : entries) {
       while (next < node.fields.size() && position(node.fields[next]) < &entry) ++next;
@@ -80,6 +80,17 @@ class Writer {
     }
     if (missing.empty()) return;
     damages_.push_back({Damage::Kind::kMissing, place, node.offset, 0, std::move(missing)});
+  }
+
+  // Told where the points are out of their order, or one lacks a value.
+  static std::string MissingPoints(const Node& node) {
+    PointOrder order;
+    bool in_order = true;
+    for (const Field& field : node.fields) {
+      const bool is_point = field.entry != nullptr && field.entry->kind == Kind::kPoints;
+      in_order = in_order && (!is_point || order.Take(field.key));
+    }
+    return in_order && order.IsComplete() ? "" : "a point";
   }
 
   void WriteField(Field& field, uint32_t depth, const std::string& place) {
@@ -139,14 +150,18 @@ class Writer {
     std::string key = PlainKey(member.key, depth);
     if (key.starts_with(what.prefix)) key.erase(0, what.prefix.size());
     const std::optional<std::string> own = OwnKey(member, depth + 1);
-    const bool is_sure = own == key;
+    const bool is_sure = own.value_or("") == key;
     if (own && (!IsMadeKey(key) || IsMadeKey(*own))) key = *own;
+    // A load makes one.
+    if (key.empty()) return key;
     const bool is_taken = !keys.insert(automation::FoldedUtf8(FromUtf8(key))).second;
-    const Damage damage = {is_taken ? Damage::Kind::kTwice : Damage::Kind::kMended,
-                           Below(place, what.prefix + key), member.offset, 0, "K"};
-    if (is_taken || !is_sure) damages_.push_back(damage);
-    if (!member.is_whole && (is_taken || own != key))
+    if (is_taken || !is_sure) {
+      damages_.push_back({is_taken ? Damage::Kind::kTwice : Damage::Kind::kMended,
+                          Below(place, what.prefix + key), member.offset, 0, "K"});
+    }
+    if (!member.is_whole && (is_taken || own != key)) {
       SetOwnKey(member, is_taken ? "" : key, depth + 1);
+    }
     return is_taken ? std::string() : key;
   }
 
@@ -254,28 +269,36 @@ void Join(Node& node, Node more) {
   }
 }
 
+// Without its versions nothing of a document is read.
+void SetVersion(Node& document, const char* key, std::string_view plain, bool keep,
+                std::vector<Damage>& damages) {
+  const SavedEntry& entry = *DocumentForm().Find(key);
+  const Field* const known = Find(document, entry);
+  if (known != nullptr && (keep || known->plain == plain)) return;
+  std::erase_if(document.fields, [&](const Field& field) { return field.entry == &entry; });
+  damages.push_back({Damage::Kind::kMissing, {}, 0, 0, key});
+  Field field;
+  field.entry = &entry;
+  field.key = entry.key;
+  field.plain = plain;
+  document.fields.push_back(std::move(field));
+}
+
 std::string WriteDocument(Node& document, std::vector<Damage>& damages) {
   if (document.is_whole) return std::string(document.raw);
   const bool has_any = std::any_of(document.fields.begin(), document.fields.end(),
                                    [](const Field& field) { return field.entry != nullptr; });
   if (!has_any) return {};
-  const SavedEntry& file_version = *DocumentForm().Find("FV");
-  const SavedEntry& document_version = *DocumentForm().Find("DV");
-  // Without its versions nothing of a document is read.
   std::string versions;
   bag::BagWriter version_writer(versions);
-  version_writer.Add("FV", kFileVersion);
-  const Field* const known = Find(document, file_version);
-  if (known != nullptr && std::string(known->key).append(known->plain) == versions) {
-    versions.clear();
-  } else {
-    std::erase_if(document.fields,
-                  [&](const Field& field) { return field.entry == &file_version; });
-  }
-  if (Find(document, document_version) == nullptr) version_writer.Add("DV", kDocumentVersion);
+  version_writer.Add("", kFileVersion);
+  const size_t size = versions.size();
+  version_writer.Add("", kDocumentVersion);
+  SetVersion(document, "FV", std::string_view(versions).substr(0, size), false, damages);
+  SetVersion(document, "DV", std::string_view(versions).substr(size), true, damages);
   Writer writer(damages);
   writer.Write(document, 0, {});
-  return versions + writer.out;
+  return std::move(writer.out);
 }
 
 std::string Opening(uint32_t depth) {

@@ -15,16 +15,6 @@ using bag::BagScanner;
 using bag::KeptText;
 using Kind = SavedEntry::Kind;
 
-// Whether no mark in it is one of the texts around it, of which there are so many.
-bool EndsNothing(std::string_view raw, uint32_t depth) {
-  for (size_t at = 0; (at = raw.find('^', at)) != raw.npos;) {
-    const bag::Escape escape = bag::ReadEscape(raw.substr(at));
-    if (escape.size != 0 && escape.level < depth) return false;
-    at += std::max<size_t>(escape.size, 1);
-  }
-  return true;
-}
-
 bool IsWholeValue(const BagScanner& scanner, const BagEntry& found) {
   automation::Variant ignored;
   return found.tag != '"' && scanner.ValueOf(found, ignored);
@@ -43,6 +33,7 @@ bool IsWholeObject(const KeptText& text, const SavedForm& form, Texts texts) {
   BagEntry found;
   std::vector<bool> seen(form.entries.size(), false);
   size_t next = 0;
+  PointOrder points;
   while (scanner.Next(found)) {
     // As a rule they come in the form's order.
     while (next < form.entries.size() && !form.entries[next].Has(found.key)) ++next;
@@ -55,13 +46,14 @@ bool IsWholeObject(const KeptText& text, const SavedForm& form, Texts texts) {
       return false;
     }
     const auto at = static_cast<size_t>(entry - form.entries.data());
-    if (seen[at] && entry->kind != Kind::kPoints) return false;
+    const bool is_point = entry->kind == Kind::kPoints;
+    if (is_point ? !points.Take(found.key) : seen[at]) return false;
     seen[at] = true;
   }
   for (size_t i = 0; i < seen.size(); ++i) {
     if (form.entries[i].always && !seen[i]) return false;
   }
-  return !scanner.faulty();
+  return points.IsComplete() && !scanner.faulty();
 }
 
 bool IsWholeCollection(const KeptText& text, const SavedEntry& what, Texts texts) {
@@ -88,6 +80,7 @@ bool IsWholeBag(const KeptText& text, Texts texts) {
     const bool is_whole =
         found.tag == '"' ? IsSpelledRight(found, text.depth()) : IsWholeValue(scanner, found);
     if (!is_whole || !keys.insert(found.key).second) return false;
+    if (!EndsNothing(found.key, text.depth())) return false;
     const bool is_clean = IsWholeText(found.key) && (found.tag != '"' || IsWholeText(found.value));
     if (texts == Texts::kClean && !is_clean) return false;
   }
@@ -95,6 +88,15 @@ bool IsWholeBag(const KeptText& text, Texts texts) {
 }
 
 }  // namespace
+
+bool EndsNothing(std::string_view raw, uint32_t depth) {
+  for (size_t at = 0; (at = raw.find('^', at)) != raw.npos;) {
+    const bag::Escape escape = bag::ReadEscape(raw.substr(at));
+    if (escape.size != 0 && escape.level < depth) return false;
+    at += std::max<size_t>(escape.size, 1);
+  }
+  return true;
+}
 
 bool IsSpelledRight(const BagEntry& found, uint32_t depth) {
   constexpr size_t kSize = 2;

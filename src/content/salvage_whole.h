@@ -23,6 +23,9 @@ bool IsWholeMember(const bag::KeptText& text, const SavedEntry& collection, Text
 // takes the marks of other levels as well, as long as nothing else comes of it.
 bool IsSpelledRight(const bag::BagEntry& found, uint32_t depth);
 
+// Whether no mark in a text or a key is one of the texts around it, of which there are so many.
+bool EndsNothing(std::string_view raw, uint32_t depth);
+
 // A text as it lies in a file, without what damage leaves there: zero bytes, quotes, and bytes that
 // are no characters.
 bool IsWholeText(std::string_view raw);

@@ -200,6 +200,18 @@ bool SavedEntry::Has(std::string_view sought) const {
                      [](char digit) { return digit >= '0' && digit <= '9'; });
 }
 
+bool PointOrder::Take(std::string_view key) {
+  constexpr size_t kPrefix = 4;
+  uint32_t number = 0;
+  const bool is_y = key.starts_with("EPY_");
+  if (key.size() <= kPrefix || is_y != is_y_next_ || !bag::ReadNumber(key.substr(kPrefix), number))
+    return false;
+  if (is_y ? number != last_ : number <= last_) return false;
+  last_ = number;
+  is_y_next_ = !is_y;
+  return true;
+}
+
 const SavedEntry* SavedForm::Find(std::string_view key) const {
   const auto found = std::find_if(entries.begin(), entries.end(),
                                   [&](const SavedEntry& entry) { return entry.Has(key); });

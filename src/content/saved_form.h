@@ -14,7 +14,7 @@ struct SavedForm;
 struct SavedEntry {
   enum class Kind {
     kValue,       // a number, a Boolean, a date, a picture
-    kPoints,      // a row of them, under "EPX_1", "EPY_1", "EPX_2", ...
+    kPoints,      // Longs under "EPX_1", "EPY_1", "EPX_2", ...: see PointOrder
     kText,        // a text that means nothing here
     kBag,         // a host's bag
     kObject,      // the text of an object of class `part`
@@ -30,6 +30,19 @@ struct SavedEntry {
   bool keyed = false;       // what follows the prefix is the member's "K", else its position
 
   bool Has(std::string_view sought) const;
+};
+
+// Points come with both their values, by their numbers, of which some may be left out.
+class PointOrder {
+ public:
+  // False when the entry with that key does not come next.
+  bool Take(std::string_view key);
+  // Whether no value is missing at the end.
+  bool IsComplete() const { return !is_y_next_; }
+
+ private:
+  uint32_t last_ = 0;
+  bool is_y_next_ = false;
 };
 
 struct SavedForm {
