@@ -3,11 +3,11 @@
 
 #include <map>
 
-#include "automation/class_info.h"
 #include "bench/allocations.h"
-#include "document/document.h"
-#include "process/steps.h"
-#include "process/task.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
 
 namespace vndoc6::bench {
 namespace {

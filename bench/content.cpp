@@ -5,7 +5,7 @@
 #include <string_view>
 #include <type_traits>
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6::bench {
 namespace {

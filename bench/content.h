@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "chart/figure.h"
-#include "chart/line.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/chart/line.h"
 
 namespace vndoc6::bench {
 

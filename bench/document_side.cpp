@@ -3,10 +3,11 @@
 #include <cmath>
 #include <type_traits>
 
+#include "automation/inside.h"
 #include "bag/bag_scanner.h"
 #include "bag/bag_writer.h"
 #include "bench/rows.h"
-#include "process/steps.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6::bench {
 namespace {
@@ -128,7 +129,7 @@ void ChangeDocument(vnDocument& document) {
 std::string DocumentBytes(vnDocument& document) {
   std::string bytes;
   bag::BagWriter writer(bytes);
-  document.InternalWrite(writer);
+  Inside::Write(document, writer);
   return bytes;
 }
 

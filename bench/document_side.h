@@ -5,7 +5,7 @@
 #include <string>
 
 #include "bench/content.h"
-#include "document/document.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6::bench {
 

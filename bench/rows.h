@@ -6,11 +6,11 @@
 #include <tuple>
 #include <utility>
 
-#include "automation/font.h"
 #include "bench/content.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
+#include "vndoc6/automation/font.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
 
 namespace vndoc6::bench {
 

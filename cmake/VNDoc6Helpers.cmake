@@ -106,3 +106,8 @@ function(vndoc6_program name)
   vndoc6_configure(${name})
   target_link_libraries(${name} PRIVATE vndoc6)
 endfunction()
+
+# For what belongs to the library itself: its tests, tools and doors see its inside.
+function(vndoc6_inside target)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src)
+endfunction()

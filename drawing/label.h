@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6::drawing {
 

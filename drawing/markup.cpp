@@ -6,7 +6,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "bag/base64.h"
+#include "vndoc6/bag/base64.h"
 
 namespace vndoc6::drawing {
 namespace {

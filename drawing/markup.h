@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6::drawing {
 

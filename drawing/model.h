@@ -1,22 +1,22 @@
 // What the drawing reads of the model: its public classes.
 #pragma once
 
-#include "automation/services.h"
-#include "bag/properties.h"
-#include "chart/chart.h"
-#include "chart/figure.h"
-#include "chart/line.h"
-#include "details/details.h"
-#include "details/revision.h"
-#include "document/document.h"
-#include "process/condition.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
-#include "titles/title_ref.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/chart/line.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
+#include "vndoc6/titles/title_ref.h"
 
 namespace vndoc6::drawing {
 

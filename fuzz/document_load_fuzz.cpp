@@ -6,12 +6,12 @@
 #include <string>
 #include <string_view>
 
-#include "automation/error.h"
-#include "content/compare.h"
-#include "content/walk.h"
-#include "document/document.h"
 #include "tests/support/memory_disk.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/content/compare.h"
+#include "vndoc6/content/walk.h"
+#include "vndoc6/document/document.h"
 
 using vndoc6::Text;
 using vndoc6::vnDocument;

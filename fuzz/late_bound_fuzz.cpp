@@ -2,9 +2,9 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "automation/object.h"
 #include "tests/support/memory_disk.h"
 #include "tests/support/random_calls.h"
+#include "vndoc6/automation/object.h"
 
 using vndoc6::testing::MemoryDisk;
 

@@ -5,10 +5,10 @@
 #include <iostream>
 #include <string>
 
-#include "content/compare.h"
-#include "document/document.h"
 #include "hosts/vndoc/outline_reader.h"
 #include "tests/support/memory_disk.h"
+#include "vndoc6/content/compare.h"
+#include "vndoc6/document/document.h"
 #include "vndoc6/drawing.h"
 
 using vndoc6::vnDocument;

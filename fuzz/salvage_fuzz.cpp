@@ -5,8 +5,8 @@
 #include <string>
 
 #include "bag/bag_scanner.h"
-#include "content/salvage.h"
 #include "content/saved_form.h"
+#include "vndoc6/content/salvage.h"
 
 using vndoc6::SavedEntry;
 using vndoc6::bag::BagEntry;

@@ -5,10 +5,10 @@
 #include <iostream>
 #include <string>
 
-#include "automation/error.h"
-#include "content/compare.h"
-#include "templates/template_library.h"
 #include "tests/support/memory_disk.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/content/compare.h"
+#include "vndoc6/templates/template_library.h"
 
 using vndoc6::Text;
 using vndoc6::vnTemplateLibrary;

@@ -39,12 +39,14 @@ std::string FunctionIn(const std::string& declaration) {
 
 }  // namespace
 
-DocComments DocComments::ReadFolder(const std::filesystem::path& folder) {
+DocComments DocComments::ReadFolders(std::initializer_list<std::filesystem::path> folders) {
   DocComments comments;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-    if (entry.path().extension() != ".h") continue;
-    std::ifstream file(entry.path(), std::ios::binary);
-    comments.ReadHeader(std::string{std::istreambuf_iterator<char>(file), {}});
+  for (const auto& folder : folders) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      if (entry.path().extension() != ".h") continue;
+      std::ifstream file(entry.path(), std::ios::binary);
+      comments.ReadHeader(std::string{std::istreambuf_iterator<char>(file), {}});
+    }
   }
   return comments;
 }

@@ -4,19 +4,20 @@
 
 #include <filesystem>
 #include <initializer_list>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "automation/class_info.h"
+#include "vndoc6/automation/class_info.h"
 
 namespace vndoc6 {
 
 class DocComments {
  public:
-  // Reads every header below a folder.
-  static DocComments ReadFolder(const std::filesystem::path& folder);
+  // Reads every header below the folders.
+  static DocComments ReadFolders(std::initializer_list<std::filesystem::path> folders);
   // Reads one header, laid out as clang-format does.
   void ReadHeader(std::string_view text);
 

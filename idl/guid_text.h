@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "automation/class_info.h"
+#include "vndoc6/automation/class_info.h"
 
 namespace vndoc6 {
 

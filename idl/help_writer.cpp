@@ -1,8 +1,8 @@
 #include "help_writer.h"
 
-#include "automation/font.h"
 #include "idl_writer.h"
-#include "published/published.h"
+#include "vndoc6/automation/font.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc6 {
 namespace {

@@ -1,9 +1,9 @@
 #include "idl_writer.h"
 
-#include "automation/error.h"
 #include "guid_text.h"
-#include "published/library.h"
-#include "published/published.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/published/library.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc6 {
 namespace {

@@ -17,7 +17,9 @@ namespace {
 
 std::string TextFor(std::string_view path) {
   if (path.ends_with(".manifest")) return vndoc6::WriteManifest();
-  const auto comments = vndoc6::DocComments::ReadFolder(VNDOC6_SOURCE_DIR "/src");
+  // The stand-ins are published, though hosts make them by the late-bound names only.
+  const auto comments = vndoc6::DocComments::ReadFolders(
+      {VNDOC6_SOURCE_DIR "/include/vndoc6", VNDOC6_SOURCE_DIR "/src/fields"});
   if (path.ends_with(".md")) return vndoc6::WriteReference(comments);
   return path.ends_with(".cpp") ? vndoc6::WriteHelp(comments) : vndoc6::WriteIdl(comments);
 }

@@ -1,8 +1,8 @@
 #include "manifest_writer.h"
 
 #include "guid_text.h"
-#include "published/library.h"
-#include "published/published.h"
+#include "vndoc6/published/library.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc6 {
 namespace {

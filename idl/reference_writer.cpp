@@ -1,8 +1,8 @@
 #include "reference_writer.h"
 
-#include "automation/error.h"
-#include "published/published.h"
 #include "published/type_names.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc6 {
 namespace {

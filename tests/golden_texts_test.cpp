@@ -8,28 +8,29 @@
 #include <set>
 #include <sstream>
 
-#include "automation/late_bound.h"
-#include "automation/picture.h"
+#include "automation/inside.h"
 #include "bag/bag_scanner.h"
-#include "chart/chart.h"
-#include "chart/figure.h"
-#include "chart/line.h"
-#include "details/details.h"
-#include "details/item.h"
-#include "details/revision.h"
-#include "document/document.h"
 #include "platform/file_system.h"
-#include "process/condition.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/link.h"
-#include "process/step.h"
-#include "process/task.h"
-#include "templates/template_library.h"
 #include "tests/support/saved_text.h"
 #include "tests/support/temporary_folder.h"
-#include "titles/title_ref.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/picture.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/chart/line.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/item.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/step.h"
+#include "vndoc6/process/task.h"
+#include "vndoc6/templates/template_library.h"
+#include "vndoc6/titles/title_ref.h"
 
 namespace vndoc6 {
 namespace {
@@ -91,18 +92,18 @@ template <class T>
 Golden GoldenOf(const char* table, Names not_put = {}) {
   const auto load = [](const std::string& text) -> Ref<Object> {
     const auto object = Make<T>();
-    if constexpr (requires { object->InternalLoad(testing::Kept(text), Text()); }) {
-      object->InternalLoad(testing::Kept(text), Text());
+    if constexpr (requires { Inside::Read(*object, testing::Kept(text), Text()); }) {
+      Inside::Read(*object, testing::Kept(text), Text());
     } else {
-      object->InternalLoad(testing::Kept(text));
+      Inside::Read(*object, testing::Kept(text));
     }
     return object;
   };
   const auto save = [](Object& object) { return testing::SavedText(static_cast<T&>(object)); };
   std::function<void(Object&, Object&)> copy;
-  if constexpr (requires(T & object) { object.InternalCopyFrom(object); }) {
+  if constexpr (requires(T & object) { Inside::CopyFrom(object, object); }) {
     copy = [](Object& from, Object& to) {
-      static_cast<T&>(to).InternalCopyFrom(static_cast<T&>(from));
+      Inside::CopyFrom(static_cast<T&>(to), static_cast<T&>(from));
     };
   }
   return {T::classInfo(), load, save, copy, Parsed(table), std::move(not_put)};

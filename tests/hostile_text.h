@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6::testing {
 

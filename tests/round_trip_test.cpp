@@ -4,15 +4,15 @@
 #include <algorithm>
 #include <map>
 
-#include "automation/late_bound.h"
 #include "bag/bag_scanner.h"
-#include "content/compare.h"
-#include "content/content.h"
 #include "platform/file_system.h"
 #include "schema/signature.h"
-#include "templates/template_library.h"
 #include "tests/support/random_document.h"
 #include "tests/support/temporary_folder.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/content/compare.h"
+#include "vndoc6/content/content.h"
+#include "vndoc6/templates/template_library.h"
 
 namespace vndoc6 {
 namespace {

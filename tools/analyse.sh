@@ -12,7 +12,7 @@ run_cppcheck() {
   mkdir -p build/cppcheck
   # It reads no standard headers, so what it says of types that it can't see stays silent.
   cppcheck --enable=warning,performance,portability --inline-suppr --std=c++20 --language=c++ \
-    --error-exitcode=1 --quiet -j "$(nproc)" --cppcheck-build-dir=build/cppcheck -I src \
+    --error-exitcode=1 --quiet -j "$(nproc)" --cppcheck-build-dir=build/cppcheck -I include -I src \
     --suppressions-list=tools/cppcheck-suppressions.txt \
     src/automation src/bag src/chart src/collections src/content src/core src/details src/document \
     src/fields src/platform src/process src/published src/schema src/templates src/titles

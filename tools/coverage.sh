@@ -2,11 +2,12 @@
 
 # What takes in texts that may come from anywhere.
 parsing_sources=(
-  src/automation/{text,variant}.{h,cpp}
-  src/bag/{bag_reader,bag_scanner,base64,escape,kept_text,levelled_text}.{h,cpp}
-  src/bag/{lazy,unchanged_text}.h src/bag/properties.cpp
-  src/collections/{attachment_list,collection,keyed_store,numbered_collection}.h
-  src/document/document_load.cpp src/process/step_text.cpp src/templates/{tag_text,template_library}.cpp
+  {src,include/vndoc6}/automation/{text,variant}.{h,cpp}
+  {src,include/vndoc6}/bag/{bag_reader,bag_scanner,base64,escape,kept_text,levelled_text}.{h,cpp}
+  include/vndoc6/bag/lazy.h src/bag/unchanged_text.h src/bag/properties.cpp
+  include/vndoc6/collections/keyed_store.h src/collections/collection_text.h
+  src/document/document_load.cpp src/process/{attachment_list,step_text}.cpp
+  src/templates/{tag_text,template_library}.cpp
   hosts/vndoc/{json_tree,json_values,outline_reader,read_json}.cpp
   src/content/saved_form.cpp
   src/content/salvage{,_entries,_likeness,_marks,_order,_pieces,_reader,_sound,_texts,_tree,_whole}.cpp

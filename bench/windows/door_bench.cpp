@@ -8,7 +8,7 @@
 
 #include "VNDoc6.h"
 #include "com/com_object.h"
-#include "published/published.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc6::com {
 namespace {

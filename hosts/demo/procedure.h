@@ -1,7 +1,7 @@
 // The procedure that the demo builds: the approval of a purchase, from the request to the archive.
 #pragma once
 
-#include "document/document.h"
+#include "vndoc6/document/document.h"
 
 namespace demo {
 

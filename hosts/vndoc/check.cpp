@@ -5,15 +5,15 @@
 #include <ostream>
 #include <set>
 
-#include "bag/properties.h"
 #include "command.h"
-#include "content/salvage.h"
 #include "copies.h"
 #include "flow.h"
 #include "objects.h"
 #include "one_line.h"
 #include "platform/file_system.h"
-#include "process/jump.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/content/salvage.h"
+#include "vndoc6/process/jump.h"
 
 namespace vndoc {
 namespace {

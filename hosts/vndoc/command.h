@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-#include "document/document.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc {
 

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "command.h"
-#include "content/walk.h"
 #include "drawing/copies.h"
 #include "objects.h"
-#include "process/link.h"
-#include "process/steps.h"
+#include "vndoc6/content/walk.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc {
 

@@ -3,9 +3,9 @@
 #include <ostream>
 
 #include "command.h"
-#include "content/compare.h"
 #include "document_json.h"
 #include "one_line.h"
+#include "vndoc6/content/compare.h"
 
 namespace vndoc {
 

@@ -2,10 +2,10 @@
 #include <memory>
 #include <ostream>
 
-#include "automation/picture.h"
 #include "command.h"
 #include "document_json.h"
 #include "member_path.h"
+#include "vndoc6/automation/picture.h"
 
 namespace vndoc {
 namespace {

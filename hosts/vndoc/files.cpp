@@ -8,7 +8,6 @@
 #include <optional>
 #include <utility>
 
-#include "automation/error.h"
 #include "bag/bag_file.h"
 #include "command.h"
 #include "document/temp_save.h"
@@ -16,6 +15,7 @@
 #include "progress.h"
 #include "scratch_folder.h"
 #include "terminal.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc {
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "command.h"
-#include "process/link.h"
-#include "process/steps.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc {
 

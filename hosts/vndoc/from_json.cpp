@@ -5,10 +5,10 @@
 #include <sstream>
 #include <streambuf>
 
-#include "bag/properties.h"
 #include "document_json.h"
 #include "json_tree.h"
 #include "scratch_folder.h"
+#include "vndoc6/bag/properties.h"
 
 namespace vndoc {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "automation/services.h"
 #include "objects.h"
+#include "vndoc6/automation/services.h"
 
 namespace vndoc {
 

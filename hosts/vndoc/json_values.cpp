@@ -5,11 +5,11 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "automation/error.h"
-#include "automation/picture.h"
-#include "automation/services.h"
-#include "bag/base64.h"
 #include "command.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/picture.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/bag/base64.h"
 
 namespace vndoc {
 

@@ -17,9 +17,9 @@
 
 #include <string>
 
-#include "automation/class_info.h"
-#include "automation/variant.h"
 #include "json_tree.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/variant.h"
 
 namespace vndoc {
 

@@ -4,11 +4,11 @@
 #include <charconv>
 #include <optional>
 
-#include "automation/services.h"
 #include "command.h"
-#include "content/content.h"
 #include "platform/file_system.h"
 #include "schema/signature.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/content/content.h"
 
 namespace vndoc {
 

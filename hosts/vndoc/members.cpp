@@ -5,12 +5,12 @@
 #include <set>
 #include <string>
 
-#include "automation/font.h"
 #include "command.h"
 #include "help_texts.h"
 #include "objects.h"
-#include "published/published.h"
 #include "published/type_names.h"
+#include "vndoc6/automation/font.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc {
 

@@ -1,10 +1,10 @@
 // Objects as the commands walk them: by their member tables.
 #pragma once
 
-#include "automation/class_info.h"
-#include "automation/enumerator.h"
-#include "automation/late_bound.h"
-#include "automation/object.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/enumerator.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/object.h"
 
 namespace vndoc {
 

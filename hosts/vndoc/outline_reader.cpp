@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "chart/figure.h"
-#include "details/details.h"
-#include "process/container.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
 #include "schema/signature.h"
-#include "titles/title_ref.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
+#include "vndoc6/titles/title_ref.h"
 
 namespace vndoc {
 

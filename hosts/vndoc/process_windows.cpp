@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <memory>
 
-#include "automation/text.h"
 #include "command.h"
 #include "process.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc {
 namespace {

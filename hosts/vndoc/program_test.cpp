@@ -12,12 +12,12 @@
 #include <cstdlib>
 #include <functional>
 
-#include "chart/figure.h"
 #include "command.h"
 #include "process.h"
-#include "process/steps.h"
-#include "process/task.h"
 #include "tests/support/temporary_folder.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
 
 namespace vndoc {
 namespace {

@@ -5,17 +5,18 @@
 #include <optional>
 #include <unordered_map>
 
-#include "automation/error.h"
-#include "bag/properties.h"
-#include "content/content.h"
-#include "details/details.h"
-#include "details/revision.h"
+#include "automation/inside.h"
 #include "document_json.h"
 #include "host_object.h"
 #include "platform/file_system.h"
 #include "scratch_folder.h"
-#include "titles/title_ref.h"
-#include "titles/titles.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/content/content.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/titles/title_ref.h"
+#include "vndoc6/titles/titles.h"
 
 namespace vndoc {
 
@@ -267,10 +268,11 @@ class Importer {
 
   void AddRevision(vndoc6::vnRevisions& revisions, const JsonNode& json) {
     const auto revision = Make<vndoc6::vnRevision>();
-    revision->InternalSetRevisionDate(Typed(json, "RevisionDate", TypeKind::kDate).ToDate());
-    revision->InternalSetRevision(Typed(json, "Revision", TypeKind::kSingle).ToSingle());
-    revision->InternalSetIR(ValueAt(json, "IR").ToLong());
-    revision->InternalSetReason(TextAt(json, "Reason"));
+    vndoc6::Inside::StoreRevisionDate(*revision,
+                                      Typed(json, "RevisionDate", TypeKind::kDate).ToDate());
+    vndoc6::Inside::StoreRevision(*revision, Typed(json, "Revision", TypeKind::kSingle).ToSingle());
+    vndoc6::Inside::StoreIR(*revision, ValueAt(json, "IR").ToLong());
+    vndoc6::Inside::StoreReason(*revision, TextAt(json, "Reason"));
     revisions.Add(revision.get());
   }
 

@@ -3,10 +3,10 @@
 #include <ostream>
 
 #include "command.h"
-#include "content/salvage.h"
 #include "one_line.h"
-#include "process/link.h"
-#include "process/steps.h"
+#include "vndoc6/content/salvage.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "command.h"
-#include "process/steps.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc {
 namespace {

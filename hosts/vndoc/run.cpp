@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "automation/error.h"
 #include "command.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc {
 

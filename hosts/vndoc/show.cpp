@@ -3,19 +3,19 @@
 #include <memory>
 #include <ostream>
 
-#include "bag/properties.h"
 #include "command.h"
 #include "copies.h"
-#include "details/details.h"
-#include "details/revision.h"
 #include "document_json.h"
 #include "flow.h"
 #include "one_line.h"
-#include "process/condition.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/task.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/task.h"
 
 namespace vndoc {
 

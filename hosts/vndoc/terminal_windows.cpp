@@ -8,7 +8,7 @@
 // Needs the header above.
 #include <shellapi.h>
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc {
 

@@ -1,10 +1,10 @@
-#include "automation/class_info.h"
+#include "vndoc6/automation/class_info.h"
 
 #include <algorithm>
 #include <array>
 #include <cassert>
 
-#include "automation/error.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::automation {
 namespace {

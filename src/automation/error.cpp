@@ -1,4 +1,4 @@
-#include "automation/error.h"
+#include "vndoc6/automation/error.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,8 +1,8 @@
-#include "automation/event_info.h"
+#include "vndoc6/automation/event_info.h"
 
 #include <algorithm>
 
-#include "automation/error.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::automation {
 

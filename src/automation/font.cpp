@@ -1,4 +1,4 @@
-#include "automation/font.h"
+#include "vndoc6/automation/font.h"
 
 namespace vndoc6::automation {
 namespace {

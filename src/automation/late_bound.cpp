@@ -1,7 +1,7 @@
-#include "automation/late_bound.h"
+#include "vndoc6/automation/late_bound.h"
 
-#include "automation/enumerator.h"
-#include "automation/error.h"
+#include "vndoc6/automation/enumerator.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::automation {
 namespace {

@@ -1,11 +1,11 @@
-#include "automation/object.h"
+#include "vndoc6/automation/object.h"
 
 #include <atomic>
 #include <utility>
 
-#include "automation/class_info.h"
-#include "automation/error.h"
-#include "automation/variant.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/variant.h"
 
 namespace vndoc6::automation {
 namespace {

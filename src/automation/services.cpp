@@ -1,11 +1,11 @@
-#include "automation/services.h"
+#include "vndoc6/automation/services.h"
 
 #include <map>
 #include <mutex>
 #include <utility>
 
-#include "automation/error.h"
 #include "automation/local_date.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::automation {
 namespace {

@@ -1,4 +1,4 @@
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 #include <algorithm>
 #include <cstdint>

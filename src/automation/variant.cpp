@@ -1,4 +1,4 @@
-#include "automation/variant.h"
+#include "vndoc6/automation/variant.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include <limits>
 #include <system_error>
 
-#include "automation/error.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::automation {
 namespace {

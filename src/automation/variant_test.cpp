@@ -1,4 +1,4 @@
-#include "automation/variant.h"
+#include "vndoc6/automation/variant.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <limits>
 #include <optional>
 
-#include "automation/class_info.h"
-#include "automation/error.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::automation {
 namespace {

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
-#include "automation/text.h"
-#include "bag/kept_text.h"
+#include "vndoc6/automation/text.h"
+#include "vndoc6/bag/kept_text.h"
 
 namespace vndoc6::bag {
 

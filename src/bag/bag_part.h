@@ -2,24 +2,25 @@
 // owner once a host holds it.
 #pragma once
 
-#include "bag/lazy.h"
-#include "bag/properties.h"
+#include "automation/inside.h"
+#include "vndoc6/bag/lazy.h"
+#include "vndoc6/bag/properties.h"
 
 namespace vndoc6::bag {
 
 inline automation::Ref<Properties> BagPart(Lazy<Properties>& part, automation::Object* owner) {
   const auto make = [owner] {
     auto bag = automation::Make<Properties>();
-    bag->InternalSetOwner(owner);
+    Inside::StoreOwner(*bag, owner);
     return bag;
   };
-  return part.Get(make, [](Properties& bag, const KeptText& text) { bag.InternalLoad(text); });
+  return part.Get(make, [](Properties& bag, const KeptText& text) { Inside::Read(bag, text); });
 }
 
 inline void SetBagPart(Lazy<Properties>& part, Properties* bag, automation::Object* owner) {
-  if (Properties* previous = part.built()) previous->InternalSetOwner(nullptr);
+  if (Properties* previous = part.built()) Inside::StoreOwner(*previous, nullptr);
   part.Set(bag);
-  if (bag != nullptr) bag->InternalSetOwner(owner);
+  if (bag != nullptr) Inside::StoreOwner(*bag, owner);
 }
 
 }  // namespace vndoc6::bag

@@ -5,8 +5,8 @@
 #include <memory>
 #include <numeric>
 
-#include "automation/error.h"
-#include "bag/base64.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/bag/base64.h"
 
 namespace vndoc6::bag {
 namespace {

@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
-#include "automation/text.h"
-#include "automation/variant.h"
 #include "bag/bag_scanner.h"
-#include "bag/kept_text.h"
+#include "vndoc6/automation/text.h"
+#include "vndoc6/automation/variant.h"
+#include "vndoc6/bag/kept_text.h"
 
 namespace vndoc6::bag {
 

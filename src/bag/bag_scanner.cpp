@@ -5,10 +5,10 @@
 #include <cstring>
 #include <functional>
 
-#include "automation/services.h"
-#include "bag/base64.h"
 #include "bag/escape.h"
 #include "bag/levelled_text.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/bag/base64.h"
 
 namespace vndoc6::bag {
 namespace {

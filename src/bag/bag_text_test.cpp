@@ -6,12 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "automation/picture.h"
 #include "bag/bag_reader.h"
 #include "bag/bag_scanner.h"
 #include "bag/bag_writer.h"
 #include "bag/levelled_text.h"
 #include "tests/hostile_text.h"
+#include "vndoc6/automation/picture.h"
 
 namespace vndoc6::bag {
 namespace {

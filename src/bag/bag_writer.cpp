@@ -3,11 +3,11 @@
 #include <charconv>
 #include <cmath>
 
-#include "automation/error.h"
-#include "automation/picture.h"
-#include "bag/base64.h"
 #include "bag/escape.h"
 #include "bag/levelled_text.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/picture.h"
+#include "vndoc6/bag/base64.h"
 
 namespace vndoc6::bag {
 namespace {

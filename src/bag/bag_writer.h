@@ -7,9 +7,9 @@
 #include <string_view>
 #include <utility>
 
-#include "automation/text.h"
-#include "automation/variant.h"
-#include "bag/kept_text.h"
+#include "vndoc6/automation/text.h"
+#include "vndoc6/automation/variant.h"
+#include "vndoc6/bag/kept_text.h"
 
 namespace vndoc6::bag {
 

@@ -1,4 +1,4 @@
-#include "bag/base64.h"
+#include "vndoc6/bag/base64.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "bag/kept_text.h"
+#include "vndoc6/bag/kept_text.h"
 
 #include "bag/levelled_text.h"
 

@@ -1,13 +1,15 @@
-#include "bag/properties.h"
+#include "vndoc6/bag/properties.h"
 
 #include <algorithm>
 #include <utility>
 
+#include "automation/inside.h"
 #include "bag/bag_file.h"
 #include "bag/bag_scanner.h"
-#include "bag/position.h"
+#include "bag/bag_writer.h"
 #include "platform/file_system.h"
 #include "schema/rows.h"
+#include "vndoc6/bag/position.h"
 
 namespace vndoc6 {
 
@@ -45,11 +47,11 @@ Text Property::ValueTypeName() const {
   return automation::FromUtf8(object_ ? object_->TypeName() : Value().TypeName());
 }
 
-void Property::InternalWrite(bag::BagWriter& writer) const {
+void Property::Write(bag::BagWriter& writer) const {
   writer.AddVariant(key_, object_ ? Variant(Object()) : Value());
 }
 
-void Property::InternalCopyFrom(const Property& other) {
+void Property::CopyFrom(const Property& other) {
   if (&other == this) return;
   const Ref<automation::Object> object = other.Object();
   SetValue(other.Value());
@@ -72,7 +74,7 @@ void Property::Leave() {
 Property* Properties::Entries::Find(TextView key) const {
   if (list.size() <= kUnindexed) {
     for (const auto& entry : list) {
-      if (entry->InternalKey() == key) return entry.get();
+      if (Inside::own_key(*entry) == key) return entry.get();
     }
     return nullptr;
   }
@@ -90,7 +92,7 @@ void Properties::Entries::Append(Property& entry) {
   list.emplace_back(&entry);
   if (!IsIndexed()) return;
   try {
-    index_.emplace(entry.InternalKey(), &entry);
+    index_.emplace(Inside::own_key(entry), &entry);
   } catch (...) {
     list.pop_back();
     throw;
@@ -110,7 +112,7 @@ Ref<Property> Properties::Entries::Remove(TextView key) {
 void Properties::Entries::BuildIndex() const {
   std::unordered_map<TextView, Property*> index;
   index.reserve(list.size());
-  for (const auto& entry : list) index.emplace(entry->InternalKey(), entry.get());
+  for (const auto& entry : list) index.emplace(Inside::own_key(*entry), entry.get());
   index_ = std::move(index);
 }
 
@@ -149,7 +151,7 @@ Ref<automation::Enumerator> Properties::NewEnum() const {
 
 Text Properties::Key(int32_t plIndex) const {
   const Property* const entry = entries_.At(plIndex);
-  return entry != nullptr ? entry->InternalKey() : Text();
+  return entry != nullptr ? Inside::own_key(*entry) : Text();
 }
 
 Ref<Properties> Properties::Clone() const {
@@ -161,17 +163,17 @@ Ref<Properties> Properties::Clone() const {
 bool Properties::WriteToFile(const Text& psFileName, const Text&) const {
   std::string bytes;
   bag::BagWriter writer(bytes);
-  InternalWrite(writer);
+  Write(writer);
   return platform::ReplaceFileWith(psFileName, bytes);
 }
 
 bool Properties::ReadFromFile(const Text& psFileName, const Text&) {
   const auto text = bag::ReadTextFile(psFileName);
-  return text && InternalLoad(*text);
+  return text && Read(*text);
 }
 
 Text Properties::GetText() const {
-  return bag::BagTextOf([this](bag::BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](bag::BagWriter& writer) { Write(writer); });
 }
 
 void Properties::Merge(Properties* poProperties) {
@@ -182,18 +184,18 @@ void Properties::Merge(Properties* poProperties) {
 }
 
 bool Properties::IsWellFormed(const Text& psText, const Text& psSeparator) const {
-  return automation::Make<Properties>()->InternalLoad(bag::KeptText(psText), psSeparator);
+  return Inside::Read(*automation::Make<Properties>(), bag::KeptText(psText), psSeparator);
 }
 
 void Properties::LoadText(const Variant& pvText, int32_t, int32_t, const Text& psSeparator) {
-  InternalLoad(bag::KeptText(pvText.ToText()), psSeparator);
+  Read(bag::KeptText(pvText.ToText()), psSeparator);
 }
 
-void Properties::InternalWrite(bag::BagWriter& writer) const {
-  for (const auto& entry : entries_.list) entry->InternalWrite(writer);
+void Properties::Write(bag::BagWriter& writer) const {
+  for (const auto& entry : entries_.list) Inside::Write(*entry, writer);
 }
 
-bool Properties::InternalLoad(const bag::KeptText& text, TextView separator) {
+bool Properties::Read(const bag::KeptText& text, TextView separator) {
   bag::BagScanner scanner(text, automation::ToUtf8(separator));
   Entries loaded;
   bag::BagEntry found;
@@ -209,7 +211,7 @@ bool Properties::InternalLoad(const bag::KeptText& text, TextView separator) {
   return well_formed && !scanner.faulty();
 }
 
-void Properties::InternalSetOwner(automation::Object* owner) {
+void Properties::StoreOwner(automation::Object* owner) {
   owner_ = owner;
   ParentChanged();
 }
@@ -230,13 +232,13 @@ Ref<Property> Properties::NewEntry(Text key, const Variant& value) {
 }
 
 void Properties::Copy(const Property& entry) {
-  const Text& key = entry.InternalKey();
+  const Text& key = Inside::own_key(entry);
   Ref<Property> copy(entries_.Find(key));
   if (!copy) {
     copy = NewEntry(key, {});
     entries_.Append(*copy);
   }
-  copy->InternalCopyFrom(entry);
+  Inside::CopyFrom(*copy, entry);
 }
 
 void Properties::Replace(Entries entries) {

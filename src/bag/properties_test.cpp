@@ -1,4 +1,4 @@
-#include "bag/properties.h"
+#include "vndoc6/bag/properties.h"
 
 #include <gtest/gtest.h>
 
@@ -6,9 +6,10 @@
 #include <limits>
 #include <vector>
 
-#include "automation/late_bound.h"
-#include "automation/picture.h"
+#include "automation/inside.h"
 #include "platform/file_system.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/picture.h"
 
 namespace vndoc6 {
 namespace {
@@ -86,7 +87,7 @@ TEST(Properties, AHeldEntryHoldsItsBagAndTheBagsOwner) {
     auto owner = Make<Properties>();
     auto bag = Make<Properties>();
     const automation::Owned<Properties> owned(bag.get());
-    bag->InternalSetOwner(owner.get());
+    Inside::StoreOwner(*bag, owner.get());
     bag->Add(u"a", 1);
     Ref<Property> entry = bag->Item(u"a");
     automation::Weak<Properties> owner_alive(owner.get());

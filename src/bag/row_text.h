@@ -15,10 +15,11 @@
 
 #include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
-#include "bag/lazy.h"
+#include "bag/lazy_text.h"
 #include "bag/unchanged_text.h"
 #include "platform/keys.h"
 #include "schema/rows.h"
+#include "vndoc6/bag/lazy.h"
 
 namespace vndoc6::schema {
 
@@ -119,7 +120,7 @@ void WriteValue(bag::BagWriter& writer, std::string_view key, const T& value) {
 }
 template <class T>
 void WriteValue(bag::BagWriter& writer, std::string_view key, const bag::Lazy<T>& part) {
-  part.Save(writer, key);
+  bag::WriteLazy(writer, key, part);
 }
 
 inline bool IsThere(const Text& value) { return !value.empty(); }

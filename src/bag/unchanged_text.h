@@ -3,9 +3,9 @@
 
 #include <string_view>
 
-#include "automation/variant.h"
 #include "bag/bag_scanner.h"
 #include "bag/bag_writer.h"
+#include "vndoc6/automation/variant.h"
 
 namespace vndoc6::bag {
 

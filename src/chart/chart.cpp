@@ -1,14 +1,15 @@
-#include "chart/chart.h"
+#include "vndoc6/chart/chart.h"
 
-#include "automation/services.h"
 #include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
 #include "chart/font_text.h"
-#include "chart/shapes.h"
-#include "core/detail_id.h"
 #include "core/scope.h"
-#include "document/document.h"
 #include "schema/rows.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/chart/shapes.h"
+#include "vndoc6/core/detail_id.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 namespace {
@@ -239,7 +240,7 @@ template void vnChart::Put(Text Values::*, const Text&);
 
 // A host's handler may let go of this chart.
 void vnChart::ReportChange(int32_t detail_id) {
-  if (Scope* scope = InternalScope()) {
+  if (Scope* scope = document_scope()) {
     scope->Report<&DocumentListener::ChartChange>(*this, detail_id);
   }
 }
@@ -278,12 +279,12 @@ void vnChart::SetPicture(automation::Picture* poPicture) {
   ReportChange(vndPicture);
 }
 
-void vnChart::InternalWrite(bag::BagWriter& writer) {
+void vnChart::Write(bag::BagWriter& writer) {
   BackColour();  // alone of the four it is saved as it reads
   schema::WriteEntries<Schema>(writer, *this, values_);
 }
 
-void vnChart::InternalLoad(const bag::KeptText& text) {
+void vnChart::Read(const bag::KeptText& text) {
   schema::ReadObject<Schema>(text, *this, values_, {});
 }
 

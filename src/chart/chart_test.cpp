@@ -1,13 +1,15 @@
-#include "chart/chart.h"
+#include "vndoc6/chart/chart.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "automation/late_bound.h"
-#include "automation/services.h"
-#include "document/document.h"
+#include "automation/inside.h"
+#include "bag/bag_writer.h"
 #include "tests/support/property_walk.h"
 #include "tests/support/recording_listener.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 namespace {
@@ -22,12 +24,12 @@ using vndoc6::testing::RecordingListener;
 
 std::string SavedText(vnChart& chart) {
   return automation::ToUtf8(
-      bag::BagTextOf([&](bag::BagWriter& writer) { chart.InternalWrite(writer); }));
+      bag::BagTextOf([&](bag::BagWriter& writer) { Inside::Write(chart, writer); }));
 }
 
 Ref<vnChart> Loaded(const Text& text) {
   Ref<vnChart> chart = Make<vnChart>();
-  chart->InternalLoad(bag::KeptText(text));
+  Inside::Read(*chart, bag::KeptText(text));
   return chart;
 }
 
@@ -89,7 +91,7 @@ TEST(ChartTest, TakesTheFontItIsGivenAndDoesNotListen) {
   EXPECT_EQ(chart->Font(), font);
 
   font->SetBold(true);
-  chart->InternalLoad(bag::KeptText(TextView(u"F.I=T:")));
+  Inside::Read(*chart, bag::KeptText(TextView(u"F.I=T:")));
   EXPECT_THAT(events.Take(), IsEmpty());
   EXPECT_EQ(chart->Font(), font);
   EXPECT_FALSE(font->Bold());
@@ -100,7 +102,7 @@ TEST(ChartTest, PictureIsNothingUnlessThereIsOne) {
   EXPECT_FALSE(Loaded(u"")->Picture());
   const Ref<vnChart> chart = Loaded(u"Pic=pAQ==:");
   EXPECT_THAT(chart->Picture()->Bytes(), ElementsAre(1));
-  chart->InternalLoad(bag::KeptText(TextView(u"Pic=~64\"x\":")));
+  Inside::Read(*chart, bag::KeptText(TextView(u"Pic=~64\"x\":")));
   EXPECT_FALSE(chart->Picture());
 }
 

@@ -1,16 +1,17 @@
-#include "chart/figure.h"
+#include "vndoc6/chart/figure.h"
 
-#include "automation/services.h"
 #include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
 #include "chart/font_text.h"
-#include "core/detail_id.h"
 #include "core/scope.h"
-#include "document/document.h"
 #include "platform/keys.h"
-#include "process/container.h"
-#include "process/step.h"
 #include "schema/rows.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/core/detail_id.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/step.h"
 
 namespace vndoc6 {
 namespace {
@@ -215,7 +216,7 @@ template void vnFigure::Put(Text Values::*, const Text&);
 
 // A host's handler may let go of this figure.
 void vnFigure::ReportChange(int32_t detail_id) {
-  Scope* const scope = InternalScope();
+  Scope* const scope = document_scope();
   if (scope == nullptr) return;
   if (vnStep* const step = step_.get()) {
     scope->Report<&DocumentListener::StepChange>(*step, detail_id);
@@ -252,11 +253,11 @@ void vnFigure::SetPicture(automation::Picture* poPicture) {
   ReportChange(vndPicture);
 }
 
-void vnFigure::InternalWrite(bag::BagWriter& writer) {
+void vnFigure::Write(bag::BagWriter& writer) {
   schema::WriteEntries<Schema>(writer, *this, values_);
 }
 
-void vnFigure::InternalLoad(const bag::KeptText& text, const Text& key) {
+void vnFigure::Read(const bag::KeptText& text, const Text& key) {
   const automation::Ref<vnFigure> alive(this);  // what is reported runs a host's code
   bag::BagReader reader(text);
   schema::ReadAtOnce<Schema>(reader, *this, values_, key);
@@ -285,7 +286,7 @@ void vnFigure::LoadPicture(bag::BagReader& reader) {
   picture_ = ReadPicture(reader, "Pic").get();
 }
 
-void vnFigure::InternalCopyFrom(const vnFigure& other) {
+void vnFigure::CopyFrom(const vnFigure& other) {
   key_ = other.key_;
   values_ = other.values_;
   KeepFont(CopyFont(other.font_.get()).get());

@@ -1,17 +1,19 @@
-#include "chart/figure.h"
+#include "vndoc6/chart/figure.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
 
-#include "automation/late_bound.h"
-#include "automation/services.h"
-#include "document/document.h"
-#include "process/container.h"
-#include "process/steps.h"
+#include "automation/inside.h"
+#include "bag/bag_writer.h"
 #include "tests/support/property_walk.h"
 #include "tests/support/recording_listener.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 namespace {
@@ -24,11 +26,11 @@ using vndoc6::testing::ChangeEveryProperty;
 using vndoc6::testing::RecordingListener;
 
 Text SavedText(vnFigure& figure) {
-  return bag::BagTextOf([&](bag::BagWriter& writer) { figure.InternalWrite(writer); });
+  return bag::BagTextOf([&](bag::BagWriter& writer) { Inside::Write(figure, writer); });
 }
 
 void Load(vnFigure& figure, const Text& text, const Text& key = {}) {
-  figure.InternalLoad(bag::KeptText(text), key);
+  Inside::Read(figure, bag::KeptText(text), key);
 }
 
 std::vector<uint8_t> BytesOf(vnFigure& figure) { return figure.Picture()->Bytes(); }
@@ -36,15 +38,15 @@ std::vector<uint8_t> BytesOf(vnFigure& figure) { return figure.Picture()->Bytes(
 class FigureTest : public ::testing::Test {
  protected:
   FigureTest() {
-    step_->InternalSetDocument(document_.get());
-    step_->InternalSetKey(u"s");
-    container_->InternalSetDocument(document_.get());
+    Inside::TakeDocument(*step_, document_.get());
+    Inside::StoreKey(*step_, u"s");
+    Inside::TakeDocument(*container_, document_.get());
     container_->SetKey(u"c");
   }
 
   Ref<vnFigure> StepFigure() {
     Ref<vnFigure> figure = Make<vnFigure>();
-    figure->InternalSetDocument(document_.get());
+    Inside::TakeDocument(*figure, document_.get());
     figure->SetStep(step_.get());
     return figure;
   }
@@ -209,7 +211,7 @@ TEST_F(FigureTest, ACopyHasAFontOfItsOwnAndReportsItAlone) {
   figure->Font()->SetName(u"Courier");
   RecordingListener events(*document_);
   const Ref<vnFigure> copy = ContainerFigure();
-  copy->InternalCopyFrom(*figure);
+  Inside::CopyFrom(*copy, *figure);
   EXPECT_THAT(events.Take(), IsEmpty());
   copy->Font()->SetName(u"Verdana");
   EXPECT_THAT(events.Take(), ElementsAre("ContainerChange c 34"));
@@ -222,7 +224,7 @@ TEST_F(FigureTest, ACopyHasAFontOfItsOwnAndReportsItAlone) {
   };
   const Ref<Changing> picture = Make<Changing>();
   figure->SetPicture(picture.get());
-  copy->InternalCopyFrom(*figure);
+  Inside::CopyFrom(*copy, *figure);
   picture->bytes = {4};
   EXPECT_EQ(copy->Picture()->Bytes(), std::vector<uint8_t>{3});
 }

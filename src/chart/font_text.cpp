@@ -4,8 +4,10 @@
 #include <utility>
 #include <vector>
 
-#include "automation/services.h"
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
+#include "vndoc6/automation/services.h"
 
 namespace vndoc6 {
 namespace {

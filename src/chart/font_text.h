@@ -4,10 +4,10 @@
 
 #include <string_view>
 
-#include "automation/font.h"
-#include "automation/picture.h"
 #include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
+#include "vndoc6/automation/font.h"
+#include "vndoc6/automation/picture.h"
 
 namespace vndoc6 {
 

@@ -1,4 +1,4 @@
-#include "chart/line.h"
+#include "vndoc6/chart/line.h"
 
 #include <algorithm>
 #include <charconv>
@@ -7,18 +7,19 @@
 #include <string_view>
 #include <system_error>
 
-#include "automation/error.h"
-#include "automation/services.h"
 #include "bag/bag_reader.h"
 #include "bag/bag_scanner.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
 #include "chart/font_text.h"
-#include "core/detail_id.h"
 #include "core/scope.h"
-#include "document/document.h"
 #include "platform/keys.h"
-#include "process/link.h"
 #include "schema/rows.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/core/detail_id.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/link.h"
 
 namespace vndoc6 {
 namespace {
@@ -209,7 +210,7 @@ template void vnLine::Put(int32_t Values::*, const int32_t&);
 
 // A host's handler may let go of this line.
 void vnLine::ReportChange(int32_t detail_id) {
-  Scope* const scope = InternalScope();
+  Scope* const scope = document_scope();
   vnLink* const link = link_.get();
   if (scope != nullptr && link != nullptr) {
     scope->Report<&DocumentListener::LinkChange>(*link, detail_id);
@@ -259,7 +260,7 @@ void vnLine::SetExtraPointCount(int32_t plExtraPointCount) {
   ReportChange(vndExtraPointX);
 }
 
-void vnLine::InternalWrite(bag::BagWriter& writer) {
+void vnLine::Write(bag::BagWriter& writer) {
   schema::WriteEntries<Schema>(writer, *this, values_);
   WritePoints(writer);
 }
@@ -291,7 +292,7 @@ std::vector<int32_t> vnLine::ExtraPointNumbers() const {
   return numbers;
 }
 
-void vnLine::InternalLoad(const bag::KeptText& text) {
+void vnLine::Read(const bag::KeptText& text) {
   bag::BagReader reader(text);
   schema::ReadEntries<Schema>(reader, *this, values_);
   ReadPoints(text, reader);
@@ -314,7 +315,7 @@ void vnLine::ReadPoints(const bag::KeptText& text, bag::BagReader& reader) {
   }
 }
 
-void vnLine::InternalCopyFrom(const vnLine& other) {
+void vnLine::CopyFrom(const vnLine& other) {
   values_ = other.values_;
   font_ = CopyFont(other.font_.get()).get();
   point_count_ = other.point_count_;

@@ -1,15 +1,17 @@
-#include "chart/line.h"
+#include "vndoc6/chart/line.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
-#include "automation/services.h"
-#include "document/document.h"
-#include "process/link.h"
+#include "automation/inside.h"
+#include "bag/bag_writer.h"
 #include "tests/support/property_walk.h"
 #include "tests/support/recording_listener.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/link.h"
 
 namespace vndoc6 {
 namespace {
@@ -24,7 +26,7 @@ using vndoc6::testing::ChangeEveryProperty;
 using vndoc6::testing::RecordingListener;
 
 Text SavedText(vnLine& line) {
-  return bag::BagTextOf([&](bag::BagWriter& writer) { line.InternalWrite(writer); });
+  return bag::BagTextOf([&](bag::BagWriter& writer) { Inside::Write(line, writer); });
 }
 
 // The number of the error that the call raises; 0 for none.
@@ -42,13 +44,13 @@ class LineTest : public ::testing::Test {
  protected:
   LineTest() {
     link_->SetDocument(document_.get());
-    link_->InternalSetKey(u"l");
+    Inside::StoreKey(*link_, u"l");
   }
   Ref<vnLine> Loaded(const Text& text) {
     Ref<vnLine> line = Make<vnLine>();
     line->SetDocument(document_.get());
     line->SetLink(link_.get());
-    line->InternalLoad(bag::KeptText(text));
+    Inside::Read(*line, bag::KeptText(text));
     return line;
   }
 
@@ -82,7 +84,7 @@ TEST_F(LineTest, PutsReportTheirNumbers) {
 TEST_F(LineTest, ACopyHasAFontOfItsOwn) {
   const Ref<vnLine> line = Loaded(u"F.St=T:");
   const Ref<vnLine> copy = Loaded(u"");
-  copy->InternalCopyFrom(*line);
+  Inside::CopyFrom(*copy, *line);
   copy->Font()->SetStrikethrough(false);
   EXPECT_TRUE(line->Font()->Strikethrough());
 }
@@ -177,7 +179,7 @@ TEST_F(LineTest, TakesTheFontItIsGivenAndDoesNotListen) {
   line->SetFont(font.get());
   EXPECT_THAT(events.Take(), ElementsAre("LinkChange l 34"));
   EXPECT_EQ(line->Font(), font);
-  line->InternalLoad(bag::KeptText(TextView(u"F.B=T:")));
+  Inside::Read(*line, bag::KeptText(TextView(u"F.B=T:")));
   EXPECT_FALSE(font->Bold());
   EXPECT_TRUE(line->Font()->Bold());
 }

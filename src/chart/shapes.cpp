@@ -1,4 +1,4 @@
-#include "chart/shapes.h"
+#include "vndoc6/chart/shapes.h"
 
 namespace vndoc6::automation {
 

@@ -1,11 +1,11 @@
-#include "collections/keyed_store.h"
+#include "vndoc6/collections/keyed_store.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
 
-#include "details/item.h"
+#include "vndoc6/details/item.h"
 
 namespace vndoc6 {
 namespace {

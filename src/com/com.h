@@ -18,8 +18,8 @@
 #include <cstring>
 #include <utility>
 
-#include "automation/class_info.h"
-#include "automation/text.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6::com {
 

@@ -4,10 +4,10 @@
 
 #include <vector>
 
-#include "automation/enumerator.h"
 #include "com/com_object.h"
 #include "com/entry.h"
 #include "com/variants.h"
+#include "vndoc6/automation/enumerator.h"
 
 namespace vndoc6::com {
 

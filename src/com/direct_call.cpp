@@ -1,7 +1,7 @@
 #include "com/direct_call.h"
 
-#include "automation/class_info.h"
 #include "com/entry.h"
+#include "vndoc6/automation/class_info.h"
 
 namespace vndoc6::com {
 namespace {

@@ -3,10 +3,10 @@
 #include <array>
 #include <memory>
 
-#include "automation/class_info.h"
-#include "automation/error.h"
 #include "com/entry.h"
 #include "com/variants.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::com {
 namespace {

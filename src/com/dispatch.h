@@ -1,9 +1,9 @@
 // IDispatch of the model's objects, from their member tables.
 #pragma once
 
-#include "automation/object.h"
 #include "com/com.h"
 #include "com/dual_head.h"
+#include "vndoc6/automation/object.h"
 
 namespace vndoc6::com {
 

@@ -1,7 +1,7 @@
 // What a host's interface pointer to an object of the model points to.
 #pragma once
 
-#include "automation/object.h"
+#include "vndoc6/automation/object.h"
 
 namespace vndoc6::com {
 

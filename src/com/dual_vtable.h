@@ -1,7 +1,7 @@
 // The virtual method tables of the dual interfaces, made from the member tables.
 #pragma once
 
-#include "automation/class_info.h"
+#include "vndoc6/automation/class_info.h"
 
 namespace vndoc6::com {
 

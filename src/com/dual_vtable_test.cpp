@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <regex>
 
-#include "bag/properties.h"
 #include "com/host_for_tests.h"
 #include "com/variants.h"
-#include "published/published.h"
-#include "templates/template.h"
 #include "tests/support/temporary_folder.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/published/published.h"
+#include "vndoc6/templates/template.h"
 
 namespace vndoc6::com {
 namespace {

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <new>
 
-#include "automation/error.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::com {
 namespace {

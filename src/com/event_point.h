@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "automation/event_info.h"
 #include "com/com.h"
+#include "vndoc6/automation/event_info.h"
 
 namespace vndoc6::com {
 

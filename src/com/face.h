@@ -6,12 +6,12 @@
 #include <memory>
 #include <optional>
 
-#include "automation/event_info.h"
-#include "automation/object.h"
 #include "com/com.h"
 #include "com/dual_head.h"
 #include "com/event_point.h"
 #include "com/host_reference.h"
+#include "vndoc6/automation/event_info.h"
+#include "vndoc6/automation/object.h"
 
 namespace vndoc6::com {
 

@@ -2,10 +2,10 @@
 
 #include <vector>
 
-#include "automation/class_info.h"
-#include "automation/error.h"
 #include "com/entry.h"
 #include "com/variants.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::com {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "automation/object.h"
 #include "com/com.h"
+#include "vndoc6/automation/object.h"
 
 namespace vndoc6::com {
 

@@ -1,9 +1,9 @@
 #include "com/foreign_object.h"
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
 #include "com/host_for_tests.h"
 #include "com/standard_font.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
 
 namespace vndoc6::com {
 namespace {

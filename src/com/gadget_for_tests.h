@@ -3,10 +3,10 @@
 
 #include <new>
 
-#include "automation/event_info.h"
-#include "automation/services.h"
 #include "schema/event_list.h"
 #include "schema/rows.h"
+#include "vndoc6/automation/event_info.h"
+#include "vndoc6/automation/services.h"
 
 namespace vndoc6::com {
 

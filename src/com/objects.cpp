@@ -1,12 +1,12 @@
 #include "com/objects.h"
 
-#include "automation/enumerator.h"
-#include "automation/error.h"
 #include "com/com_enumerator.h"
 #include "com/face.h"
 #include "com/foreign_object.h"
 #include "com/standard_font.h"
 #include "com/standard_picture.h"
+#include "vndoc6/automation/enumerator.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::com {
 namespace {

@@ -1,8 +1,8 @@
 // Objects crossing the door: the model's become COM objects, the hosts' become Objects.
 #pragma once
 
-#include "automation/object.h"
 #include "com/com.h"
+#include "vndoc6/automation/object.h"
 
 namespace vndoc6::com {
 

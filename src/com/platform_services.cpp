@@ -1,10 +1,10 @@
 #include "com/platform_services.h"
 
-#include "automation/services.h"
 #include "com/entry.h"
 #include "com/objects.h"
 #include "com/standard_font.h"
 #include "com/standard_picture.h"
+#include "vndoc6/automation/services.h"
 
 namespace vndoc6::com {
 namespace {

@@ -2,9 +2,9 @@
 // whoever changes it, the library hears of it.
 #pragma once
 
-#include "automation/font.h"
-#include "automation/variant.h"
 #include "com/com.h"
+#include "vndoc6/automation/font.h"
+#include "vndoc6/automation/variant.h"
 
 namespace vndoc6::com {
 

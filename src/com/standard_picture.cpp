@@ -1,7 +1,7 @@
 #include "com/standard_picture.h"
 
-#include "automation/error.h"
 #include "com/entry.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::com {
 namespace {

@@ -2,9 +2,9 @@
 // image's bytes; the platform's object is made when a host asks for it.
 #pragma once
 
-#include "automation/picture.h"
-#include "automation/variant.h"
 #include "com/com.h"
+#include "vndoc6/automation/picture.h"
+#include "vndoc6/automation/variant.h"
 
 namespace vndoc6::com {
 

@@ -2,8 +2,8 @@
 
 #include <limits>
 
-#include "automation/error.h"
 #include "com/objects.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::com {
 namespace {

@@ -1,8 +1,8 @@
 // VARIANTs as the library's values and back. Objects cross by objects.h.
 #pragma once
 
-#include "automation/variant.h"
 #include "com/com.h"
+#include "vndoc6/automation/variant.h"
 
 namespace vndoc6::com {
 

@@ -9,12 +9,12 @@
 #include <memory>
 #include <type_traits>
 
-#include "automation/error.h"
-#include "automation/font.h"
-#include "automation/picture.h"
-#include "automation/variant.h"
 #include "com/dual_head.h"
 #include "com/guard.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/font.h"
+#include "vndoc6/automation/picture.h"
+#include "vndoc6/automation/variant.h"
 
 namespace vndoc6::com {
 

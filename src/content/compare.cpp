@@ -1,4 +1,4 @@
-#include "content/compare.h"
+#include "vndoc6/content/compare.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,8 +8,8 @@
 #include <unordered_map>
 #include <utility>
 
-#include "automation/picture.h"
-#include "content/content.h"
+#include "vndoc6/automation/picture.h"
+#include "vndoc6/content/content.h"
 
 namespace vndoc6 {
 

@@ -1,4 +1,4 @@
-#include "content/compare.h"
+#include "vndoc6/content/compare.h"
 
 #include <gtest/gtest.h>
 
@@ -6,21 +6,21 @@
 #include <cmath>
 #include <set>
 
-#include "automation/services.h"
-#include "bag/properties.h"
-#include "chart/chart.h"
-#include "chart/figure.h"
-#include "chart/line.h"
-#include "content/walk.h"
-#include "details/details.h"
-#include "details/revision.h"
-#include "document/document.h"
-#include "process/container.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
-#include "published/published.h"
 #include "tests/support/recording_listener.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/chart/line.h"
+#include "vndoc6/content/walk.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc6 {
 namespace {

@@ -1,11 +1,11 @@
-#include "content/content.h"
+#include "vndoc6/content/content.h"
 
 #include <span>
 
-#include "automation/enumerator.h"
-#include "automation/error.h"
-#include "automation/font.h"
-#include "automation/late_bound.h"
+#include "vndoc6/automation/enumerator.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/font.h"
+#include "vndoc6/automation/late_bound.h"
 
 namespace vndoc6 {
 

@@ -1,4 +1,4 @@
-#include "content/salvage.h"
+#include "vndoc6/content/salvage.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
+#include "bag/bag_reader.h"
 #include "bag/bag_scanner.h"
-#include "bag/base64.h"
 #include "content/salvage_likeness.h"
 #include "content/salvage_sound.h"
+#include "vndoc6/bag/base64.h"
 
 namespace vndoc6::salvage {
 namespace {

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "bag/kept_text.h"
 #include "content/salvage_marks.h"
 #include "content/saved_form.h"
+#include "vndoc6/bag/kept_text.h"
 
 namespace vndoc6::salvage {
 

@@ -1,5 +1,6 @@
 #include "content/salvage_sound.h"
 
+#include "bag/bag_reader.h"
 #include "bag/bag_scanner.h"
 #include "content/salvage_whole.h"
 #include "content/saved_form.h"

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "bag/kept_text.h"
 #include "content/salvage_marks.h"
+#include "vndoc6/bag/kept_text.h"
 
 namespace vndoc6::salvage {
 

@@ -1,12 +1,12 @@
-#include "content/salvage.h"
+#include "vndoc6/content/salvage.h"
 
 #include <gtest/gtest.h>
 
-#include "document/document.h"
-#include "process/link.h"
-#include "process/steps.h"
 #include "tests/support/saved_text.h"
-#include "titles/title_ref.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/titles/title_ref.h"
 
 namespace vndoc6 {
 namespace {

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "content/salvage.h"
 #include "content/saved_form.h"
+#include "vndoc6/content/salvage.h"
 
 namespace vndoc6::salvage {
 

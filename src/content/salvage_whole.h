@@ -2,8 +2,8 @@
 #pragma once
 
 #include "bag/bag_scanner.h"
-#include "bag/kept_text.h"
 #include "content/saved_form.h"
+#include "vndoc6/bag/kept_text.h"
 
 namespace vndoc6::salvage {
 

@@ -3,22 +3,24 @@
 #include <algorithm>
 #include <map>
 
+#include "automation/inside.h"
+#include "bag/bag_reader.h"
 #include "bag/bag_scanner.h"
 #include "bag/bag_writer.h"
-#include "chart/chart.h"
-#include "chart/figure.h"
-#include "chart/line.h"
-#include "details/details.h"
-#include "details/revision.h"
-#include "document/document.h"
-#include "process/condition.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/link.h"
-#include "process/step.h"
-#include "process/task.h"
-#include "titles/title_ref.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/chart/line.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/step.h"
+#include "vndoc6/process/task.h"
+#include "vndoc6/titles/title_ref.h"
 
 namespace vndoc6 {
 namespace {
@@ -80,14 +82,14 @@ template <class T>
 std::string WrittenBy(T& object) {
   std::string text;
   bag::BagWriter writer(text);
-  object.InternalWrite(writer);
+  Inside::Write(object, writer);
   return text;
 }
 
 // A line has no font to write before it is loaded.
 std::string WrittenByLine() {
   const auto line = automation::Make<vnLine>();
-  line->InternalLoad(bag::KeptText());
+  Inside::Read(*line, bag::KeptText());
   return WrittenBy(*line);
 }
 

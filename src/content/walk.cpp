@@ -1,4 +1,4 @@
-#include "content/walk.h"
+#include "vndoc6/content/walk.h"
 
 namespace vndoc6 {
 namespace {

@@ -1,7 +1,7 @@
-#include "core/detail_id.h"
-#include "core/document_events.h"
-#include "core/document_kind.h"
 #include "schema/signature.h"
+#include "vndoc6/core/detail_id.h"
+#include "vndoc6/core/document_events.h"
+#include "vndoc6/core/document_kind.h"
 
 namespace vndoc6::automation {
 

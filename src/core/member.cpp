@@ -1,20 +1,20 @@
-#include "core/member.h"
+#include "vndoc6/core/member.h"
 
 #include "core/scope.h"
-#include "document/document.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 
 automation::Ref<vnDocument> Member::Document() const { return document_.get(); }
 
-void Member::InternalSetDocument(vnDocument* document) {
+void Member::TakeDocument(vnDocument* document) {
   document_ = document;
   ParentChanged();
 }
 
-vnDocument* Member::InternalDocument() const { return document_.get(); }
+vnDocument* Member::document() const { return document_.get(); }
 
-Scope* Member::InternalScope() const {
+Scope* Member::document_scope() const {
   vnDocument* const document = document_.get();
   return document != nullptr ? &ScopeOf(*document) : nullptr;
 }

@@ -4,9 +4,9 @@
 
 #include <cstdint>
 
-#include "automation/object.h"
-#include "core/document_events.h"
 #include "schema/event_list.h"
+#include "vndoc6/automation/object.h"
+#include "vndoc6/core/document_events.h"
 
 #include "core/scope.h"
 namespace vndoc6 {

@@ -1,14 +1,16 @@
-#include "details/details.h"
+#include "vndoc6/details/details.h"
 
-#include "automation/services.h"
+#include "automation/inside.h"
 #include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
 #include "core/scope.h"
-#include "details/revision.h"
-#include "document/document.h"
 #include "fields/fields.h"
 #include "platform/keys.h"
 #include "schema/rows.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 namespace {
@@ -105,7 +107,7 @@ template void vnDetails::Put(float vnDetails::*, const float&);
 template void vnDetails::Put(automation::Date vnDetails::*, const automation::Date&);
 
 void vnDetails::ReportChange(int32_t detail_id) {
-  if (vndoc6::Scope* scope = InternalScope())
+  if (vndoc6::Scope* scope = document_scope())
     scope->Report<&DocumentListener::DetailsChange>(*this, detail_id);
 }
 
@@ -113,10 +115,10 @@ automation::Ref<vnTitleRef> vnDetails::AuthorisedBy() {
   return authorised_by_.Get(
       [this] {
         automation::Ref<vnTitleRef> authoriser = automation::Make<vnTitleRef>();
-        authoriser->InternalSetDocument(InternalDocument());
+        Inside::TakeDocument(*authoriser, document());
         return authoriser;
       },
-      [](vnTitleRef& authoriser, const bag::KeptText& text) { authoriser.InternalLoad(text); });
+      [](vnTitleRef& authoriser, const bag::KeptText& text) { Inside::Read(authoriser, text); });
 }
 
 automation::Ref<automation::Object> vnDetails::Fields() {
@@ -128,26 +130,26 @@ void vnDetails::NewRevision(const Text& psReason) {
   if (!document) return;
   vndoc6::Scope& scope = ScopeOf(*document);
   const automation::Ref<vnRevision> revision = automation::Make<vnRevision>();
-  revision->InternalSetRevisionDate(automation::services().today());
-  revision->InternalSetRevision(revision_);
-  revision->InternalSetReason(psReason);
-  revision->InternalSetIR(scope.IR());
+  Inside::StoreRevisionDate(*revision, automation::services().today());
+  Inside::StoreRevision(*revision, revision_);
+  Inside::StoreReason(*revision, psReason);
+  Inside::StoreIR(*revision, scope.IR());
   scope.IncrementIR();
   scope.RevisionHistory().Add(revision.get());
 }
 
-void vnDetails::InternalSetDocument(vnDocument* document) {
-  Member::InternalSetDocument(document);
-  if (vnTitleRef* authoriser = authorised_by_.built()) authoriser->InternalSetDocument(document);
+void vnDetails::TakeDocument(vnDocument* document) {
+  Member::TakeDocument(document);
+  if (vnTitleRef* authoriser = authorised_by_.built()) Inside::TakeDocument(*authoriser, document);
 }
 
-void vnDetails::InternalWrite(bag::BagWriter& writer) const {
+void vnDetails::Write(bag::BagWriter& writer) const {
   schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
 // Hosts that listen while loading hear of the four that are set as a host sets them, not of the
 // title, the scope and the purpose.
-void vnDetails::InternalLoad(const bag::KeptText& text) {
+void vnDetails::Read(const bag::KeptText& text) {
   const automation::Ref<vnDetails> self(this);
   bag::BagReader reader(text);
   schema::ReadEntries<Schema>(reader, *this, *this);

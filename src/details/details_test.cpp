@@ -1,12 +1,13 @@
-#include "details/details.h"
+#include "vndoc6/details/details.h"
 
 #include <gtest/gtest.h>
 
-#include "automation/late_bound.h"
+#include "automation/inside.h"
 #include "bag/bag_reader.h"
-#include "document/document.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 namespace {
@@ -27,7 +28,7 @@ constexpr std::string_view kEveryKey =
 
 TEST(Details, AreWrittenAlikeOnceTheirPartsAreBuilt) {
   const auto details = Make<vnDetails>();
-  details->InternalLoad(Kept(kEveryKey));
+  Inside::Read(*details, Kept(kEveryKey));
   EXPECT_EQ(details->AuthorisedBy()->DisplayName(), u"Manager");
   EXPECT_EQ(automation::Get(*details->Fields(), u"Text"), Variant(u"fields"));
   EXPECT_EQ(SavedText(*details), kEveryKey);
@@ -43,23 +44,23 @@ TEST(Details, WithoutValuesWriteEveryKeyButThePasswords) {
                       "Desc=~64\"\":DDT=0:Dur=~64\"\":AT=0:ATo=0:Tbl=0:Frm=~64\"\":N=~64\"\":"
                       "F=~64\"\":");
   EXPECT_EQ(details->Key(), u"");
-  details->InternalLoad(Kept(text));
+  Inside::Read(*details, Kept(text));
   EXPECT_EQ(automation::ToUtf8(details->Key()), key);
 }
 
 TEST(Details, LoadedWithoutAKeyLoseItsValue) {
   const auto details = Make<vnDetails>();
-  details->InternalLoad(Kept(kEveryKey));
+  Inside::Read(*details, Kept(kEveryKey));
   const Ref<vnTitleRef> authoriser = details->AuthorisedBy();
   EXPECT_EQ(details->AuthorisedBy(), authoriser);
-  details->InternalLoad(Kept("K=~64\"key\":DS=~64\"no number\":"));
+  Inside::Read(*details, Kept("K=~64\"key\":DS=~64\"no number\":"));
   EXPECT_NE(details->AuthorisedBy(), authoriser);
   EXPECT_EQ(automation::Get(*details->Fields(), u"Text"), Variant(u""));
   // Only who the work is assigned to stays.
   EXPECT_EQ(details->AssignTo(), 5);
   details->SetAssignTo(0);
   const auto empty = Make<vnDetails>();
-  empty->InternalLoad(Kept("K=~64\"key\":"));
+  Inside::Read(*empty, Kept("K=~64\"key\":"));
   empty->AuthorisedBy();
   EXPECT_EQ(SavedText(*details), SavedText(*empty));
 }
@@ -88,7 +89,7 @@ TEST(Details, ReportNumbersOfTheirOwn) {
   details->SetForm(u"f");
   details->SetNotes(u"n");
   EXPECT_EQ(events.Take(), Lines{});
-  details->InternalLoad(Kept(kEveryKey));
+  Inside::Read(*details, Kept(kEveryKey));
   EXPECT_EQ(events.Take(), (Lines{"DetailsChange key 7", "DetailsChange key 2",
                                   "DetailsChange key 3", "DetailsChange key 4"}));
 }
@@ -96,12 +97,12 @@ TEST(Details, ReportNumbersOfTheirOwn) {
 TEST(Details, KeepLongPasswords) {
   const Text password(100000, u'"');
   const auto details = Make<vnDetails>();
-  details->InternalSetReadPassword(password);
-  details->InternalSetWritePassword(password + u"^");
+  Inside::StoreReadPassword(*details, password);
+  Inside::StoreWritePassword(*details, password + u"^");
   const auto loaded = Make<vnDetails>();
-  loaded->InternalLoad(Kept(SavedText(*details)));
-  EXPECT_EQ(loaded->InternalReadPassword(), password);
-  EXPECT_EQ(loaded->InternalWritePassword(), password + u"^");
+  Inside::Read(*loaded, Kept(SavedText(*details)));
+  EXPECT_EQ(Inside::read_password(*loaded), password);
+  EXPECT_EQ(Inside::write_password(*loaded), password + u"^");
 }
 
 TEST(Details, GiveTheDocumentToTheAuthoriser) {

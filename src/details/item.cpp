@@ -1,9 +1,12 @@
-#include "details/item.h"
+#include "vndoc6/details/item.h"
 
+#include "automation/inside.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
+#include "collections/collection_text.h"
 #include "core/scope.h"
-#include "document/document.h"
 #include "schema/rows.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 
@@ -32,18 +35,16 @@ struct vnItem::Schema {
 
 Ref<vnItems> vnItem::Items() const { return items_.get(); }
 
-void vnItem::InternalSetItems(vnItems* items) {
+void vnItem::StoreItems(vnItems* items) {
   items_ = items;
   ParentChanged();
 }
 
 automation::Object* vnItem::FindParent() const { return OwnerOrDocument(items_.get()); }
 
-void vnItem::InternalWrite(BagWriter& writer) const {
-  schema::WriteEntries<Schema>(writer, *this, *this);
-}
+void vnItem::Write(BagWriter& writer) const { schema::WriteEntries<Schema>(writer, *this, *this); }
 
-void vnItem::InternalLoad(const KeptText& text, const Text& key) {
+void vnItem::Read(const KeptText& text, const Text& key) {
   schema::ReadObject<Schema>(text, *this, *this, key);
 }
 
@@ -61,9 +62,9 @@ const automation::ClassInfo& vnItem::classInfo() {
 
 void vnItems::Add(vnItem* poItem) {
   if (poItem == nullptr || !AddNumbered(*poItem)) return;
-  poItem->InternalSetDocument(InternalDocument());
-  poItem->InternalSetItems(this);
-  if (Scope* scope = InternalScope()) {
+  Inside::TakeDocument(*poItem, document());
+  Inside::StoreItems(*poItem, this);
+  if (Scope* scope = document_scope()) {
     scope->Report<&DocumentListener::ItemChange>(*poItem, vnceAdd, int32_t{0});
   }
 }
@@ -71,7 +72,7 @@ void vnItems::Add(vnItem* poItem) {
 void vnItems::Remove(const Variant& pvRef) {
   const Ref<vnItem> removed = store_.Remove(pvRef);
   if (!removed) return;
-  if (Scope* scope = InternalScope()) {
+  if (Scope* scope = document_scope()) {
     scope->Report<&DocumentListener::ItemChange>(*removed, vnceRemove, int32_t{0});
   }
 }
@@ -83,9 +84,9 @@ Ref<vnItem> vnItems::NewItem(const Text& psDisplayName) {
   return item;
 }
 
-void vnItems::InternalWrite(BagWriter& writer) const { WriteNumbered(writer); }
+void vnItems::Write(BagWriter& writer) const { WriteNumbered(writer); }
 
-void vnItems::InternalLoad(const KeptText& text) {
+void vnItems::Read(const KeptText& text) {
   ReadNumbered(text, [this](vnItem* item) { Add(item); });
 }
 

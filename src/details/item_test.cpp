@@ -1,12 +1,13 @@
-#include "details/item.h"
+#include "vndoc6/details/item.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "document/document.h"
+#include "automation/inside.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 namespace {
@@ -36,7 +37,7 @@ TEST(Items, NumbersRunFromZero) {
 TEST(Items, TheNumberAfterAnExplicitOneIsTaken) {
   const auto document = Make<vnDocument>();
   const auto items = Make<vnItems>();
-  items->InternalSetDocument(document.get());
+  Inside::TakeDocument(*items, document.get());
   testing::RecordingListener listener(*document);
   items->Add(Numbered(10).get());
   EXPECT_EQ(listener.Take(), Lines{"ItemChange vnItem 1 0"});
@@ -50,7 +51,7 @@ TEST(Items, TheNumberAfterAnExplicitOneIsTaken) {
   EXPECT_EQ(items->Count(), 2);
   // Below the counter nothing moves it.
   items->Add(Numbered(-5).get());
-  EXPECT_EQ(items->InternalNextID(), 12);
+  EXPECT_EQ(Inside::next_id(*items), 12);
   EXPECT_TRUE(items->Item(Variant(u"-5")));
 }
 
@@ -69,7 +70,7 @@ TEST(Items, TheCounterEndsQuietlyAtTheHighestNumber) {
 TEST(Items, AddAndRemoveReport) {
   const auto document = Make<vnDocument>();
   const auto items = Make<vnItems>();
-  items->InternalSetDocument(document.get());
+  Inside::TakeDocument(*items, document.get());
   testing::RecordingListener listener(*document);
   items->Add(nullptr);
   const auto item = items->NewItem();
@@ -96,25 +97,25 @@ TEST(Items, LoadingNumbersAnItemSavedWithZeroAnew) {
   items->NewItem(u"a");
   items->NewItem(u"b");
   const auto loaded = Make<vnItems>();
-  loaded->InternalLoad(Kept(SavedText(*items)));
+  Inside::Read(*loaded, Kept(SavedText(*items)));
   ASSERT_EQ(loaded->Count(), 2);
   EXPECT_EQ(loaded->Item(Variant(u"2"))->DisplayName(), u"a");
   EXPECT_EQ(loaded->Item(Variant(u"1"))->DisplayName(), u"b");
-  EXPECT_EQ(loaded->InternalNextID(), 3);
+  EXPECT_EQ(Inside::next_id(*loaded), 3);
 }
 
 TEST(Items, LoadingRestoresTheCounterBeforeTheItems) {
   const auto items = Make<vnItems>();
   items->NewItem();
-  items->InternalLoad(Kept(""));
-  EXPECT_EQ(items->InternalNextID(), 1);
+  Inside::Read(*items, Kept(""));
+  EXPECT_EQ(Inside::next_id(*items), 1);
   items->RemoveAll();
-  items->InternalLoad(Kept(R"(L1=~64"DisplayName^aa^A":L2=~64"ID=9:":L3=~64"ID=9:":NextID=4:)"));
+  Inside::Read(*items, Kept(R"(L1=~64"DisplayName^aa^A":L2=~64"ID=9:":L3=~64"ID=9:":NextID=4:)"));
   ASSERT_EQ(items->Count(), 2);
   EXPECT_EQ(items->Item(Variant(1))->ID(), 4);
-  EXPECT_EQ(items->InternalNextID(), 9);
-  items->InternalLoad(Kept("L1=~64\"ID=20:\":NextID=~64\"many\":"));
-  EXPECT_EQ(items->InternalNextID(), 20);
+  EXPECT_EQ(Inside::next_id(*items), 9);
+  Inside::Read(*items, Kept("L1=~64\"ID=20:\":NextID=~64\"many\":"));
+  EXPECT_EQ(Inside::next_id(*items), 20);
 }
 
 }  // namespace

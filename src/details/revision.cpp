@@ -1,10 +1,14 @@
-#include "details/revision.h"
+#include "vndoc6/details/revision.h"
 
+#include "automation/inside.h"
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
+#include "collections/collection_text.h"
 #include "core/scope.h"
-#include "document/document.h"
-#include "process/file.h"
 #include "schema/rows.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/file.h"
 
 namespace vndoc6 {
 
@@ -24,11 +28,11 @@ struct vnRevision::Schema {
   }();
 };
 
-void vnRevision::InternalWrite(bag::BagWriter& writer) const {
+void vnRevision::Write(bag::BagWriter& writer) const {
   schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
-bool vnRevision::InternalLoad(const bag::KeptText& text) {
+bool vnRevision::Read(const bag::KeptText& text) {
   bag::BagReader reader(text);
   // A missing number or date can't be converted either.
   const auto value = [&](std::string_view key) { return reader.Get(key).value_or(Variant(u"")); };
@@ -50,40 +54,40 @@ bool vnRevision::InternalLoad(const bag::KeptText& text) {
 void vnRevisions::Add(vnRevision* poRevision) {
   if (poRevision == nullptr) return;
   if (!store_.Add(automation::NumberText(poRevision->IR()), *poRevision)) return;
-  poRevision->InternalSetDocument(InternalDocument());
+  Inside::TakeDocument(*poRevision, document());
 }
 
 void vnRevisions::AddImport(int32_t plIR, const Text& psReason, int32_t plRevision,
                             automation::Date pdDate) {
-  const Scope* const scope = InternalScope();
+  const Scope* const scope = document_scope();
   if (scope == nullptr || !scope->IsAssignmentUnlocked()) {
     throw automation::Error(automation::kWrongState, {}, u"vnRevisions.AddImport");
   }
   const automation::Ref<vnRevision> revision = automation::Make<vnRevision>();
-  revision->InternalSetIR(plIR);
-  revision->InternalSetReason(psReason);
-  revision->InternalSetRevision(static_cast<float>(plRevision));
-  revision->InternalSetRevisionDate(pdDate);
+  Inside::StoreIR(*revision, plIR);
+  Inside::StoreReason(*revision, psReason);
+  Inside::StoreRevision(*revision, static_cast<float>(plRevision));
+  Inside::StoreRevisionDate(*revision, pdDate);
   Add(revision.get());
 }
 
 // Hosts have always been told of a file that is none.
 void vnRevisions::Remove(const Variant& pvRef) {
   if (!store_.Remove(pvRef)) return;
-  if (Scope* scope = InternalScope()) {
+  if (Scope* scope = document_scope()) {
     scope->Report<&DocumentListener::StepFileChange>(static_cast<vnFile*>(nullptr), vnceRemove,
                                                      int32_t{0});
   }
 }
 
-void vnRevisions::InternalWrite(bag::BagWriter& writer) const { WriteByPosition(writer, "F"); }
+void vnRevisions::Write(bag::BagWriter& writer) const { WriteByPosition(writer, "F"); }
 
-void vnRevisions::InternalLoad(const bag::KeptText& text) {
+void vnRevisions::Read(const bag::KeptText& text) {
   bag::BagScanner scanner(text);
   bag::BagEntry entry;
   while (scanner.Next(entry)) {
     const automation::Ref<vnRevision> revision = automation::Make<vnRevision>();
-    if (revision->InternalLoad(scanner.TextOf(entry))) Add(revision.get());
+    if (Inside::Read(*revision, scanner.TextOf(entry))) Add(revision.get());
   }
 }
 

@@ -1,13 +1,14 @@
-#include "details/revision.h"
+#include "vndoc6/details/revision.h"
 
 #include <gtest/gtest.h>
 
-#include "automation/error.h"
-#include "automation/services.h"
-#include "details/details.h"
-#include "document/document.h"
+#include "automation/inside.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 namespace {
@@ -21,7 +22,7 @@ using testing::SavedText;
 
 Ref<vnRevision> Revision(int32_t ir) {
   Ref<vnRevision> revision = Make<vnRevision>();
-  revision->InternalSetIR(ir);
+  Inside::StoreIR(*revision, ir);
   return revision;
 }
 
@@ -86,34 +87,33 @@ TEST(Revisions, AreSavedByPosition) {
   const auto history = Make<vnRevisions>();
   EXPECT_EQ(SavedText(*history), "");
   const Ref<vnRevision> revision = Revision(12);
-  revision->InternalSetRevisionDate(Date{45000.5});
-  revision->InternalSetRevision(1.2f);
-  revision->InternalSetReason(u"because");
+  Inside::StoreRevisionDate(*revision, Date{45000.5});
+  Inside::StoreRevision(*revision, 1.2f);
+  Inside::StoreReason(*revision, u"because");
   history->Add(revision.get());
   history->Add(Revision(3).get());
   const std::string text = SavedText(*history);
   EXPECT_EQ(text,
             "F1=~64\"D=t45000.5:R=s1.2:IR=12:Rs^abecause^A\":F2=~64\"D=t0:R=s0:IR=3:Rs^a^A\":");
   const auto loaded = Make<vnRevisions>();
-  loaded->InternalLoad(Kept(text));
+  Inside::Read(*loaded, Kept(text));
   EXPECT_EQ(SavedText(*loaded), text);
-  loaded->InternalLoad(bag::KeptText());
+  Inside::Read(*loaded, bag::KeptText());
   EXPECT_EQ(loaded->Count(), 2);
 }
 
 TEST(Revisions, ThatCannotBeReadAreSkipped) {
   const auto history = Make<vnRevisions>();
-  history->InternalLoad(
-      Kept("F1=~64\"R=s1:IR=1:Rs^ano date^A\":"
-           "F2=~64\"D=t1:IR=2:\":"
-           "F3=~64\"D=t1:R=s1:\":"
-           "F4=~64\"D^asome day^AR=s1:IR=4:\":"
-           "F5=~64\"D=t1:R=s1:IR=d3e9:\":"
-           "F6=~64\"D=t1:R=s1:IR=6:Rs=n:\":"
-           "F7=~64\"\":"
-           "F8=7:"
-           // An entry's key says nothing, also one that was there.
-           "F1=~64\"D=45000:R^a1.5^AIR^a9^A\":"));
+  Inside::Read(*history, Kept("F1=~64\"R=s1:IR=1:Rs^ano date^A\":"
+                              "F2=~64\"D=t1:IR=2:\":"
+                              "F3=~64\"D=t1:R=s1:\":"
+                              "F4=~64\"D^asome day^AR=s1:IR=4:\":"
+                              "F5=~64\"D=t1:R=s1:IR=d3e9:\":"
+                              "F6=~64\"D=t1:R=s1:IR=6:Rs=n:\":"
+                              "F7=~64\"\":"
+                              "F8=7:"
+                              // An entry's key says nothing, also one that was there.
+                              "F1=~64\"D=45000:R^a1.5^AIR^a9^A\":"));
   ASSERT_EQ(history->Count(), 1);
   const Ref<vnRevision> revision = history->Item(Variant(u"9"));
   EXPECT_EQ(revision->RevisionDate(), Date{45000});

@@ -1,29 +1,30 @@
-#include "document/document.h"
+#include "vndoc6/document/document.h"
 
 #include <limits>
 #include <memory>
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
+#include "automation/inside.h"
 #include "bag/bag_part.h"
-#include "bag/properties.h"
-#include "chart/chart.h"
-#include "chart/figure.h"
 #include "core/scope.h"
-#include "details/details.h"
-#include "details/item.h"
-#include "details/revision.h"
 #include "document/document_scope.h"
 #include "fields/fields.h"
 #include "platform/keys.h"
-#include "process/condition.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
-#include "titles/titles.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/item.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
+#include "vndoc6/titles/titles.h"
 
 namespace vndoc6 {
 
@@ -41,7 +42,7 @@ namespace {
 template <class T>
 Owned<T> MakePart(vnDocument* document) {
   const Ref<T> part = automation::Make<T>();
-  part->InternalSetDocument(document);
+  Inside::TakeDocument(*part, document);
   return Owned<T>(part.get());
 }
 
@@ -51,14 +52,14 @@ template <class T>
 Ref<T> LazyPart(Lazy<T>& part, vnDocument* document) {
   const auto make = [document] {
     auto object = automation::Make<T>();
-    object->InternalSetDocument(document);
+    Inside::TakeDocument(*object, document);
     return object;
   };
   const auto load = [](T& object, const KeptText& text) {
-    if constexpr (requires { object.InternalLoadQuietly(text); }) {
-      object.InternalLoadQuietly(text);
+    if constexpr (requires { Inside::ReadQuietly(object, text); }) {
+      Inside::ReadQuietly(object, text);
     } else {
-      object.InternalLoad(text);
+      Inside::Read(object, text);
     }
   };
   return part.Get(make, load);
@@ -72,13 +73,13 @@ Ref<T> CopyInto(vnDocument& document, List& list, T* source) {
   const Ref<vnDocument> self(&document);
   const Ref<T> original(source);
   auto copy = automation::Make<T>();
-  copy->InternalCopyFrom(*original);
+  Inside::CopyFrom(*copy, *original);
   try {
-    copy->InternalJoin(document);
+    Inside::Join(*copy, document);
     list.Add(copy.get());
   } catch (...) {
     // It is in all of the document's lists or in none.
-    if (!list.InternalStore().Contains(*copy)) copy->InternalLeave(document);
+    if (!Inside::store(list).Contains(*copy)) Inside::Leave(*copy, document);
     throw;
   }
   return copy;
@@ -119,9 +120,9 @@ Ref<vnRevisions> vnDocument::RevisionHistory() { return LazyPart(revision_histor
 Ref<vnTitles> vnDocument::Titles() const { return titles_.get(); }
 Ref<Properties> vnDocument::GetProperties() const { return properties_.get(); }
 void vnDocument::SetProperties(Properties* poProperties) {
-  if (properties_) properties_->InternalSetOwner(nullptr);
+  if (properties_) Inside::StoreOwner(*properties_, nullptr);
   properties_ = Owned<Properties>(poProperties);
-  if (properties_) properties_->InternalSetOwner(this);
+  if (properties_) Inside::StoreOwner(*properties_, this);
 }
 
 Variant vnDocument::Containers() { return Variant(ContainerCollection()); }
@@ -229,7 +230,7 @@ void vnDocument::SetDatabase(Object* poDatabase) {
     fields::SetDatabase(*field_defs, poDatabase);
   }
   // The titles may come from that database.
-  titles_->InternalClearTried();
+  Inside::ClearTried(*titles_);
   scope_->Raise<&DocumentListener::DatabaseConnected>();
 }
 
@@ -238,13 +239,13 @@ void vnDocument::SetDatabase(Object* poDatabase) {
 Ref<vnStep> vnDocument::NewStep(const Text& psSourceKey, const Text& psLoadData) {
   KeptText load_data(psLoadData);
   if (!psSourceKey.empty()) {
-    if (vnStep* source = steps_->InternalStore().Find(TextView(psSourceKey))) {
+    if (vnStep* source = Inside::store(*steps_).Find(TextView(psSourceKey))) {
       load_data = KeptText(source->Save());
     }
   }
   auto step = automation::Make<vnStep>();
-  step->InternalSetDocument(this);
-  if (!load_data.empty()) step->InternalLoadFrom(load_data, Text(), true);
+  Inside::TakeDocument(*step, this);
+  if (!load_data.empty()) Inside::ReadFrom(*step, load_data, Text(), true);
   steps_->Add(step.get());
   return step;
 }

@@ -1,26 +1,27 @@
 // vnDocument's file, the reading side.
 #include <new>
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
-#include "automation/services.h"
+#include "automation/inside.h"
 #include "bag/bag_file.h"
 #include "bag/bag_reader.h"
-#include "bag/properties.h"
-#include "chart/chart.h"
-#include "details/details.h"
-#include "details/revision.h"
 #include "document/document_scope.h"
 #include "document/file_version.h"
 #include "document/temp_save.h"
 #include "platform/file_system.h"
 #include "platform/keys.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "titles/titles.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/titles/titles.h"
 
 namespace vndoc6 {
 
@@ -48,7 +49,7 @@ constexpr TextView kConverter = u"VNDoc6Converters.VN5";
 template <class T>
 void KeepOrLoad(Lazy<T>& part, KeptText text) {
   if (T* built = part.built()) {
-    built->InternalLoadQuietly(text);
+    Inside::ReadQuietly(*built, text);
   } else {
     part.Reset(std::move(text));
   }
@@ -132,12 +133,12 @@ bool vnDocument::LoadAndReport(const Text& file_name, const Text& read_from, con
   switch (code) {
     case kLoaded:
     case kOlderDocumentVersion:
-      titles_->InternalClearTried();
+      Inside::ClearTried(*titles_);
       scope_->Raise<&DocumentListener::LoadComplete>();
       return true;
     case kNewerDocumentVersion:
       // Loaded whole, and yet told as failed: hosts ask their user and go on.
-      titles_->InternalClearTried();
+      Inside::ClearTried(*titles_);
       scope_->Raise<&DocumentListener::LoadFailed>(code);
       return true;
     case kUnknownFileVersion:
@@ -166,8 +167,8 @@ int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Tex
   guid_ = file.GetText("GUID");
   ir_ = file.GetLong("IR", 1);
 
-  details_->InternalLoad(file.GetKept("D"));
-  const Text& read_password = details_->InternalReadPassword();
+  Inside::Read(*details_, file.GetKept("D"));
+  const Text& read_password = Inside::read_password(*details_);
   if (!read_password.empty() && password != read_password) {
     allow_write_ = false;
     return kWrongPassword;
@@ -179,9 +180,9 @@ int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Tex
   scope_->Raise<&DocumentListener::Loading>(int16_t{20});
   revision_history_.Reset(file.GetKept("RH"));
   scope_->Raise<&DocumentListener::Loading>(int16_t{40});
-  steps_->InternalLoad(file.GetKept("S"));
+  Inside::Read(*steps_, file.GetKept("S"));
   if (!properties_) SetProperties(automation::Make<Properties>().get());
-  properties_->InternalLoad(file.GetKept("P"));
+  Inside::Read(*properties_, file.GetKept("P"));
   ReadDefinitions(file, details_definitions_);
   scope_->Raise<&DocumentListener::Loading>(int16_t{60});
   ReadDefinitions(file, steps_definitions_);

@@ -1,16 +1,16 @@
 // What is published of vnDocument.
-#include "bag/properties.h"
-#include "chart/chart.h"
-#include "details/details.h"
-#include "details/revision.h"
-#include "document/document.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/link.h"
-#include "process/steps.h"
 #include "schema/rows.h"
-#include "titles/titles.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/titles/titles.h"
 
 namespace vndoc6 {
 

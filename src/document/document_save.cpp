@@ -1,21 +1,23 @@
 // vnDocument's file, the writing side.
-#include "automation/error.h"
+#include "automation/inside.h"
 #include "bag/bag_writer.h"
-#include "bag/properties.h"
-#include "chart/chart.h"
-#include "details/details.h"
-#include "details/revision.h"
+#include "bag/lazy_text.h"
 #include "document/document_scope.h"
 #include "document/file_version.h"
 #include "fields/fields.h"
 #include "platform/file_system.h"
 #include "platform/keys.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "titles/titles.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/titles/titles.h"
 
 namespace vndoc6 {
 
@@ -29,7 +31,7 @@ constexpr int32_t kNotWritten = 2;
 
 template <class T>
 void WritePart(T& part, BagWriter& writer) {
-  part.InternalWrite(writer);
+  Inside::Write(part, writer);
 }
 
 }  // namespace
@@ -101,7 +103,7 @@ void vnDocument::WriteParts(BagWriter& writer, Purpose purpose) {
   // A little more than the last time: a text that outgrows its place is copied whole.
   writer.out().reserve(writer.out().size() + file_size_ + file_size_ / 8);
   writer.Add("GUID", guid_);
-  writer.AddNested("D", [&](BagWriter& nested) { details_->InternalWrite(nested); });
+  writer.AddNested("D", [&](BagWriter& nested) { Inside::Write(*details_, nested); });
   writer.Add("FV", kFileVersion);
   writer.Add("DV", kDocumentVersion);
   writer.Add("DT", document_type_);
@@ -109,14 +111,14 @@ void vnDocument::WriteParts(BagWriter& writer, Purpose purpose) {
   if (purpose == Purpose::kSave) MoveIROn();
   writer.Add("IR", ir_);
   progress(5);
-  chart_.Save(writer, "C", WritePart<vnChart>);
+  bag::WriteLazy(writer, "C", chart_, WritePart<vnChart>);
   progress(10);
-  writer.AddNested("S", [&](BagWriter& nested) { steps_->InternalWrite(nested); });
-  links_.Save(writer, "LK", WritePart<vnLinks>);
+  writer.AddNested("S", [&](BagWriter& nested) { Inside::Write(*steps_, nested); });
+  bag::WriteLazy(writer, "LK", links_, WritePart<vnLinks>);
   progress(20);
-  revision_history_.Save(writer, "RH", WritePart<vnRevisions>);
+  bag::WriteLazy(writer, "RH", revision_history_, WritePart<vnRevisions>);
   writer.AddNested("P", [&](BagWriter& nested) {
-    if (properties_) properties_->InternalWrite(nested);
+    if (properties_) Inside::Write(*properties_, nested);
   });
   progress(30);
   write(details_definitions_.field_defs);
@@ -129,14 +131,14 @@ void vnDocument::WriteParts(BagWriter& writer, Purpose purpose) {
   write(links_definitions_.field_defs);
   write(links_definitions_.form);
   progress(70);
-  files_.Save(writer, "FL", WritePart<vnFiles>);
+  bag::WriteLazy(writer, "FL", files_, WritePart<vnFiles>);
   progress(80);
-  jumps_.Save(writer, "J", WritePart<vnJumps>);
-  containers_.Save(writer, "CN", WritePart<vnContainers>);
+  bag::WriteLazy(writer, "J", jumps_, WritePart<vnJumps>);
+  bag::WriteLazy(writer, "CN", containers_, WritePart<vnContainers>);
   progress(90);
   writer.Add("PC", pages_count_);
   writer.Add("SPB", show_page_breaks_ ? TextView(u"T") : TextView(u"F"));
-  attachments_.Save(writer, "Attach", WritePart<Properties>);
+  bag::WriteLazy(writer, "Attach", attachments_, WritePart<Properties>);
   writer.Add("DBGUID", db_guid_);
   writer.Add("ConStr", connection_string_);
   writer.Add("CT", chart_type_);

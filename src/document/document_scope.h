@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/scope.h"
-#include "document/document.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 

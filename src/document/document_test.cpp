@@ -1,26 +1,26 @@
-#include "document/document.h"
+#include "vndoc6/document/document.h"
 
 #include <gtest/gtest.h>
 
 #include <optional>
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
-#include "bag/properties.h"
-#include "chart/chart.h"
-#include "chart/figure.h"
-#include "chart/line.h"
-#include "details/details.h"
-#include "process/condition.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
 #include "tests/support/acts_once.h"
 #include "tests/support/recording_listener.h"
-#include "titles/title_ref.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/chart/line.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
+#include "vndoc6/titles/title_ref.h"
 
 namespace vndoc6 {
 namespace {

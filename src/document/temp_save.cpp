@@ -1,8 +1,9 @@
 #include "document/temp_save.h"
 
-#include "details/details.h"
-#include "document/document.h"
+#include "automation/inside.h"
 #include "platform/file_system.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 
@@ -38,17 +39,17 @@ int32_t vnDocument::TempSaveTest(const Text& psFileName) const {
 }
 
 void vnDocument::EnableWrite(const Text& psPassword) {
-  const Text& password = details_->InternalWritePassword();
+  const Text& password = Inside::write_password(*details_);
   allow_write_ = password.empty() || psPassword == password;
 }
 
 bool vnDocument::SetReadPassword(const Text& psPassword) {
-  if (allow_write_) details_->InternalSetReadPassword(psPassword);
+  if (allow_write_) Inside::StoreReadPassword(*details_, psPassword);
   return false;  // also when it was set: hosts have always got this
 }
 
 bool vnDocument::SetWritePassword(const Text& psPassword) {
-  if (allow_write_) details_->InternalSetWritePassword(psPassword);
+  if (allow_write_) Inside::StoreWritePassword(*details_, psPassword);
   return false;  // likewise
 }
 

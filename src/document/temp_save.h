@@ -2,7 +2,7 @@
 // written.
 #pragma once
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6 {
 

@@ -1,8 +1,9 @@
 #include "fields/fields.h"
 
-#include "automation/late_bound.h"
-#include "automation/services.h"
+#include "bag/bag_writer.h"
 #include "fields/stand_ins.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/services.h"
 
 namespace vndoc6::fields {
 

@@ -6,10 +6,10 @@
 
 #include <string_view>
 
-#include "automation/object.h"
-#include "automation/text.h"
 #include "bag/bag_writer.h"
-#include "bag/lazy.h"
+#include "vndoc6/automation/object.h"
+#include "vndoc6/automation/text.h"
+#include "vndoc6/bag/lazy.h"
 
 namespace vndoc6::fields {
 

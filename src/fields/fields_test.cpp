@@ -5,11 +5,11 @@
 #include <functional>
 #include <string>
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
-#include "automation/services.h"
-#include "document/document.h"
 #include "fields/stand_ins.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6::fields {
 namespace {

@@ -2,9 +2,9 @@
 // forms in when the host has no objects of its own for them. They know nothing of their texts.
 #pragma once
 
-#include "automation/class_info.h"
-#include "automation/object.h"
-#include "automation/text.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/object.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6 {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6::platform {
 

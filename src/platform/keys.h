@@ -1,7 +1,7 @@
 // Unique keys.
 #pragma once
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6::platform {
 

@@ -1,7 +1,7 @@
 #include <ctime>
 
-#include "automation/error.h"
 #include "automation/local_date.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::automation {
 

@@ -5,8 +5,8 @@
 #include <atomic>
 #include <new>
 
-#include "automation/error.h"
 #include "platform/random.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::platform {
 namespace {

@@ -2,8 +2,8 @@
 // After windows.h, whose types it needs.
 #include <bcrypt.h>
 
-#include "automation/error.h"
 #include "platform/random.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::platform {
 

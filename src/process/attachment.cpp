@@ -1,4 +1,4 @@
-#include "process/attachment.h"
+#include "vndoc6/process/attachment.h"
 
 #include "core/scope.h"
 namespace vndoc6 {
@@ -21,7 +21,7 @@ void Attachment::SetFileName(const Text& psFileName) {
 }
 
 void Attachment::ReportDetail(int32_t detail_id) {
-  if (Scope* scope = InternalScope()) InternalReport(*scope, vnceDetail, detail_id);
+  if (Scope* scope = document_scope()) RaiseChange(*scope, vnceDetail, detail_id);
 }
 
 }  // namespace vndoc6

@@ -1,15 +1,16 @@
-#include "process/attachment_list.h"
+#include "vndoc6/process/attachment_list.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 
-#include "document/document.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/steps.h"
+#include "automation/inside.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 namespace {
@@ -155,13 +156,13 @@ TYPED_TEST(AttachmentListTest, BuiltFromTheDocumentsTextItReportsNothing) {
   const auto list = Make<typename TestFixture::List>();
   for (const Text& key : testing::kHostileKeys) list->Add(this->Keyed(key).get());
   const std::string saved = SavedText(*list);
-  this->of_document_->InternalLoadQuietly(Kept(saved));
+  Inside::ReadQuietly(*this->of_document_, Kept(saved));
   EXPECT_EQ(this->listener_.Take(), Lines{});
   EXPECT_EQ(SavedText(*this->of_document_), saved);
   EXPECT_EQ(this->of_document_->Item(Variant(1))->Document(), this->document_);
 
   // A step's list reports each member it finds; the document has them all already.
-  this->of_step_->InternalLoad(Kept(saved));
+  Inside::Read(*this->of_step_, Kept(saved));
   EXPECT_EQ(this->listener_.Take().size(), std::size(testing::kHostileKeys));
   EXPECT_EQ(this->of_document_->Count(), this->of_step_->Count());
 }

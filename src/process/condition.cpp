@@ -1,11 +1,14 @@
-#include "process/condition.h"
+#include "vndoc6/process/condition.h"
 
+#include "automation/inside.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
-#include "core/detail_id.h"
+#include "collections/collection_text.h"
 #include "core/scope.h"
-#include "document/document.h"
-#include "process/link.h"
 #include "schema/rows.h"
+#include "vndoc6/core/detail_id.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/link.h"
 
 namespace vndoc6 {
 
@@ -64,30 +67,26 @@ automation::Object* vnCondition::FindParent() const { return OwnerOrDocument(lin
 
 void vnCondition::Put(Text vnCondition::*member, const Text& value) {
   const int32_t detail_id = schema::Store<Schema>(*this, member, value);
-  if (Scope* scope = InternalScope()) {
+  if (Scope* scope = document_scope()) {
     scope->Report<&DocumentListener::ConditionChange>(*this, detail_id);
   }
 }
 
 Text vnCondition::Save() const {
-  return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](BagWriter& writer) { Write(writer); });
 }
 
-void vnCondition::Load(const Text& psLoad, const Text& psKey) {
-  InternalLoad(KeptText(psLoad), psKey);
-}
+void vnCondition::Load(const Text& psLoad, const Text& psKey) { Read(KeptText(psLoad), psKey); }
 
-void vnCondition::InternalWrite(BagWriter& writer) const {
+void vnCondition::Write(BagWriter& writer) const {
   schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
-void vnCondition::InternalLoad(const KeptText& text, const Text& key) {
+void vnCondition::Read(const KeptText& text, const Text& key) {
   schema::ReadObject<Schema>(text, *this, *this, key);
 }
 
-void vnCondition::InternalCopyFrom(const vnCondition& other) {
-  schema::CopyValues<Schema>(other, *this);
-}
+void vnCondition::CopyFrom(const vnCondition& other) { schema::CopyValues<Schema>(other, *this); }
 
 const automation::ClassInfo& vnCondition::classInfo() {
   using namespace schema;
@@ -111,27 +110,27 @@ automation::Object* vnConditions::FindParent() const { return OwnerOrDocument(li
 void vnConditions::Add(vnCondition* poCondition) {
   if (poCondition == nullptr) return;
   // The document comes first: also a condition whose key is taken gets it.
-  poCondition->InternalSetDocument(InternalDocument());
+  Inside::TakeDocument(*poCondition, document());
   if (!AddUnderOwnKey(*poCondition)) return;
-  if (Scope* scope = InternalScope()) {
+  if (Scope* scope = document_scope()) {
     scope->Report<&DocumentListener::ConditionChange>(*poCondition, kAdded);
   }
 }
 
-void vnConditions::Remove(const Variant& pvRef) { InternalRemove(pvRef); }
+void vnConditions::Remove(const Variant& pvRef) { RemoveMember(pvRef); }
 
-bool vnConditions::InternalRemove(const Variant& ref) {
+bool vnConditions::RemoveMember(const Variant& ref) {
   const Ref<vnCondition> removed = store_.Remove(ref);
   if (!removed) return false;
-  if (Scope* scope = InternalScope()) {
+  if (Scope* scope = document_scope()) {
     scope->Report<&DocumentListener::ConditionChange>(*removed, kRemoved);
   }
   return true;
 }
 
-void vnConditions::InternalWrite(BagWriter& writer) const { WriteByKey(writer, u'C'); }
+void vnConditions::Write(BagWriter& writer) const { WriteByKey(writer, u'C'); }
 
-void vnConditions::InternalLoad(const KeptText& text) {
+void vnConditions::Read(const KeptText& text) {
   ReadMembers(text, [this](vnCondition* condition) { Add(condition); });
 }
 

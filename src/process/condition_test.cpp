@@ -1,11 +1,13 @@
-#include "process/condition.h"
+#include "vndoc6/process/condition.h"
 
 #include <gtest/gtest.h>
 
-#include "document/document.h"
-#include "process/steps.h"
+#include "automation/inside.h"
+#include "platform/keys.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 namespace {
@@ -19,7 +21,7 @@ using Lines = std::vector<std::string>;
 
 Ref<vnCondition> Keyed(const Text& key) {
   const auto condition = Make<vnCondition>();
-  condition->InternalSetKey(key);
+  Inside::StoreKey(*condition, key);
   return condition;
 }
 
@@ -48,12 +50,12 @@ TEST(Conditions, AddReportsOneAndRemoveTwo) {
   const auto document = Make<vnDocument>();
   testing::RecordingListener listener(*document);
   const auto conditions = Make<vnConditions>();
-  conditions->InternalSetDocument(document.get());
+  Inside::TakeDocument(*conditions, document.get());
   conditions->Add(Keyed(u"k").get());
   conditions->Remove(Variant(u"other"));
   conditions->Remove(Variant(2));
-  EXPECT_FALSE(conditions->InternalRemove(Variant(u"other")));
-  EXPECT_TRUE(conditions->InternalRemove(Variant(u"K")));
+  EXPECT_FALSE(Inside::RemoveMember(*conditions, Variant(u"other")));
+  EXPECT_TRUE(Inside::RemoveMember(*conditions, Variant(u"K")));
   EXPECT_EQ(listener.Take(), (Lines{"ConditionChange k 1", "ConditionChange k 2"}));
 
   conditions->Add(nullptr);
@@ -66,7 +68,7 @@ TEST(Conditions, AddReportsOneAndRemoveTwo) {
 TEST(Conditions, ATakenKeyInAnyLetterCaseIsNotAddedButGetsTheDocument) {
   const auto document = Make<vnDocument>();
   const auto conditions = Make<vnConditions>();
-  conditions->InternalSetDocument(document.get());
+  Inside::TakeDocument(*conditions, document.get());
   const auto first = Keyed(u"straße");
   conditions->Add(first.get());
   testing::RecordingListener listener(*document);
@@ -121,7 +123,7 @@ TEST(Conditions, AnyKeySurvivesSavingAndLoading) {
   ASSERT_EQ(conditions->Count(), static_cast<int32_t>(std::size(testing::kHostileKeys)));
 
   const auto loaded = Make<vnConditions>();
-  loaded->InternalLoad(Kept(SavedText(*conditions)));
+  Inside::Read(*loaded, Kept(SavedText(*conditions)));
   ASSERT_EQ(loaded->Count(), conditions->Count());
   for (const Text& key : testing::kHostileKeys) {
     const auto condition = loaded->Item(Variant(key));
@@ -133,7 +135,7 @@ TEST(Conditions, AnyKeySurvivesSavingAndLoading) {
 
 TEST(Conditions, DamagedTextGivesWhatComesBeforeTheFault) {
   const auto conditions = Make<vnConditions>();
-  conditions->InternalLoad(Kept(R"(anything=~64"K^aa^A":number=5:same=~64"K^aA^A":C=~64"K^ab)"));
+  Inside::Read(*conditions, Kept(R"(anything=~64"K^aa^A":number=5:same=~64"K^aA^A":C=~64"K^ab)"));
   // The entry that is no text makes a condition without a key, which gets a fresh one; the one
   // with a taken key and the cut-off one are dropped.
   ASSERT_EQ(conditions->Count(), 2);

@@ -1,10 +1,13 @@
-#include "process/container.h"
+#include "vndoc6/process/container.h"
 
+#include "automation/inside.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
-#include "chart/figure.h"
+#include "collections/collection_text.h"
 #include "core/scope.h"
-#include "document/document.h"
 #include "schema/rows.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 
@@ -49,13 +52,13 @@ vnContainer::~vnContainer() = default;
 
 Variant vnContainer::Document() const { return Variant(Member::Document()); }
 
-void vnContainer::InternalSetDocument(vnDocument* document) {
-  Member::InternalSetDocument(document);
-  if (vnFigure* figure = figure_.built()) figure->InternalSetDocument(document);
+void vnContainer::TakeDocument(vnDocument* document) {
+  Member::TakeDocument(document);
+  if (vnFigure* figure = figure_.built()) Inside::TakeDocument(*figure, document);
 }
 
 void vnContainer::ReportChange() {
-  if (Scope* scope = InternalScope()) {
+  if (Scope* scope = document_scope()) {
     scope->Report<&DocumentListener::ContainerChange>(*this, kChanged);
   }
 }
@@ -76,32 +79,30 @@ Ref<vnFigure> vnContainer::Figure() {
   return figure_.Get(
       [this] {
         Ref<vnFigure> figure = automation::Make<vnFigure>();
-        figure->InternalSetDocument(InternalDocument());
+        Inside::TakeDocument(*figure, document());
         figure->SetContainer(this);
         return figure;
       },
-      [](vnFigure& figure, const KeptText& text) { figure.InternalLoad(text, Text()); });
+      [](vnFigure& figure, const KeptText& text) { Inside::Read(figure, text, Text()); });
 }
 
-void vnContainer::Load(const Text& psLoad, const Text& psKey) {
-  InternalLoad(KeptText(psLoad), psKey);
-}
+void vnContainer::Load(const Text& psLoad, const Text& psKey) { Read(KeptText(psLoad), psKey); }
 
 Text vnContainer::Save() const {
-  return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](BagWriter& writer) { Write(writer); });
 }
 
-void vnContainer::InternalWrite(BagWriter& writer) const {
+void vnContainer::Write(BagWriter& writer) const {
   schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
-void vnContainer::InternalLoad(const KeptText& text, const Text& key) {
+void vnContainer::Read(const KeptText& text, const Text& key) {
   schema::ReadObject<Schema>(text, *this, *this, key);
 }
 
-void vnContainer::InternalCopyFrom(vnContainer& other) {
+void vnContainer::CopyFrom(vnContainer& other) {
   schema::CopyValues<Schema>(other, *this);
-  Figure()->InternalCopyFrom(*other.Figure());
+  Inside::CopyFrom(*Figure(), *other.Figure());
 }
 
 const automation::ClassInfo& vnContainer::classInfo() {
@@ -122,9 +123,9 @@ void vnContainers::SetContainer(vnContainer* poContainer) { container_ = poConta
 
 void vnContainers::Add(vnContainer* poContainer) {
   if (poContainer == nullptr || !AddUnderOwnKey(*poContainer)) return;
-  Scope* const scope = InternalScope();
+  Scope* const scope = document_scope();
   if (scope == nullptr) return;
-  poContainer->InternalSetDocument(InternalDocument());
+  Inside::TakeDocument(*poContainer, document());
   scope->Report<&DocumentListener::ContainerAdded>(*poContainer);
 }
 
@@ -133,18 +134,18 @@ void vnContainers::Remove(const Variant& pvRef) {
   if (!container) return;
   const Ref<vnContainers> self(this);
   // Hosts that are told still find the container here.
-  if (Scope* scope = InternalScope())
+  if (Scope* scope = document_scope())
     scope->Report<&DocumentListener::ContainerRemoved>(*container);
   store_.RemoveMember(*container);
 }
 
-void vnContainers::InternalWrite(BagWriter& writer) const { WriteByKey(writer, u'C'); }
+void vnContainers::Write(BagWriter& writer) const { WriteByKey(writer, u'C'); }
 
-void vnContainers::InternalLoad(const KeptText& text) {
+void vnContainers::Read(const KeptText& text) {
   ReadMembers(text, [this](vnContainer* container) { Add(container); });
 }
 
-void vnContainers::InternalLoadQuietly(const KeptText& text) { ReadMembersQuietly(text); }
+void vnContainers::ReadQuietly(const KeptText& text) { ReadMembersQuietly(text); }
 
 const automation::ClassInfo& vnContainers::classInfo() {
   using namespace schema;

@@ -1,12 +1,13 @@
-#include "process/container.h"
+#include "vndoc6/process/container.h"
 
 #include <gtest/gtest.h>
 
-#include "chart/figure.h"
-#include "document/document.h"
-#include "process/steps.h"
+#include "automation/inside.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 namespace {
@@ -28,7 +29,7 @@ TEST(Container, SavesWhatItLoadedAndAFigureNobodyReadUnchanged) {
   constexpr std::string_view kSaved =
       R"(K=~64"k":L=~64"label":D=~64"description":F=~64"no ^j figure":)";
   const auto container = Make<vnContainer>();
-  container->InternalLoad(Kept(kSaved), Text());
+  Inside::Read(*container, Kept(kSaved), Text());
   EXPECT_EQ(SavedText(*container), kSaved);
   const Ref<vnFigure> figure = container->Figure();
   EXPECT_EQ(container->Figure(), figure);
@@ -61,7 +62,7 @@ TEST(Container, ReportsEveryPutOfItsLabelAndEveryReadingOfItsDescription) {
 TEST(Container, ACopyHasAFigureOfItsOwnAndNoKey) {
   const auto source = Keyed(u"k");
   const auto copy = Make<vnContainer>();
-  copy->InternalCopyFrom(*source);
+  Inside::CopyFrom(*copy, *source);
   EXPECT_EQ(copy->Key(), u"");
   EXPECT_NE(copy->Figure(), source->Figure());
 }
@@ -98,7 +99,7 @@ TEST(Containers, AreSavedByKeyAndComeBackWithoutAReport) {
   const auto document = Make<vnDocument>();
   testing::RecordingListener listener(*document);
   vnContainers& loaded = *document->ContainerCollection();
-  loaded.InternalLoadQuietly(Kept(saved));
+  Inside::ReadQuietly(loaded, Kept(saved));
   EXPECT_EQ(listener.Take(), Lines{});
   EXPECT_EQ(SavedText(loaded), saved);
 }

@@ -1,9 +1,11 @@
-#include "process/file.h"
+#include "vndoc6/process/file.h"
 
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
-#include "document/document.h"
-#include "process/steps.h"
+#include "core/scope.h"
 #include "schema/rows.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 
@@ -34,19 +36,17 @@ struct vnFile::Schema {
   }();
 };
 
-void vnFile::InternalReport(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) {
+void vnFile::RaiseChange(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) {
   scope.Report<&DocumentListener::StepFileChange>(this, type, detail_id);
 }
 
-void vnFile::InternalWrite(BagWriter& writer) const {
-  schema::WriteEntries<Schema>(writer, *this, *this);
-}
+void vnFile::Write(BagWriter& writer) const { schema::WriteEntries<Schema>(writer, *this, *this); }
 
-void vnFile::InternalLoad(const KeptText& text, const Text& key) {
+void vnFile::Read(const KeptText& text, const Text& key) {
   schema::ReadObject<Schema>(text, *this, *this, key);
 }
 
-void vnFile::InternalCopyFrom(const vnFile& other) { schema::CopyValues<Schema>(other, *this); }
+void vnFile::CopyFrom(const vnFile& other) { schema::CopyValues<Schema>(other, *this); }
 
 const automation::ClassInfo& vnFile::classInfo() {
   using namespace schema;

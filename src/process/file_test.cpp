@@ -1,7 +1,8 @@
-#include "process/file.h"
+#include "vndoc6/process/file.h"
 
 #include <gtest/gtest.h>
 
+#include "automation/inside.h"
 #include "tests/support/saved_text.h"
 
 namespace vndoc6 {
@@ -21,9 +22,9 @@ TEST(File, SavesItsNumberOnlyWhenItHasOne) {
   EXPECT_EQ(SavedText(*file), R"(K=~64"k":DN=~64"Form":FN=~64"C:\^jforms^j\a.doc":DID=7:)");
 
   const auto loaded = Make<vnFile>();
-  loaded->InternalLoad(Kept(SavedText(*file)), u"given");
+  Inside::Read(*loaded, Kept(SavedText(*file)), u"given");
   EXPECT_EQ(loaded->Key(), u"given");
-  loaded->InternalLoad(Kept("DID=~64\"none\":"), Text());
+  Inside::Read(*loaded, Kept("DID=~64\"none\":"), Text());
   EXPECT_EQ(SavedText(*loaded), R"(K=~64"":DN=~64"":FN=~64"":)");
 }
 

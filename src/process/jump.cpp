@@ -1,11 +1,13 @@
-#include "process/jump.h"
+#include "vndoc6/process/jump.h"
 
-#include "automation/error.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
-#include "document/document.h"
+#include "core/scope.h"
 #include "platform/file_system.h"
-#include "process/steps.h"
 #include "schema/rows.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 
@@ -39,7 +41,7 @@ struct vnJump::Schema {
   }();
 };
 
-void vnJump::InternalReport(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) {
+void vnJump::RaiseChange(Scope& scope, EnumVantrelChangeEvent type, int32_t detail_id) {
   scope.Report<&DocumentListener::StepJumpChange>(*this, type, detail_id);
 }
 
@@ -64,11 +66,9 @@ Ref<vnDocument> vnJump::JumpDocument() {
   return nullptr;
 }
 
-void vnJump::InternalWrite(BagWriter& writer) const {
-  schema::WriteEntries<Schema>(writer, *this, *this);
-}
+void vnJump::Write(BagWriter& writer) const { schema::WriteEntries<Schema>(writer, *this, *this); }
 
-void vnJump::InternalLoad(const KeptText& text, const Text& key) {
+void vnJump::Read(const KeptText& text, const Text& key) {
   schema::ReadObject<Schema>(text, *this, *this, key);
   if (process_id_ == 0 && FileName().starts_with(u"000:")) RecoverProcessID();
 }
@@ -89,7 +89,7 @@ void vnJump::RecoverProcessID() {
   }
 }
 
-void vnJump::InternalCopyFrom(const vnJump& other) { schema::CopyValues<Schema>(other, *this); }
+void vnJump::CopyFrom(const vnJump& other) { schema::CopyValues<Schema>(other, *this); }
 
 const automation::ClassInfo& vnJump::classInfo() {
   using namespace schema;

@@ -1,14 +1,16 @@
-#include "process/jump.h"
-#include "document/document.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/document/document.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 
+#include "automation/inside.h"
 #include "platform/file_system.h"
-#include "process/steps.h"
+#include "platform/keys.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 namespace {
@@ -56,7 +58,7 @@ TEST(Jump, RecoversTheProcessFromFileNamesOfTheOldForm) {
     saved->SetFileName(test.file_name);
     saved->SetProcessID(test.stored);
     const auto jump = Make<vnJump>();
-    jump->InternalLoad(Kept(SavedText(*saved)), Text());
+    Inside::Read(*jump, Kept(SavedText(*saved)), Text());
     EXPECT_EQ(jump->ProcessID(), test.expected) << automation::ToUtf8(test.file_name);
   }
 }

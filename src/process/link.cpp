@@ -1,15 +1,19 @@
-#include "process/link.h"
+#include "vndoc6/process/link.h"
 
 #include <string_view>
 #include <utility>
 
-#include "bag/lazy.h"
+#include "automation/inside.h"
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
-#include "chart/line.h"
+#include "collections/collection_text.h"
 #include "core/scope.h"
-#include "document/document.h"
-#include "process/condition.h"
 #include "schema/rows.h"
+#include "vndoc6/bag/lazy.h"
+#include "vndoc6/chart/line.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/condition.h"
 
 namespace vndoc6 {
 
@@ -92,11 +96,11 @@ void vnLink::ReadContent(const KeptText& text, Content& content) {
 
 vnLink::Values& vnLink::values() { return content(); }
 
-void vnLink::InternalSetDocument(vnDocument* document) {
-  Member::InternalSetDocument(document);
+void vnLink::TakeDocument(vnDocument* document) {
+  Member::TakeDocument(document);
   if (!content_) return;
   schema::ForEachPart<Schema>(*content_, [document](auto& part) {
-    if (part.built() != nullptr) part.built()->InternalSetDocument(document);
+    if (part.built() != nullptr) Inside::TakeDocument(*part.built(), document);
   });
 }
 
@@ -104,11 +108,11 @@ Ref<vnLine> vnLink::Line() {
   return content().line.Get(
       [this] {
         Ref<vnLine> line = automation::Make<vnLine>();
-        line->InternalSetDocument(InternalDocument());
+        Inside::TakeDocument(*line, document());
         line->SetLink(this);
         return line;
       },
-      [](vnLine& line, const KeptText& text) { line.InternalLoad(text); });
+      [](vnLine& line, const KeptText& text) { Inside::Read(line, text); });
 }
 
 void vnLink::SetLine(vnLine* poLine) { content().line.Set(poLine); }
@@ -119,11 +123,11 @@ Ref<vnConditions> vnLink::Conditions() {
   return content().conditions.Get(
       [this] {
         Ref<vnConditions> conditions = automation::Make<vnConditions>();
-        conditions->InternalSetDocument(InternalDocument());
+        Inside::TakeDocument(*conditions, document());
         conditions->SetLink(this);
         return conditions;
       },
-      [](vnConditions& conditions, const KeptText& text) { conditions.InternalLoad(text); });
+      [](vnConditions& conditions, const KeptText& text) { Inside::Read(conditions, text); });
 }
 
 void vnLink::SetConditions(vnConditions* poConditions) { content().conditions.Set(poConditions); }
@@ -132,7 +136,7 @@ Ref<vnCondition> vnLink::NewCondition(const vndoc6::Text& psDisplayName,
                                       const vndoc6::Text& psCondition) {
   const Ref<vnLink> self(this);
   const Ref<vnCondition> condition = automation::Make<vnCondition>();
-  condition->InternalSetDocument(InternalDocument());
+  Inside::TakeDocument(*condition, document());
   condition->SetLink(this);
   condition->SetDisplayName(psDisplayName);
   condition->SetConditionTest(psCondition);
@@ -141,23 +145,23 @@ Ref<vnCondition> vnLink::NewCondition(const vndoc6::Text& psDisplayName,
 }
 
 bool vnLink::RemoveCondition(const vndoc6::Text& psKey) {
-  return Conditions()->InternalRemove(Variant(psKey));
+  return Inside::RemoveMember(*Conditions(), Variant(psKey));
 }
 
 vndoc6::Text vnLink::Save() {
-  return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](BagWriter& writer) { Write(writer); });
 }
 
 void vnLink::Load(const vndoc6::Text& psLoad, const vndoc6::Text& psKey) {
-  InternalLoad(KeptText(psLoad), psKey);
+  Read(KeptText(psLoad), psKey);
 }
 
-void vnLink::InternalWrite(BagWriter& writer) {
+void vnLink::Write(BagWriter& writer) {
   if (!content_ && schema::CopyUnread<Schema>(unread_, writer, *this)) return;
   schema::WriteEntries<Schema>(writer, *this, content());
 }
 
-void vnLink::InternalLoad(const KeptText& text, const vndoc6::Text& key) {
+void vnLink::Read(const KeptText& text, const vndoc6::Text& key) {
   key_ = key.empty() ? KeyIn(text) : key;
   if (content_) {
     ReadContent(text, *content_);
@@ -180,21 +184,21 @@ const automation::ClassInfo& vnLink::classInfo() {
 
 void vnLinks::Add(vnLink* poLink) {
   if (poLink == nullptr || !AddUnderOwnKey(*poLink)) return;
-  Scope* const scope = InternalScope();
+  Scope* const scope = document_scope();
   if (scope == nullptr) return;
-  poLink->InternalSetDocument(InternalDocument());
+  Inside::TakeDocument(*poLink, document());
   scope->Report<&DocumentListener::LinkAdded>(*poLink);
 }
 
 void vnLinks::Remove(const Variant& pvRef) { store_.Remove(pvRef); }
 
-void vnLinks::InternalWrite(BagWriter& writer) const { WriteByKey(writer, u'L'); }
+void vnLinks::Write(BagWriter& writer) const { WriteByKey(writer, u'L'); }
 
-void vnLinks::InternalLoad(const KeptText& text) {
+void vnLinks::Read(const KeptText& text) {
   ReadMembers(text, [this](vnLink* link) { Add(link); });
 }
 
-void vnLinks::InternalLoadQuietly(const KeptText& text) { ReadMembersQuietly(text); }
+void vnLinks::ReadQuietly(const KeptText& text) { ReadMembersQuietly(text); }
 
 const automation::ClassInfo& vnLinks::classInfo() {
   using namespace schema;

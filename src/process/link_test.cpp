@@ -1,12 +1,13 @@
-#include "process/link.h"
+#include "vndoc6/process/link.h"
 
 #include <gtest/gtest.h>
 
-#include "chart/line.h"
-#include "document/document.h"
-#include "process/condition.h"
+#include "automation/inside.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/chart/line.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/condition.h"
 
 namespace vndoc6 {
 namespace {
@@ -23,13 +24,13 @@ constexpr std::string_view kSaved = R"(K=~64"k":TT=~64"tip":T=~64"yes":OSK=~64"f
 
 Ref<vnLink> Keyed(const Text& key) {
   const auto link = Make<vnLink>();
-  link->InternalSetKey(key);
+  Inside::StoreKey(*link, key);
   return link;
 }
 
 TEST(Link, SavesWhatItLoadedAndTheTextsNobodyReadUnchanged) {
   const auto link = Make<vnLink>();
-  link->InternalLoad(Kept(kSaved), Text());
+  Inside::Read(*link, Kept(kSaved), Text());
   EXPECT_EQ(SavedText(*link), kSaved);
   // Once read, they are written as the objects have it.
   ASSERT_EQ(link->Conditions()->Count(), 1);
@@ -47,12 +48,12 @@ TEST(Link, WritesATextOfAnotherFormAnewAlsoWhenNobodyReadIt) {
   };
   for (const std::string_view other : kOthers) {
     const auto link = Make<vnLink>();
-    link->InternalLoad(Kept(other), Text());
+    Inside::Read(*link, Kept(other), Text());
     EXPECT_EQ(SavedText(*link),
               R"(K=~64"k":TT=~64"":T=~64"t":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":)");
   }
   const auto keyed = Make<vnLink>();
-  keyed->InternalLoad(Kept(kSaved), u"given");
+  Inside::Read(*keyed, Kept(kSaved), u"given");
   EXPECT_EQ(SavedText(*keyed).substr(0, 15), R"(K=~64"given":TT)");
   EXPECT_EQ(keyed->Tooltip(), u"tip");
 }
@@ -71,7 +72,7 @@ TEST(Link, LoadTakesTheKeyGivenAndDropsWhatWasBuilt) {
 
 TEST(Link, PutObjectsReplaceTheTexts) {
   const auto link = Make<vnLink>();
-  link->InternalLoad(Kept(kSaved), Text());
+  Inside::Read(*link, Kept(kSaved), Text());
   const auto conditions = Make<vnConditions>();
   link->SetConditions(conditions.get());
   EXPECT_EQ(link->Conditions(), conditions);
@@ -154,13 +155,13 @@ TEST(Links, AreSavedByKeyAndComeBackWithoutAReport) {
   const auto document = Make<vnDocument>();
   testing::RecordingListener listener(*document);
   const Ref<vnLinks> loaded = document->Links();
-  loaded->InternalLoadQuietly(Kept(saved));
+  Inside::ReadQuietly(*loaded, Kept(saved));
   EXPECT_EQ(listener.Take(), Lines{});
   EXPECT_EQ(loaded->Count(), links->Count());
   EXPECT_EQ(loaded->Item(Variant(1))->Document(), document);
   EXPECT_EQ(SavedText(*loaded), saved);
   // The keys are taken now.
-  loaded->InternalLoad(Kept(saved));
+  Inside::Read(*loaded, Kept(saved));
   EXPECT_EQ(loaded->Count(), links->Count());
   EXPECT_EQ(listener.Take(), Lines{});
 }

@@ -1,20 +1,21 @@
-#include "process/step.h"
+#include "vndoc6/process/step.h"
 
 #include <algorithm>
 #include <new>
 #include <utility>
 #include <vector>
 
-#include "automation/error.h"
+#include "automation/inside.h"
 #include "bag/bag_part.h"
 #include "bag/row_text.h"
-#include "core/detail_id.h"
 #include "core/scope.h"
-#include "document/document.h"
 #include "fields/fields.h"
 #include "platform/keys.h"
 #include "process/step_content.h"
-#include "process/steps.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/core/detail_id.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 
@@ -28,7 +29,7 @@ vnStep::vnStep() = default;
 vnStep::~vnStep() = default;
 
 void vnStep::ReportChange(int32_t detail_id) {
-  if (Scope* scope = InternalScope())
+  if (Scope* scope = document_scope())
     scope->Report<&DocumentListener::StepChange>(*this, detail_id);
 }
 
@@ -43,19 +44,19 @@ void vnStep::SetContainer(vnContainer* poContainer) {
   content().container = Owned<vnContainer>(poContainer);
 }
 
-void vnStep::InternalSetDocument(vnDocument* document) {
-  Member::InternalSetDocument(document);
+void vnStep::TakeDocument(vnDocument* document) {
+  Member::TakeDocument(document);
   if (!content_) return;
   schema::ForEachPart<Schema>(*content_, [document](auto& part) {
-    if constexpr (requires { part.built()->InternalSetDocument(document); }) {
-      if (part.built() != nullptr) part.built()->InternalSetDocument(document);
+    if constexpr (requires { Inside::TakeDocument(*part.built(), document); }) {
+      if (part.built() != nullptr) Inside::TakeDocument(*part.built(), document);
     }
   });
-  if (content_->links) content_->links->InternalSetDocument(document);
+  if (content_->links) Inside::TakeDocument(*content_->links, document);
 }
 
-vnSteps* vnStep::InternalStepsOwner() const { return owner_.get(); }
-void vnStep::InternalSetStepsOwner(vnSteps* owner) { owner_ = owner; }
+vnSteps* vnStep::steps_owner() const { return owner_.get(); }
+void vnStep::StoreStepsOwner(vnSteps* owner) { owner_ = owner; }
 
 // --- Plain values ---
 
@@ -80,15 +81,15 @@ Ref<T> vnStep::Part(Lazy<T>& part) {
   const Ref<vnStep> self(this);
   const auto make = [this] {
     auto object = automation::Make<T>();
-    object->InternalSetDocument(InternalDocument());
+    Inside::TakeDocument(*object, document());
     if constexpr (requires { object->SetStep(this); }) object->SetStep(this);
     return object;
   };
   const auto load = [](T& object, const KeptText& text) {
-    if constexpr (requires { object.InternalLoad(text); }) {
-      object.InternalLoad(text);
+    if constexpr (requires { Inside::Read(object, text); }) {
+      Inside::Read(object, text);
     } else {
-      object.InternalLoad(text, Text());
+      Inside::Read(object, text, Text());
     }
   };
   return part.Get(make, load);
@@ -107,7 +108,7 @@ Ref<vnLinks> vnStep::Links() {
   Content& parts = content();
   if (!parts.links) {
     auto links = automation::Make<vnLinks>();
-    links->InternalSetDocument(InternalDocument());
+    Inside::TakeDocument(*links, document());
     parts.links = Owned<vnLinks>(links.get());
   }
   return parts.links.get();
@@ -126,7 +127,7 @@ Ref<Properties> vnStep::Dependancies() { return bag::BagPart(content().dependanc
 Ref<Object> vnStep::Fields() {
   return fields::Read(*this, content().fields, &fields::MakeFieldValues);
 }
-void vnStep::InternalSetFieldsObject(Object* fields) { content().fields.Set(fields); }
+void vnStep::StoreFields(Object* fields) { content().fields.Set(fields); }
 
 // --- Conditions, tasks, links ---
 
@@ -134,7 +135,7 @@ Ref<vnCondition> vnStep::NewCondition(const Text& psDisplayName, const Text& psC
   // The test is reported before the condition is in its place; a handler may let go of this step.
   const Ref<vnStep> self(this);
   auto condition = automation::Make<vnCondition>();
-  condition->InternalSetDocument(InternalDocument());
+  Inside::TakeDocument(*condition, document());
   condition->SetDisplayName(psDisplayName);
   condition->SetConditionTest(psCondition);
   Conditions()->Add(condition.get());
@@ -142,12 +143,10 @@ Ref<vnCondition> vnStep::NewCondition(const Text& psDisplayName, const Text& psC
 }
 
 bool vnStep::RemoveCondition(const Text& psKey) {
-  return Conditions()->InternalRemove(automation::Variant(psKey));
+  return Inside::RemoveMember(*Conditions(), automation::Variant(psKey));
 }
 
-int32_t vnStep::InternalNextTaskOrder() {
-  return static_cast<int32_t>(content().task_order.size()) + 1;
-}
+int32_t vnStep::NextTaskOrder() { return static_cast<int32_t>(content().task_order.size()) + 1; }
 
 Ref<vnTask> vnStep::NewTask() {
   // A handler that is told may let go of this step.
@@ -155,16 +154,16 @@ Ref<vnTask> vnStep::NewTask() {
   // The tasks come before the order: a handler that hears of their building may make another.
   const Ref<vnTasks> tasks = Tasks();
   auto task = automation::Make<vnTask>();
-  task->InternalSetDocument(InternalDocument());
+  Inside::TakeDocument(*task, document());
   task->SetStep(this);
-  task->SetTaskOrder(InternalNextTaskOrder());
+  task->SetTaskOrder(NextTaskOrder());
   // The order index needs the key before the collection would make one.
-  task->InternalSetKey(platform::NewKey());
+  Inside::StoreKey(*task, platform::NewKey());
   content().task_order.Add(task->Key(), task->TaskOrder());
   try {
     tasks->Add(task.get());
   } catch (const std::bad_alloc&) {
-    if (!tasks->InternalStore().Contains(*task)) content().task_order.Remove(task->Key());
+    if (!Inside::store(*tasks).Contains(*task)) content().task_order.Remove(task->Key());
     throw;
   }
   return task;
@@ -175,24 +174,24 @@ void vnStep::RemoveTask(const Text& psKey) {
   const Ref<vnTasks> tasks = Tasks();
   const Ref<vnTask> task = tasks->Item(automation::Variant(psKey));
   if (!task) return;
-  tasks->InternalReportRemoval(*task);
+  Inside::ReportRemoval(*tasks, *task);
   // A handler may have made tasks, or removed others or this one: what counts is what there is now.
   TaskOrderIndex& index = content().task_order;
   const int32_t removed = task->TaskOrder();
   // Whatever needs memory comes before the first change.
   std::vector<std::pair<Ref<vnTask>, int32_t>> moved;
   for (const auto& [key, order] : index.Above(removed)) {
-    if (vnTask* other = tasks->InternalStore().Find(TextView(key))) {
+    if (vnTask* other = Inside::store(*tasks).Find(TextView(key))) {
       if (other != task.get()) moved.emplace_back(other, order - 1);
     }
   }
   const bool counted = index.Remove(psKey);
-  if (!tasks->InternalTakeOut(*task) && !counted) return;
+  if (!Inside::TakeOut(*tasks, *task) && !counted) return;
   index.CloseGap(removed);
   for (const auto& [other, order] : moved) other->SetTaskOrder(order);
 }
 
-void vnStep::InternalReorderTask(const Text& key, int32_t order) {
+void vnStep::ReorderTask(const Text& key, int32_t order) {
   const Ref<vnTasks> tasks = Tasks();
   const Ref<vnTask> task = tasks->Item(automation::Variant(key));
   if (!task) return;
@@ -200,20 +199,20 @@ void vnStep::InternalReorderTask(const Text& key, int32_t order) {
   const int32_t target = std::clamp(order, 1, tasks->Count());
   const int32_t move = target <= current ? 1 : -1;
   const auto [low, high] = std::minmax(target, current);
-  for (size_t i = 0; i < tasks->InternalStore().size(); ++i) {
-    vnTask& other = tasks->InternalStore()[i];
+  for (size_t i = 0; i < Inside::store(*tasks).size(); ++i) {
+    vnTask& other = Inside::store(*tasks)[i];
     const int32_t number = other.TaskOrder();
     if (&other != task.get() && number >= low && number <= high) other.SetTaskOrder(number + move);
   }
   task->SetTaskOrder(target);
-  InternalRebuildTaskOrder();
+  RebuildTaskOrder();
 }
 
-void vnStep::InternalRebuildTaskOrder() {
+void vnStep::RebuildTaskOrder() {
   const Ref<vnTasks> tasks = Tasks();
   TaskOrderIndex rebuilt;
-  for (size_t i = 0; i < tasks->InternalStore().size(); ++i) {
-    const vnTask& task = tasks->InternalStore()[i];
+  for (size_t i = 0; i < Inside::store(*tasks).size(); ++i) {
+    const vnTask& task = Inside::store(*tasks)[i];
     rebuilt.Add(task.Key(), task.TaskOrder());
   }
   content().task_order = std::move(rebuilt);

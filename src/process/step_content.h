@@ -5,21 +5,21 @@
 #include <string_view>
 #include <tuple>
 
-#include "bag/lazy.h"
-#include "bag/properties.h"
-#include "chart/figure.h"
-#include "core/detail_id.h"
 #include "core/scope.h"
-#include "process/condition.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/link.h"
-#include "process/step.h"
-#include "process/task.h"
 #include "process/task_order.h"
 #include "schema/rows.h"
-#include "titles/title_ref.h"
+#include "vndoc6/bag/lazy.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/core/detail_id.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/step.h"
+#include "vndoc6/process/task.h"
+#include "vndoc6/titles/title_ref.h"
 
 namespace vndoc6 {
 

@@ -1,6 +1,6 @@
-#include "process/step_member.h"
+#include "vndoc6/process/step_member.h"
 
-#include "process/steps.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 
@@ -11,7 +11,7 @@ void StepMember::SetStep(vnStep* poStep) {
   ParentChanged();
 }
 
-vnStep* StepMember::InternalStep() const { return step_.get(); }
+vnStep* StepMember::step() const { return step_.get(); }
 
 automation::Object* StepMember::FindParent() const { return OwnerOrDocument(step_.get()); }
 

@@ -1,8 +1,8 @@
 // What is published of vnStep.
-#include "process/step.h"
+#include "vndoc6/process/step.h"
 
-#include "document/document.h"
 #include "process/step_content.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 

@@ -1,13 +1,14 @@
 // vnStep's number, and how it moves the others.
-#include "process/step.h"
+#include "vndoc6/process/step.h"
 
 #include <algorithm>
 #include <limits>
 #include <utility>
 
-#include "automation/error.h"
-#include "core/detail_id.h"
-#include "process/steps.h"
+#include "automation/inside.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/core/detail_id.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 
@@ -21,10 +22,10 @@ constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
 
 void vnStep::StoreStepIndex(int32_t step_index) {
   const int32_t previous = std::exchange(step_index_, step_index);
-  if (vnSteps* owner = owner_.get()) owner->InternalNumberChanged(*this, previous);
+  if (vnSteps* owner = owner_.get()) Inside::NumberChanged(*owner, *this, previous);
 }
 
-void vnStep::InternalSetStepIndexQuietly(int32_t step_index) {
+void vnStep::StoreOwnStepIndex(int32_t step_index) {
   if (step_index == step_index_) return;
   StoreStepIndex(step_index);
   ReportChange(vndStepIndex);
@@ -33,7 +34,7 @@ void vnStep::InternalSetStepIndexQuietly(int32_t step_index) {
 void vnStep::SetStepIndex(int32_t plStepIndex) {
   const Ref<vnStep> self(this);
   if (step_index_ == 0) {
-    InternalSetStepIndexQuietly(plStepIndex);
+    StoreOwnStepIndex(plStepIndex);
   } else if (plStepIndex < 0) {
     TakeOutOfNumbering();
   } else if (plStepIndex > 0) {
@@ -45,15 +46,15 @@ void vnStep::TakeOutOfNumbering() {
   const Ref<vnSteps> owner(owner_.get());
   const int32_t current = step_index_;
   if (owner && current >= 1 && owner->LastIndex() > current) {
-    owner->InternalShiftNumbers(current + 1, kHighest, -1, *this);
+    Inside::ShiftNumbers(*owner, current + 1, kHighest, -1, *this);
   }
-  InternalSetStepIndexQuietly(-1);
+  StoreOwnStepIndex(-1);
 }
 
 void vnStep::MoveTo(int32_t step_index) {
   const Ref<vnSteps> owner(owner_.get());
   if (!owner) {
-    InternalSetStepIndexQuietly(step_index);
+    StoreOwnStepIndex(step_index);
     return;
   }
   const int32_t current = step_index_;
@@ -65,7 +66,7 @@ void vnStep::MoveTo(int32_t step_index) {
   // number below: hosts count on it.
   const int32_t move = target <= current ? 1 : -1;
   const auto [low, high] = std::minmax(target, other_end);
-  if (owner->InternalShiftNumbers(low, high, move, *this)) InternalSetStepIndexQuietly(target);
+  if (Inside::ShiftNumbers(*owner, low, high, move, *this)) StoreOwnStepIndex(target);
 }
 
 }  // namespace vndoc6

@@ -1,22 +1,23 @@
-#include "process/step.h"
+#include "vndoc6/process/step.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
-#include "bag/properties.h"
-#include "chart/figure.h"
-#include "document/document.h"
-#include "process/condition.h"
-#include "process/file.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
+#include "automation/inside.h"
 #include "tests/support/acts_once.h"
 #include "tests/support/recording_listener.h"
-#include "titles/title_ref.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
+#include "vndoc6/titles/title_ref.h"
 
 namespace vndoc6 {
 namespace {
@@ -193,13 +194,13 @@ TEST(Step, ReordersAndRecountsTasks) {
   const Ref<vnTask> first = step->NewTask();
   const Ref<vnTask> second = step->NewTask();
   const Ref<vnTask> third = step->NewTask();
-  step->InternalReorderTask(third->Key(), 1);
+  Inside::ReorderTask(*step, third->Key(), 1);
   EXPECT_EQ(third->TaskOrder(), 1);
   EXPECT_EQ(first->TaskOrder(), 2);
   EXPECT_EQ(second->TaskOrder(), 3);
   const auto loaded = Make<vnStep>();
   loaded->Load(step->Save());
-  loaded->InternalRebuildTaskOrder();
+  Inside::RebuildTaskOrder(*loaded);
   EXPECT_EQ(loaded->NewTask()->TaskOrder(), 4);
 }
 

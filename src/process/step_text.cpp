@@ -1,16 +1,19 @@
 // vnStep's text: reading it when somebody asks, writing it, and copies of a step.
-#include "process/step.h"
+#include "vndoc6/process/step.h"
 
 #include <utility>
 
+#include "automation/inside.h"
 #include "bag/bag_part.h"
 #include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
+#include "collections/collection_text.h"
 #include "core/scope.h"
-#include "document/document.h"
 #include "fields/fields.h"
 #include "process/step_content.h"
-#include "process/steps.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 
@@ -25,9 +28,9 @@ namespace {
 // Copies of a collection's members, under fresh keys.
 template <class T, class List>
 void CopyMembers(const Ref<List>& from, const Ref<List>& to) {
-  for (const Ref<Object>& member : from->InternalStore().Snapshot()) {
+  for (const Ref<Object>& member : Inside::store(*from).Snapshot()) {
     const auto copy = automation::Make<T>();
-    copy->InternalCopyFrom(static_cast<T&>(*member));
+    Inside::CopyFrom(*copy, static_cast<T&>(*member));
     to->Add(copy.get());
   }
 }
@@ -47,28 +50,28 @@ vnStep::Content& vnStep::content() {
 Text vnStep::Save() {
   // A host's field object that gives its text may let go of this step.
   const Ref<vnStep> self(this);
-  return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](BagWriter& writer) { Write(writer); });
 }
 
 void vnStep::Load(const Text& psLoad, const Text& psKey) {
-  InternalLoadFrom(KeptText(psLoad), psKey, false);
+  ReadFrom(KeptText(psLoad), psKey, false);
 }
 
-void vnStep::InternalSetKey(Text key) {
+void vnStep::StoreKey(Text key) {
   key_ = std::move(key);
-  if (vnSteps* owner = owner_.get()) owner->InternalKeyChanged();
+  if (vnSteps* owner = owner_.get()) Inside::KeyChanged(*owner);
 }
 
-void vnStep::InternalLoadFrom(const KeptText& text, const Text& key, bool check_key) {
+void vnStep::ReadFrom(const KeptText& text, const Text& key, bool check_key) {
   bag::BagReader reader(text);
   // The order in which they are written.
   const int32_t step_index = reader.GetLong("SI");
   Text loaded_key = key.empty() ? reader.GetText("K") : key;
-  if (key.empty() && check_key && InternalScope() != nullptr &&
-      InternalScope()->Steps().InternalStore().Find(TextView(loaded_key)) != nullptr) {
+  if (key.empty() && check_key && document_scope() != nullptr &&
+      Inside::store(document_scope()->Steps()).Find(TextView(loaded_key)) != nullptr) {
     loaded_key.clear();
   }
-  if (loaded_key != key_) InternalSetKey(std::move(loaded_key));
+  if (loaded_key != key_) StoreKey(std::move(loaded_key));
   if (step_index != step_index_) StoreStepIndex(step_index);
   if (content_) {
     // Somebody reads this step: what was built goes, but for PerformedBy, which stays and is what
@@ -88,7 +91,7 @@ void vnStep::ReadContent(const KeptText& text, Content& content) {
 }
 
 // The text of a step that nobody read is copied, unless there are dependencies to look after.
-void vnStep::InternalWrite(BagWriter& writer) {
+void vnStep::Write(BagWriter& writer) {
   if (!content_ && schema::CopyUnread<Schema>(text_, writer, *this)) return;
   PruneDependencies(content());
   schema::WriteEntries<Schema>(writer, *this, content());
@@ -101,45 +104,45 @@ void vnStep::PruneDependencies(Content& content) {
   if (built != nullptr && built->IsEmpty()) content.dependancies.Reset({});
   if (content.dependancies.built() == nullptr && content.dependancies.text().empty()) return;
   const Ref<Properties> bag = bag::BagPart(content.dependancies, this);
-  Scope* const scope = InternalScope();
+  Scope* const scope = document_scope();
   for (int32_t i = bag->Count(); i >= 1 && scope != nullptr; --i) {
     const Text key = bag->Key(i);
-    if (scope->Steps().InternalStore().Find(TextView(key)) == nullptr) bag->Remove(key);
+    if (Inside::store(scope->Steps()).Find(TextView(key)) == nullptr) bag->Remove(key);
   }
 }
 
-void vnStep::InternalCopyFrom(vnStep& source) {
+void vnStep::CopyFrom(vnStep& source) {
   Content& copy = content();
   const Content& plain = source.content();
   schema::CopyValues<Schema>(static_cast<const Values&>(plain), static_cast<Values&>(copy));
   StoreStepIndex(source.step_index_);
-  Figure()->InternalCopyFrom(*source.Figure());
+  Inside::CopyFrom(*Figure(), *source.Figure());
   CopyMembers<vnTask>(source.Tasks(), Tasks());
-  InternalRebuildTaskOrder();
+  RebuildTaskOrder();
   CopyMembers<vnFile>(source.Files(), Files());
   CopyMembers<vnJump>(source.Jumps(), Jumps());
   CopyMembers<vnCondition>(source.Conditions(), Conditions());
   // References to titles have no identity of their own: their text is all there is to copy.
   const Ref<vnTitleRefs> titles = source.PerformedBy();
   copy.performed_by.Reset(
-      KeptText(bag::BagTextOf([&](BagWriter& writer) { titles->InternalWrite(writer); })));
+      KeptText(bag::BagTextOf([&](BagWriter& writer) { Inside::Write(*titles, writer); })));
   copy.fields.Reset(KeptText(fields::TextOf(*source.Fields())));
   bag::SetBagPart(copy.properties, source.GetProperties()->Clone().get(), this);
   bag::SetBagPart(copy.attachments, source.Attachments()->Clone().get(), this);
   bag::SetBagPart(copy.dependancies, source.Dependancies()->Clone().get(), this);
 }
 
-void vnStep::InternalJoin(vnDocument& document) {
-  InternalSetDocument(&document);
-  Tasks()->InternalHandOnDocument();
-  Conditions()->InternalHandOnDocument();
-  Files()->InternalJoin(document);
-  Jumps()->InternalJoin(document);
+void vnStep::Join(vnDocument& document) {
+  TakeDocument(&document);
+  Inside::HandOnDocument(*Tasks());
+  Inside::HandOnDocument(*Conditions());
+  Inside::Join(*Files(), document);
+  Inside::Join(*Jumps(), document);
 }
 
-void vnStep::InternalLeave(vnDocument& document) {
-  Files()->InternalLeave(document);
-  Jumps()->InternalLeave(document);
+void vnStep::Leave(vnDocument& document) {
+  Inside::Leave(*Files(), document);
+  Inside::Leave(*Jumps(), document);
 }
 
 }  // namespace vndoc6

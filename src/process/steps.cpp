@@ -1,17 +1,25 @@
-#include "process/steps.h"
+#include "vndoc6/process/steps.h"
 
 #include <limits>
 #include <new>
 #include <unordered_set>
 
+#include "automation/inside.h"
+#include "bag/bag_writer.h"
+#include "collections/collection_text.h"
 #include "core/scope.h"
-#include "document/document.h"
+#include "platform/keys.h"
+#include "process/step_numbers.h"
 #include "schema/rows.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 
 using automation::Ref;
 using automation::Variant;
+
+vnSteps::vnSteps() = default;
+vnSteps::~vnSteps() = default;
 
 // The change itself needs no memory and must not fail half-way: without memory the numbers are
 // gathered anew when somebody asks for them.
@@ -29,10 +37,10 @@ void vnSteps::Add(vnStep* poStep) {
   // A host's handler may let go of the step, or of all of this, while it is told.
   const Ref<vnStep> step(poStep);
   const Ref<vnSteps> self(this);
-  if (step->Key().empty()) step->InternalSetKey(platform::NewKey());
-  if (step->InternalStepsOwner() == nullptr) step->InternalSetStepsOwner(this);
-  if (step->InternalDocument() == nullptr && InternalDocument() != nullptr) {
-    step->SetDocument(InternalDocument());
+  if (step->Key().empty()) Inside::StoreKey(*step, platform::NewKey());
+  if (Inside::steps_owner(*step) == nullptr) Inside::StoreStepsOwner(*step, this);
+  if (Inside::document(*step) == nullptr && document() != nullptr) {
+    step->SetDocument(document());
   }
   if (store_.Find(TextView(step->Key())) != nullptr) return;
   if (step->StepIndex() == 0) {
@@ -42,9 +50,9 @@ void vnSteps::Add(vnStep* poStep) {
     step->SetStepIndex(last + 1);
   }
   if (!store_.Add(step->Key(), *step)) return;
-  if (step->InternalStepsOwner() != this) untracked_ = true;
+  if (Inside::steps_owner(*step) != this) untracked_ = true;
   if (numbers_) UpdateNumbers([&] { numbers_->Add(step->StepIndex(), *step); });
-  if (Scope* scope = InternalScope()) scope->Report<&DocumentListener::StepAdded>(*step);
+  if (Scope* scope = document_scope()) scope->Report<&DocumentListener::StepAdded>(*step);
 }
 
 void vnSteps::Remove(const Variant& pvRef) {
@@ -56,7 +64,7 @@ void vnSteps::Remove(const Variant& pvRef) {
   if (!store_.RemoveMember(*step)) return;
   ++removals_;
   if (numbers_) numbers_->Remove(step->StepIndex(), *step);
-  if (Scope* scope = InternalScope()) scope->Report<&DocumentListener::StepRemoved>(*step);
+  if (Scope* scope = document_scope()) scope->Report<&DocumentListener::StepRemoved>(*step);
 }
 
 void vnSteps::RemoveAll() {
@@ -67,8 +75,8 @@ void vnSteps::RemoveAll() {
 
 const StepNumbers& vnSteps::Numbers() const {
   if (!numbers_ || untracked_) {
-    StepNumbers numbers;
-    for (size_t i = 0; i < store_.size(); ++i) numbers.Add(store_[i].StepIndex(), store_[i]);
+    auto numbers = std::make_unique<StepNumbers>();
+    for (size_t i = 0; i < store_.size(); ++i) numbers->Add(store_[i].StepIndex(), store_[i]);
     numbers_ = std::move(numbers);
   }
   return *numbers_;
@@ -97,7 +105,7 @@ Ref<vnStep> vnSteps::ItemByStepKey(const Text& psKey) const {
   return step != nullptr && step->Key() == psKey ? step : nullptr;
 }
 
-void vnSteps::InternalNumberChanged(vnStep& step, int32_t previous) {
+void vnSteps::NumberChanged(vnStep& step, int32_t previous) {
   if (!numbers_) return;
   UpdateNumbers([&] {
     if (store_.Find(TextView(step.Key())) != &step) return;
@@ -106,7 +114,7 @@ void vnSteps::InternalNumberChanged(vnStep& step, int32_t previous) {
   });
 }
 
-void vnSteps::InternalKeyChanged() { untracked_ = true; }
+void vnSteps::KeyChanged() { untracked_ = true; }
 
 // In the order of the collection, each once: a step that was given another key may be in it twice.
 std::vector<Ref<vnStep>> vnSteps::StepsNumbered(int32_t low, int32_t high) const {
@@ -125,7 +133,7 @@ bool vnSteps::Holds(const vnStep& step) const {
   return untracked_ && store_.Contains(step);
 }
 
-bool vnSteps::InternalShiftNumbers(int32_t low, int32_t high, int32_t by, const vnStep& mover) {
+bool vnSteps::ShiftNumbers(int32_t low, int32_t high, int32_t by, const vnStep& mover) {
   // Whatever needs memory comes before the first change, as long as no handler takes steps out.
   const std::vector<Ref<vnStep>> steps = StepsNumbered(low, high);
   const int32_t number_of_mover = mover.StepIndex();
@@ -137,14 +145,14 @@ bool vnSteps::InternalShiftNumbers(int32_t low, int32_t high, int32_t by, const 
     const int32_t number = step->StepIndex();
     if (number < low || number > high || number == number_of_mover) continue;
     if (step.get() == &mover || is_gone(*step)) continue;
-    step->InternalSetStepIndexQuietly(number + by);
+    Inside::StoreOwnStepIndex(*step, number + by);
   }
   return !held || !is_gone(mover);
 }
 
-void vnSteps::InternalWrite(bag::BagWriter& writer) { WriteByKey(writer, u'T'); }
+void vnSteps::Write(bag::BagWriter& writer) { WriteByKey(writer, u'T'); }
 
-void vnSteps::InternalLoad(const bag::KeptText& text) {
+void vnSteps::Read(const bag::KeptText& text) {
   ReadMembers(text, [this](vnStep* step) { Add(step); });
 }
 

@@ -1,4 +1,4 @@
-#include "process/steps.h"
+#include "vndoc6/process/steps.h"
 
 #include <gtest/gtest.h>
 
@@ -7,12 +7,14 @@
 #include <limits>
 #include <random>
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
-#include "document/document.h"
+#include "automation/inside.h"
+#include "bag/bag_writer.h"
 #include "tests/support/acts_once.h"
 #include "tests/support/plain_document.h"
 #include "tests/support/recording_listener.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6 {
 namespace {
@@ -199,7 +201,8 @@ TEST(Steps, AHandlerMayTakeStepsAwayDuringARenumbering) {
 
 TEST(Steps, TextRoundTripsAndNumbersStayAsTheyAre) {
   const auto text_of = [](vnDocument& document) {
-    return bag::BagTextOf([&](bag::BagWriter& writer) { document.Steps()->InternalWrite(writer); });
+    return bag::BagTextOf(
+        [&](bag::BagWriter& writer) { Inside::Write(*document.Steps(), writer); });
   };
   const auto document = WithSteps(0);
   EXPECT_EQ(text_of(*document), u"");
@@ -207,7 +210,7 @@ TEST(Steps, TextRoundTripsAndNumbersStayAsTheyAre) {
     document->Steps()->Add(KeyedStep(key, 3).get());
   }
   const auto loaded = Make<vnDocument>();
-  loaded->Steps()->InternalLoad(bag::KeptText(text_of(*document)));
+  Inside::Read(*loaded->Steps(), bag::KeptText(text_of(*document)));
   EXPECT_EQ(Numbering(*loaded), "3one 3t:w\"o=^ 3three");
   EXPECT_EQ(text_of(*loaded), text_of(*document));
 }
@@ -238,7 +241,7 @@ TEST(Steps, NumberingFollowsThePlainRules) {
     }
     ASSERT_EQ(steps->LastIndex(), plain.Highest()) << operation;
     for (size_t i = 0; i < plain.numbers.size(); ++i) {
-      ASSERT_EQ(steps->InternalStore()[i].StepIndex(), plain.numbers[i]) << operation;
+      ASSERT_EQ(Inside::store(*steps)[i].StepIndex(), plain.numbers[i]) << operation;
     }
     const int32_t sought = pick(count + 2) - 1;
     const auto first = std::find(plain.numbers.begin(), plain.numbers.end(), sought);
@@ -246,7 +249,7 @@ TEST(Steps, NumberingFollowsThePlainRules) {
     ASSERT_EQ(found.get(),
               first == plain.numbers.end()
                   ? nullptr
-                  : &steps->InternalStore()[static_cast<size_t>(first - plain.numbers.begin())]);
+                  : &Inside::store(*steps)[static_cast<size_t>(first - plain.numbers.begin())]);
   }
 }
 

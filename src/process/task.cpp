@@ -1,11 +1,14 @@
-#include "process/task.h"
+#include "vndoc6/process/task.h"
 
+#include "automation/inside.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
-#include "core/detail_id.h"
+#include "collections/collection_text.h"
 #include "core/scope.h"
-#include "document/document.h"
-#include "process/steps.h"
 #include "schema/rows.h"
+#include "vndoc6/core/detail_id.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 
@@ -55,7 +58,7 @@ struct vnTask::Schema {
 };
 
 void vnTask::ReportChange(int32_t detail_id) {
-  if (Scope* scope = InternalScope())
+  if (Scope* scope = document_scope())
     scope->Report<&DocumentListener::TaskChange>(*this, detail_id);
 }
 
@@ -67,20 +70,18 @@ template void vnTask::Put(int32_t vnTask::*, const int32_t&);
 template void vnTask::Put(Text vnTask::*, const Text&);
 
 Text vnTask::Save() const {
-  return bag::BagTextOf([this](BagWriter& writer) { InternalWrite(writer); });
+  return bag::BagTextOf([this](BagWriter& writer) { Write(writer); });
 }
 
-void vnTask::Load(const Text& psLoad, const Text& psKey) { InternalLoad(KeptText(psLoad), psKey); }
+void vnTask::Load(const Text& psLoad, const Text& psKey) { Read(KeptText(psLoad), psKey); }
 
-void vnTask::InternalWrite(BagWriter& writer) const {
-  schema::WriteEntries<Schema>(writer, *this, *this);
-}
+void vnTask::Write(BagWriter& writer) const { schema::WriteEntries<Schema>(writer, *this, *this); }
 
-void vnTask::InternalLoad(const KeptText& text, const Text& key) {
+void vnTask::Read(const KeptText& text, const Text& key) {
   schema::ReadObject<Schema>(text, *this, *this, key);
 }
 
-void vnTask::InternalCopyFrom(const vnTask& other) { schema::CopyValues<Schema>(other, *this); }
+void vnTask::CopyFrom(const vnTask& other) { schema::CopyValues<Schema>(other, *this); }
 
 const automation::ClassInfo& vnTask::classInfo() {
   using namespace schema;
@@ -96,26 +97,27 @@ const automation::ClassInfo& vnTask::classInfo() {
 
 void vnTasks::Add(vnTask* poTask) {
   if (poTask == nullptr || !AddUnderOwnKey(*poTask)) return;
-  poTask->InternalSetDocument(InternalDocument());
-  poTask->SetStep(InternalStep());
-  if (Scope* scope = InternalScope()) scope->Report<&DocumentListener::TaskChange>(*poTask, kAdded);
+  Inside::TakeDocument(*poTask, document());
+  poTask->SetStep(step());
+  if (Scope* scope = document_scope())
+    scope->Report<&DocumentListener::TaskChange>(*poTask, kAdded);
 }
 
 void vnTasks::Remove(const Variant& pvRef) {
   const Ref<vnTasks> self(this);
   const Ref<vnTask> task(store_.Find(pvRef));
   if (!task) return;
-  InternalReportRemoval(*task);
-  InternalTakeOut(*task);
+  ReportRemoval(*task);
+  TakeOut(*task);
 }
 
-void vnTasks::InternalReportRemoval(vnTask& task) {
-  if (Scope* scope = InternalScope()) scope->Report<&DocumentListener::TaskChange>(task, kRemoved);
+void vnTasks::ReportRemoval(vnTask& task) {
+  if (Scope* scope = document_scope()) scope->Report<&DocumentListener::TaskChange>(task, kRemoved);
 }
 
-void vnTasks::InternalWrite(BagWriter& writer) const { WriteByKey(writer, u'T'); }
+void vnTasks::Write(BagWriter& writer) const { WriteByKey(writer, u'T'); }
 
-void vnTasks::InternalLoad(const KeptText& text) {
+void vnTasks::Read(const KeptText& text) {
   ReadMembers(text, [this](vnTask* task) { Add(task); });
 }
 

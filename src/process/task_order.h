@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6 {
 

@@ -1,17 +1,18 @@
-#include "process/task.h"
+#include "vndoc6/process/task.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
 
-#include "document/document.h"
-#include "process/steps.h"
+#include "automation/inside.h"
 #include "process/task_order.h"
 #include "tests/support/acts_once.h"
 #include "tests/support/plain_document.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
 namespace {
@@ -25,7 +26,7 @@ using Lines = std::vector<std::string>;
 
 Ref<vnTask> Keyed(const Text& key) {
   const auto task = Make<vnTask>();
-  task->InternalSetKey(key);
+  Inside::StoreKey(*task, key);
   return task;
 }
 
@@ -97,7 +98,7 @@ TEST(Tasks, AreSavedByKeyInOrderOfAdding) {
   EXPECT_EQ(saved.substr(0, 20), R"(T^j=~64"K^a^k^AN^a^A)");
 
   const auto loaded = Make<vnTasks>();
-  loaded->InternalLoad(Kept(saved));
+  Inside::Read(*loaded, Kept(saved));
   EXPECT_EQ(loaded->Count(), tasks->Count());
   EXPECT_EQ(SavedText(*loaded), saved);
 }
@@ -170,8 +171,8 @@ TEST(Tasks, OrderFollowsThePlainRules) {
     }
     ASSERT_EQ(tasks->Count(), static_cast<int32_t>(plain.tasks.size())) << operation;
     for (size_t i = 0; i < plain.tasks.size(); ++i) {
-      ASSERT_EQ(tasks->InternalStore()[i].Key(), plain.tasks[i].key) << operation;
-      ASSERT_EQ(tasks->InternalStore()[i].TaskOrder(), plain.tasks[i].order) << operation;
+      ASSERT_EQ(Inside::store(*tasks)[i].Key(), plain.tasks[i].key) << operation;
+      ASSERT_EQ(Inside::store(*tasks)[i].TaskOrder(), plain.tasks[i].order) << operation;
     }
   }
 }

@@ -1,6 +1,6 @@
 #include "published/type_names.h"
 
-#include "automation/error.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6 {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "automation/class_info.h"
+#include "vndoc6/automation/class_info.h"
 
 namespace vndoc6 {
 

@@ -7,8 +7,8 @@
 #include <type_traits>
 #include <vector>
 
-#include "automation/event_info.h"
 #include "schema/signature.h"
+#include "vndoc6/automation/event_info.h"
 
 namespace vndoc6::schema {
 

@@ -1,6 +1,6 @@
 // What is published of Font.
-#include "automation/font.h"
 #include "schema/rows.h"
+#include "vndoc6/automation/font.h"
 
 namespace vndoc6::automation {
 

@@ -38,9 +38,9 @@
 #include <utility>
 #include <vector>
 
-#include "automation/text.h"
 #include "automation/vtable_entry.h"
 #include "schema/signature.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6::bag {
 class BagReader;

@@ -8,11 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "automation/class_info.h"
-#include "automation/enumerator.h"
-#include "automation/error.h"
-#include "automation/font.h"
-#include "automation/picture.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/enumerator.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/font.h"
+#include "vndoc6/automation/picture.h"
 
 namespace vndoc6::automation {
 

@@ -1,7 +1,7 @@
 // Templates' values made ready for a tag processor.
 #pragma once
 
-#include "automation/text.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6 {
 

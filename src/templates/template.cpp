@@ -1,9 +1,13 @@
-#include "templates/template.h"
+#include "vndoc6/templates/template.h"
 
+#include "automation/inside.h"
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
 #include "bag/row_text.h"
+#include "collections/collection_text.h"
 #include "schema/rows.h"
 #include "templates/tag_text.h"
-#include "templates/template_library.h"
+#include "vndoc6/templates/template_library.h"
 
 namespace vndoc6 {
 namespace {
@@ -61,7 +65,7 @@ void vnTemplate::Put(Text vnTemplate::*member, const Text& value) {
 }
 
 void vnTemplate::ReportChange(int32_t detail_id) {
-  if (templates_) templates_->InternalReport(*this, vnceDetail, detail_id);
+  if (templates_) Inside::RaiseChange(*templates_.get(), *this, vnceDetail, detail_id);
 }
 
 Variant vnTemplate::TagVariant() const {
@@ -76,18 +80,18 @@ void vnTemplate::SetTagVariant(const Variant& pvTagVariant) {
 
 Text vnTemplate::TagProcessorValue() const { return TagProcessorText(value_); }
 
-void vnTemplate::InternalSetTemplates(vnTemplates* templates) {
+void vnTemplate::StoreTemplates(vnTemplates* templates) {
   templates_ = templates;
   ParentChanged();
 }
 
 automation::Object* vnTemplate::FindParent() const { return templates_.get(); }
 
-void vnTemplate::InternalWrite(bag::BagWriter& writer) {
+void vnTemplate::Write(bag::BagWriter& writer) {
   schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
-void vnTemplate::InternalLoad(const bag::KeptText& text, const Text& key) {
+void vnTemplate::Read(const bag::KeptText& text, const Text& key) {
   schema::ReadObject<Schema>(text, *this, *this, key);
 }
 
@@ -102,16 +106,17 @@ void vnTemplate::ReadTag(bag::BagReader& reader) {
 
 automation::Ref<vnTemplateLibrary> vnTemplates::TemplateLibrary() const { return library_.get(); }
 
-void vnTemplates::InternalSetTemplateLibrary(vnTemplateLibrary* library) {
+void vnTemplates::StoreTemplateLibrary(vnTemplateLibrary* library) {
   library_ = library;
   ParentChanged();
 }
 
 automation::Object* vnTemplates::FindParent() const { return library_.get(); }
 
-void vnTemplates::InternalReport(vnTemplate& changed, EnumVantrelChangeEvent type,
-                                 int32_t detail_id) {
-  if (library_) library_->InternalTemplateChange(changed, type, detail_id);
+void vnTemplates::Write(bag::BagWriter& writer) const { WriteNumbered(writer); }
+
+void vnTemplates::RaiseChange(vnTemplate& changed, EnumVantrelChangeEvent type, int32_t detail_id) {
+  if (library_) Inside::RaiseTemplateChange(*library_.get(), changed, type, detail_id);
 }
 
 Variant vnTemplates::StoreKey(const Variant& position_or_key) const {
@@ -129,13 +134,13 @@ automation::Ref<vnTemplate> vnTemplates::Item(const Variant& pvIndexKey) const {
 
 void vnTemplates::Add(vnTemplate* poTemplate) {
   if (poTemplate == nullptr || !AddNumbered(*poTemplate)) return;
-  poTemplate->InternalSetTemplates(this);
-  InternalReport(*poTemplate, vnceAdd, 0);
+  Inside::StoreTemplates(*poTemplate, this);
+  RaiseChange(*poTemplate, vnceAdd, 0);
 }
 
 void vnTemplates::Remove(const Variant& pvRef) {
   const automation::Ref<vnTemplate> removed = store_.Remove(StoreKey(pvRef));
-  if (removed) InternalReport(*removed, vnceRemove, 0);
+  if (removed) RaiseChange(*removed, vnceRemove, 0);
 }
 
 automation::Ref<vnTemplate> vnTemplates::NewItem(const Text& psDisplayName) {
@@ -145,7 +150,7 @@ automation::Ref<vnTemplate> vnTemplates::NewItem(const Text& psDisplayName) {
   return created;
 }
 
-void vnTemplates::InternalLoad(const bag::KeptText& text) {
+void vnTemplates::Read(const bag::KeptText& text) {
   const automation::Ref<vnTemplates> self(this);
   ReadNumbered(text, [this](vnTemplate* loaded) { Add(loaded); });
 }

@@ -1,14 +1,16 @@
-#include "templates/template_library.h"
+#include "vndoc6/templates/template_library.h"
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
+#include "automation/inside.h"
 #include "automation/scoped_value.h"
 #include "bag/bag_file.h"
 #include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
 #include "platform/file_system.h"
+#include "schema/event_list.h"
 #include "schema/rows.h"
 
 namespace vndoc6 {
@@ -57,31 +59,43 @@ constexpr vnTemplateLibrary::ListInfo vnTemplateLibrary::kLists[] = {
      90},
 };
 
-vnTemplateLibrary::vnTemplateLibrary() {
+struct vnTemplateLibrary::Listeners
+    : schema::EventList<TemplateLibraryListener, &TemplateLibraryEvents> {};
+
+vnTemplateLibrary::vnTemplateLibrary() : listeners_(std::make_unique<Listeners>()) {
   static_assert(std::size(kLists) == kListCount);
   for (size_t i = 0; i < kListCount; ++i) {
     lists_[i] = automation::Owned<vnTemplates>(automation::Make<vnTemplates>().get());
-    lists_[i]->InternalSetTemplateLibrary(this);
-    lists_[i]->InternalSetListName(kLists[i].name);
+    Inside::StoreTemplateLibrary(*lists_[i], this);
+    Inside::StoreListName(*lists_[i], kLists[i].name);
   }
 }
 
 vnTemplateLibrary::~vnTemplateLibrary() = default;
 
+void vnTemplateLibrary::AddListener(TemplateLibraryListener* listener) {
+  listeners_->Add(listener);
+}
+void vnTemplateLibrary::RemoveListener(TemplateLibraryListener* listener) {
+  listeners_->Remove(listener);
+}
+void vnTemplateLibrary::Connect(automation::EventSink* sink) { listeners_->Connect(sink); }
+void vnTemplateLibrary::Disconnect(automation::EventSink* sink) { listeners_->Disconnect(sink); }
+
 // What is told may let go of the library.
 template <auto kEvent, class... Args>
 void vnTemplateLibrary::Raise(Args... args) {
-  if (listeners_.empty()) return;
+  if (listeners_->empty()) return;
   const automation::Ref<vnTemplateLibrary> self(this);
-  listeners_.template Raise<kEvent>(args...);
+  listeners_->template Raise<kEvent>(args...);
 }
 
 template <auto kEvent>
 void vnTemplateLibrary::RaiseChange(vnTemplate& changed, EnumVantrelChangeEvent type,
                                     int32_t detail_id) {
-  if (listeners_.empty()) return;
+  if (listeners_->empty()) return;
   const automation::Ref<vnTemplateLibrary> self(this);
-  listeners_.template Raise<kEvent>(changed, type, detail_id);
+  listeners_->template Raise<kEvent>(changed, type, detail_id);
 }
 
 bool vnTemplateLibrary::Load(const Text& psFileName) {
@@ -109,7 +123,7 @@ void vnTemplateLibrary::LoadLists(const bag::KeptText& text) {
   bag::BagReader reader(text);
   Raise<&Listener::Loading>(int16_t{10});
   for (size_t i = 0; i < kListCount; ++i) {
-    lists_[i]->InternalLoad(reader.GetKept(kLists[i].file_key));
+    Inside::Read(*lists_[i], reader.GetKept(kLists[i].file_key));
     const int16_t percent = kLists[i].loading_percent;
     if (percent > 0) Raise<&Listener::Loading>(percent);
   }
@@ -147,7 +161,7 @@ void vnTemplateLibrary::WriteFile(const char16_t* source) {
   bag::BagWriter writer(bytes);
   for (size_t i = 0; i < kListCount; ++i) {
     writer.AddNested(kLists[i].file_key,
-                     [&](bag::BagWriter& nested) { lists_[i]->InternalWrite(nested); });
+                     [&](bag::BagWriter& nested) { Inside::Write(*lists_[i], nested); });
     Raise<&Listener::Saving>(kLists[i].saving_percent);
   }
   if (!platform::ReplaceFileWith(file_name, bytes)) {
@@ -165,8 +179,8 @@ automation::Ref<vnTemplate> vnTemplateLibrary::GetTemplateByKey(const Text& psKe
   return nullptr;
 }
 
-void vnTemplateLibrary::InternalTemplateChange(vnTemplate& changed, EnumVantrelChangeEvent type,
-                                               int32_t detail_id) {
+void vnTemplateLibrary::RaiseTemplateChange(vnTemplate& changed, EnumVantrelChangeEvent type,
+                                            int32_t detail_id) {
   if (!change_events_) return;
   const automation::Ref<vnTemplates> list = changed.Templates();
   const auto found = std::find_if(std::begin(kLists), std::end(kLists), [&](const ListInfo& info) {

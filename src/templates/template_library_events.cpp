@@ -1,7 +1,7 @@
-#include "templates/template_library_events.h"
+#include "vndoc6/templates/template_library_events.h"
 
 #include "schema/event_rows.h"
-#include "templates/template.h"
+#include "vndoc6/templates/template.h"
 
 namespace vndoc6 {
 namespace {

@@ -1,4 +1,4 @@
-#include "templates/template_library.h"
+#include "vndoc6/templates/template_library.h"
 
 #include <gtest/gtest.h>
 
@@ -6,12 +6,12 @@
 #include <functional>
 #include <limits>
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
-#include "bag/properties.h"
 #include "platform/file_system.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/temporary_folder.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/bag/properties.h"
 
 namespace vndoc6 {
 namespace {

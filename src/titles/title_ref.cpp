@@ -1,12 +1,16 @@
-#include "titles/title_ref.h"
+#include "vndoc6/titles/title_ref.h"
 
 #include <optional>
 
-#include "automation/error.h"
+#include "automation/inside.h"
+#include "bag/bag_reader.h"
+#include "bag/bag_writer.h"
+#include "collections/collection_text.h"
 #include "core/scope.h"
-#include "document/document.h"
 #include "schema/rows.h"
-#include "titles/titles.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/titles/titles.h"
 
 namespace vndoc6 {
 namespace {
@@ -25,7 +29,7 @@ std::optional<Text> TextIn(const Variant& value) {
 }  // namespace
 
 automation::Ref<vnTitles> vnTitleRef::DocumentTitles() const {
-  Scope* const scope = InternalScope();
+  Scope* const scope = document_scope();
   return scope != nullptr ? &scope->Titles() : nullptr;
 }
 
@@ -57,19 +61,19 @@ void vnTitleRef::Clear() {
   display_name_cache_.clear();
 }
 
-void vnTitleRef::InternalWrite(bag::BagWriter& writer) const {
+void vnTitleRef::Write(bag::BagWriter& writer) const {
   writer.Add("R", ref_);
   writer.Add("DN", display_name_cache_);
 }
 
-void vnTitleRef::InternalLoad(const bag::KeptText& text, const Text& /*key*/) {
+void vnTitleRef::Read(const bag::KeptText& text, const Text& /*key*/) {
   bag::BagReader reader(text);
   ref_ = reader.GetText("R");
   display_name_cache_ = reader.GetText("DN");
 }
 
 bool vnTitleRefs::UsingHandler() const {
-  Scope* const scope = InternalScope();
+  Scope* const scope = document_scope();
   return scope != nullptr && scope->Titles().UsingHandler();
 }
 
@@ -83,31 +87,31 @@ automation::Ref<vnTitleRef> vnTitleRefs::Add(const Variant& pvRef) {
 automation::Ref<vnTitleRef> vnTitleRefs::AddTitle(const Text& ref) {
   if (vnTitleRef* const present = store_.Find(TextView(ref))) return present;
   automation::Ref<vnTitleRef> reference = automation::Make<vnTitleRef>();
-  reference->InternalSetDocument(InternalDocument());
+  Inside::TakeDocument(*reference, document());
   reference->SetRef(ref);
-  InternalAddReference(*reference);
+  AddReference(*reference);
   return reference;
 }
 
 automation::Ref<vnTitleRef> vnTitleRefs::AddFreeText(const Text& text) {
   if (store_.empty()) {
     const automation::Ref<vnTitleRef> reference = automation::Make<vnTitleRef>();
-    InternalAddReference(*reference);
+    AddReference(*reference);
   }
   store_[0].SetDisplayName(text);
   return &store_[0];
 }
 
-void vnTitleRefs::InternalAddReference(vnTitleRef& reference) {
-  reference.InternalSetDocument(InternalDocument());
+void vnTitleRefs::AddReference(vnTitleRef& reference) {
+  Inside::TakeDocument(reference, document());
   if (!UsingHandler()) RemoveAll();
   store_.Add(reference.Ref(), reference);
 }
 
-void vnTitleRefs::InternalWrite(bag::BagWriter& writer) const { WriteByPosition(writer, "TR"); }
+void vnTitleRefs::Write(bag::BagWriter& writer) const { WriteByPosition(writer, "TR"); }
 
-void vnTitleRefs::InternalLoad(const bag::KeptText& text) {
-  ReadMembers(text, [this](vnTitleRef* reference) { InternalAddReference(*reference); });
+void vnTitleRefs::Read(const bag::KeptText& text) {
+  ReadMembers(text, [this](vnTitleRef* reference) { AddReference(*reference); });
 }
 
 const automation::ClassInfo& vnTitleRef::classInfo() {

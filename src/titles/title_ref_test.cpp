@@ -1,12 +1,14 @@
-#include "titles/title_ref.h"
+#include "vndoc6/titles/title_ref.h"
 
 #include <gtest/gtest.h>
 
-#include "bag/properties.h"
-#include "document/document.h"
+#include "automation/inside.h"
+#include "bag/bag_writer.h"
 #include "tests/support/saved_text.h"
 #include "tests/support/scripted_object.h"
-#include "titles/titles.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/titles/titles.h"
 
 namespace vndoc6 {
 namespace {
@@ -102,7 +104,7 @@ TEST_F(TitleRefs, AreSavedAsTwoTexts) {
   const Ref<vnTitleRef> reference = references_->Add(Variant(u"a \"name\""));
   EXPECT_EQ(SavedText(*reference), "R=~64\"\":DN=~64\"a ^jname^j\":");
   const auto loaded = Make<vnTitleRef>();
-  loaded->InternalLoad(testing::Kept(SavedText(*reference)));
+  Inside::Read(*loaded, testing::Kept(SavedText(*reference)));
   EXPECT_EQ(loaded->DisplayName(), u"a \"name\"");
   reference->Clear();
   EXPECT_EQ(SavedText(*reference), "R=~64\"\":DN=~64\"\":");
@@ -114,13 +116,13 @@ TEST_F(TitleRefs, AreLoadedWithoutLookingAtTheTitles) {
     writer.Add("TR2", BagText(u"GONE", u"Twice"));
     writer.Add("TR3", BagText(u"mgr", u"Old name"));
   });
-  references_->InternalLoad(bag::KeptText(three));
+  Inside::Read(*references_, bag::KeptText(three));
   ASSERT_EQ(references_->Count(), 1);
   EXPECT_EQ(references_->Item(Variant(u"mgr"))->DisplayName(), u"Old name");
 
   UseHandler();
   const Ref<vnTitleRefs> listed = titles_->TitleRefsObj();
-  listed->InternalLoad(bag::KeptText(three));
+  Inside::Read(*listed, bag::KeptText(three));
   ASSERT_EQ(listed->Count(), 2);
   EXPECT_EQ(listed->Item(Variant(1))->Document(), document_);
   EXPECT_EQ(listed->Item(Variant(2))->DisplayNameCache(), u"Old name");

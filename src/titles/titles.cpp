@@ -1,13 +1,14 @@
-#include "titles/titles.h"
+#include "vndoc6/titles/titles.h"
 
-#include "automation/late_bound.h"
+#include "automation/inside.h"
 #include "automation/scoped_value.h"
-#include "automation/services.h"
-#include "bag/properties.h"
 #include "core/scope.h"
-#include "document/document.h"
 #include "schema/rows.h"
-#include "titles/title_ref.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/titles/title_ref.h"
 
 namespace vndoc6 {
 namespace {
@@ -37,7 +38,7 @@ bool RequiresDirect(automation::Object& handler) {
 
 automation::Ref<vnTitles> vnTitle::Titles() const { return titles_.get(); }
 
-void vnTitle::InternalSetTitles(vnTitles* titles) {
+void vnTitle::StoreTitles(vnTitles* titles) {
   titles_ = titles;
   ParentChanged();
 }
@@ -73,8 +74,8 @@ automation::Ref<vnTitle> vnTitles::AddTitle(int32_t plID, const Text& psReferenc
   title->SetDisplayName(psDisplayName);
   title->SetDescription(psDescription);
   if (store_.Add(psReference, *title)) {
-    title->InternalSetDocument(InternalDocument());
-    title->InternalSetTitles(this);
+    Inside::TakeDocument(*title, document());
+    Inside::StoreTitles(*title, this);
   }
   return title;
 }
@@ -88,12 +89,12 @@ bool vnTitles::HandlerAvailable() {
 
 automation::Ref<vnTitleRefs> vnTitles::TitleRefsObj() const {
   automation::Ref<vnTitleRefs> references = automation::Make<vnTitleRefs>();
-  references->InternalSetDocument(InternalDocument());
+  Inside::TakeDocument(*references, document());
   return references;
 }
 
 Text vnTitles::HandlerName() const {
-  Scope* const scope = InternalScope();
+  Scope* const scope = document_scope();
   const automation::Ref<Properties> settings = scope != nullptr ? scope->Settings() : nullptr;
   if (!settings) return {};
   const Variant name = settings->Value(kHandlerProperty, Variant(u""));
@@ -123,7 +124,7 @@ void vnTitles::Consult() {
   const automation::ScopedValue consulting(consulting_, true, false);
   store_.Clear();
   handler_loaded_ = false;
-  Scope* const scope = InternalScope();
+  Scope* const scope = document_scope();
   try {
     tried_ = scope == nullptr || LoadFromHandler(*scope);
   } catch (const automation::Error&) {

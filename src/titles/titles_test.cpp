@@ -1,16 +1,16 @@
-#include "titles/titles.h"
+#include "vndoc6/titles/titles.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
-#include "bag/properties.h"
-#include "document/document.h"
 #include "tests/support/scripted_object.h"
 #include "tests/support/temporary_folder.h"
-#include "titles/title_ref.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/titles/title_ref.h"
 
 namespace vndoc6 {
 namespace {

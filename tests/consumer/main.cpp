@@ -1,10 +1,10 @@
 // Makes a document with one step, saves it, loads it into another, compares and draws.
 #include <cstdio>
 
-#include "document/document.h"
-#include "process/step.h"
-#include "process/steps.h"
+#include "vndoc6/document/document.h"
 #include "vndoc6/drawing.h"
+#include "vndoc6/process/step.h"
+#include "vndoc6/process/steps.h"
 
 using vndoc6::vnDocument;
 using vndoc6::automation::Make;

@@ -11,6 +11,7 @@
 #include "tests/endurance/soak.h"
 #include "tests/support/memory_disk.h"
 #include "tests/support/recording_listener.h"
+#include "vndoc6/automation/error.h"
 
 namespace vndoc6::testing {
 namespace {

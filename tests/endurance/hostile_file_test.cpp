@@ -9,22 +9,22 @@
 #include <functional>
 #include <string>
 
-#include "automation/error.h"
 #include "bag/escape.h"
-#include "bag/properties.h"
-#include "chart/chart.h"
-#include "chart/figure.h"
-#include "chart/line.h"
-#include "details/revision.h"
-#include "document/document.h"
-#include "process/file.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
-#include "templates/template_library.h"
 #include "tests/endurance/soak.h"
 #include "tests/support/saved_text.h"
 #include "tests/support/temporary_folder.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/chart/line.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
+#include "vndoc6/templates/template_library.h"
 
 namespace vndoc6::testing {
 namespace {

@@ -1,9 +1,9 @@
 #include "tests/endurance/numbered_document.h"
 
-#include "automation/error.h"
-#include "details/details.h"
-#include "process/link.h"
-#include "process/steps.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6::testing {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "document/document.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6::testing {
 

@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "published/published.h"
 #include "tests/endurance/soak.h"
 #include "tests/hostile_text.h"
 #include "tests/support/temporary_folder.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc6 {
 namespace {

@@ -1,6 +1,6 @@
 // Files damaged in every way that a disk, a copy or an editor damages them: what was not touched
 // comes back, and what did not is told.
-#include "content/salvage.h"
+#include "vndoc6/content/salvage.h"
 
 #include <gtest/gtest.h>
 
@@ -12,23 +12,23 @@
 #include <vector>
 
 #include "bag/bag_scanner.h"
-#include "bag/properties.h"
-#include "chart/chart.h"
-#include "chart/figure.h"
-#include "chart/line.h"
 #include "content/saved_form.h"
-#include "details/details.h"
-#include "details/revision.h"
-#include "process/condition.h"
-#include "process/container.h"
-#include "process/file.h"
-#include "process/jump.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
 #include "tests/endurance/soak.h"
 #include "tests/support/random_document.h"
 #include "tests/support/saved_text.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/chart.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/chart/line.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/details/revision.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/file.h"
+#include "vndoc6/process/jump.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
 
 namespace vndoc6::testing {
 namespace {

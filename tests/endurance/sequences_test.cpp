@@ -7,21 +7,22 @@
 #include <memory>
 #include <optional>
 
-#include "automation/late_bound.h"
+#include "automation/inside.h"
 #include "automation/scoped_value.h"
-#include "bag/properties.h"
-#include "chart/figure.h"
-#include "chart/line.h"
 #include "platform/keys.h"
-#include "process/condition.h"
-#include "process/container.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
 #include "tests/endurance/soak.h"
 #include "tests/hostile_text.h"
 #include "tests/support/plain_document.h"
 #include "tests/support/temporary_folder.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/chart/line.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
 
 namespace vndoc6 {
 namespace {
@@ -321,7 +322,7 @@ void Sequence::CopyStep(Subject& subject) {
   plain.key = copy->Key();
   plain.foreign = false;
   for (size_t i = 0; i < plain.order.tasks.size(); ++i) {
-    plain.order.tasks[i].key = copy->Tasks()->InternalStore()[i].Key();
+    plain.order.tasks[i].key = Inside::store(*copy->Tasks())[i].Key();
   }
   plain.order.CountAll();
   subject.plain.AddStep(plain, from.plain.numbering.numbers[at]);

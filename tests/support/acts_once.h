@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "automation/event_info.h"
+#include "vndoc6/automation/event_info.h"
 
 namespace vndoc6::testing {
 

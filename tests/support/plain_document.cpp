@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
-#include "bag/properties.h"
-#include "chart/figure.h"
-#include "process/condition.h"
-#include "process/container.h"
-#include "process/link.h"
-#include "process/steps.h"
-#include "process/task.h"
+#include "automation/inside.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/figure.h"
+#include "vndoc6/process/condition.h"
+#include "vndoc6/process/container.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
+#include "vndoc6/process/task.h"
 
 namespace vndoc6::testing {
 
@@ -140,15 +141,15 @@ void CheckStep(Check& check, vnStep& step, const PlainStep& plain) {
   check.Same("label", step.Label(), plain.label);
   check.Same("description", step.Description(), plain.description);
   check.Same("left", step.Figure()->Left(), plain.left);
-  const auto& tasks = step.Tasks()->InternalStore();
+  const auto& tasks = Inside::store(*step.Tasks());
   check.Same("tasks", tasks.size(), plain.order.tasks.size());
   for (size_t i = 0; i < tasks.size() && !check.failed(); ++i) {
     check.Same("task key", tasks[i].Key(), plain.order.tasks[i].key);
     check.Same("task order", tasks[i].TaskOrder(), plain.order.tasks[i].order);
   }
   std::vector<Text> conditions;
-  for (size_t i = 0; i < step.Conditions()->InternalStore().size(); ++i) {
-    conditions.push_back(step.Conditions()->InternalStore()[i].DisplayName());
+  for (size_t i = 0; i < Inside::store(*step.Conditions()).size(); ++i) {
+    conditions.push_back(Inside::store(*step.Conditions())[i].DisplayName());
   }
   check.Same("conditions", conditions, plain.conditions);
   std::vector<Text> dependancies;
@@ -162,7 +163,7 @@ void CheckStep(Check& check, vnStep& step, const PlainStep& plain) {
 
 std::string PlainDocument::DifferenceFrom(vnDocument& document) const {
   Check check;
-  const auto& real_steps = document.Steps()->InternalStore();
+  const auto& real_steps = Inside::store(*document.Steps());
   check.Same("steps", real_steps.size(), steps.size());
   check.Same("last index", document.Steps()->LastIndex(), numbering.Highest());
   for (size_t i = 0; i < steps.size() && !check.failed(); ++i) {
@@ -171,7 +172,7 @@ std::string PlainDocument::DifferenceFrom(vnDocument& document) const {
     CheckStep(check, real_steps[i], steps[i]);
     check.Same("by key", document.Steps()->ItemByStepKey(steps[i].key).get(), &real_steps[i]);
   }
-  const auto& real_links = document.Links()->InternalStore();
+  const auto& real_links = Inside::store(*document.Links());
   check.Same("links", real_links.size(), links.size());
   for (size_t i = 0; i < links.size() && !check.failed(); ++i) {
     check.At("link ", i);
@@ -179,7 +180,7 @@ std::string PlainDocument::DifferenceFrom(vnDocument& document) const {
     check.Same("origin", real_links[i].OriginStepKey(), links[i].origin);
     check.Same("destination", real_links[i].DestinationStepKey(), links[i].destination);
   }
-  const auto& real_containers = document.ContainerCollection()->InternalStore();
+  const auto& real_containers = Inside::store(*document.ContainerCollection());
   check.Same("containers", real_containers.size(), containers.size());
   for (size_t i = 0; i < containers.size() && !check.failed(); ++i) {
     check.At("container ", i);

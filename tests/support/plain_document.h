@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "automation/text.h"
-#include "document/document.h"
+#include "vndoc6/automation/text.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6::testing {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "automation/class_info.h"
-#include "automation/late_bound.h"
-#include "core/detail_id.h"
 #include "tests/support/recording_listener.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/core/detail_id.h"
 
 namespace vndoc6::testing {
 

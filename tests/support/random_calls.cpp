@@ -4,10 +4,10 @@
 #include <string_view>
 #include <utility>
 
-#include "automation/error.h"
 #include "automation/scoped_value.h"
-#include "automation/services.h"
-#include "published/published.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc6::testing {
 

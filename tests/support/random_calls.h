@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "automation/event_info.h"
-#include "automation/object.h"
+#include "vndoc6/automation/event_info.h"
+#include "vndoc6/automation/object.h"
 
 namespace vndoc6::testing {
 

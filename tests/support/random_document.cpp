@@ -2,13 +2,13 @@
 
 #include <limits>
 
-#include "automation/error.h"
-#include "automation/late_bound.h"
-#include "automation/services.h"
-#include "bag/properties.h"
-#include "content/content.h"
-#include "process/link.h"
-#include "process/steps.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/late_bound.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/bag/properties.h"
+#include "vndoc6/content/content.h"
+#include "vndoc6/process/link.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6::testing {
 

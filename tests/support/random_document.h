@@ -6,11 +6,12 @@
 #include <set>
 #include <string>
 
-#include "automation/class_info.h"
-#include "automation/object.h"
-#include "automation/variant.h"
-#include "document/document.h"
 #include "tests/hostile_text.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/object.h"
+#include "vndoc6/automation/picture.h"
+#include "vndoc6/automation/variant.h"
+#include "vndoc6/document/document.h"
 
 namespace vndoc6::testing {
 

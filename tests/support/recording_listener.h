@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "automation/event_info.h"
-#include "automation/late_bound.h"
+#include "vndoc6/automation/event_info.h"
+#include "vndoc6/automation/late_bound.h"
 
 namespace vndoc6::testing {
 

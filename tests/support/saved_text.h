@@ -4,8 +4,9 @@
 
 #include <string>
 
+#include "automation/inside.h"
 #include "bag/bag_writer.h"
-#include "bag/kept_text.h"
+#include "vndoc6/bag/kept_text.h"
 
 namespace vndoc6::testing {
 
@@ -13,7 +14,7 @@ namespace vndoc6::testing {
 template <class T>
 std::string SavedText(T& object) {
   return automation::ToUtf8(
-      bag::BagTextOf([&](bag::BagWriter& writer) { object.InternalWrite(writer); }));
+      bag::BagTextOf([&](bag::BagWriter& writer) { Inside::Write(object, writer); }));
 }
 
 inline bag::KeptText Kept(std::string_view saved) {

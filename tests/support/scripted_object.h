@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "automation/class_info.h"
-#include "automation/error.h"
-#include "automation/services.h"
-#include "automation/text.h"
+#include "vndoc6/automation/class_info.h"
+#include "vndoc6/automation/error.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6::testing {
 

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <string_view>
 
-#include "automation/text.h"
 #include "platform/keys.h"
+#include "vndoc6/automation/text.h"
 
 namespace vndoc6::testing {
 

@@ -12,15 +12,15 @@
 #include <thread>
 #include <vector>
 
-#include "automation/services.h"
-#include "content/compare.h"
-#include "details/details.h"
 #include "platform/file_system.h"
 #include "platform/keys.h"
-#include "process/steps.h"
 #include "tests/support/random_document.h"
 #include "tests/support/scripted_object.h"
 #include "tests/support/temporary_folder.h"
+#include "vndoc6/automation/services.h"
+#include "vndoc6/content/compare.h"
+#include "vndoc6/details/details.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc6::testing {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "com/foreign_object.h"
 #include "com/host_for_tests.h"
-#include "published/library.h"
 #include "tests/windows/server.h"
+#include "vndoc6/published/library.h"
 
 namespace vndoc6::com {
 namespace {

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "com/com.h"
-#include "published/published.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc6::com {
 

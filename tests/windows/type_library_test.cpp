@@ -2,12 +2,12 @@
 #include <set>
 
 #include "com/variants.h"
-#include "published/library.h"
-#include "published/published.h"
-#include "templates/template.h"
 #include "tests/windows/server.h"
 #include "tests/windows/slots.h"
-#include "titles/titles.h"
+#include "vndoc6/published/library.h"
+#include "vndoc6/published/published.h"
+#include "vndoc6/templates/template.h"
+#include "vndoc6/titles/titles.h"
 
 namespace vndoc6::com {
 namespace {

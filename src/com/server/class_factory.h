@@ -1,8 +1,8 @@
 // The class factory that creates objects of one published class.
 #pragma once
 
-#include "automation/class_info.h"
 #include "com/com_object.h"
+#include "vndoc6/automation/class_info.h"
 
 namespace vndoc6::com {
 

@@ -1,12 +1,12 @@
 // The functions by which COM and regsvr32 use the DLL.
-#include "automation/object.h"
 #include "com/entry.h"
 #include "com/platform_services.h"
 #include "com/server/class_factory.h"
 #include "com/server/compiler_runtime.h"
 #include "com/server/registry.h"
 #include "com/type_library.h"
-#include "published/published.h"
+#include "vndoc6/automation/object.h"
+#include "vndoc6/published/published.h"
 
 using namespace vndoc6;
 using com::Scope;

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "com/type_library.h"
-#include "published/library.h"
-#include "published/published.h"
+#include "vndoc6/published/library.h"
+#include "vndoc6/published/published.h"
 
 namespace vndoc6::com {
 namespace {

@@ -5,9 +5,9 @@
 
 #include "com/host_for_tests.h"
 #include "com/server/class_factory.h"
-#include "document/document.h"
-#include "published/published.h"
 #include "tests/out_of_memory/shortage.h"
+#include "vndoc6/document/document.h"
+#include "vndoc6/published/published.h"
 
 #include "VNDoc6.h"
 

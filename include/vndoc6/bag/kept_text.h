@@ -1,0 +1,73 @@
+// KeptText: a serialised text as it lies in the file or text it was loaded from, not copied and
+// not unescaped until somebody asks.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "vndoc6/automation/text.h"
+
+namespace vndoc6::bag {
+
+class BagReader;
+class BagWriter;
+
+// Immutable bytes shared by all the texts kept from them. The count is not atomic: like objects,
+// texts belong to one thread at a time.
+class SharedBytes {
+ public:
+  SharedBytes() = default;
+  explicit SharedBytes(std::string bytes) : block_(new Block{std::move(bytes), 1}) {}
+  SharedBytes(const SharedBytes& other) : block_(other.block_) {
+    if (block_ != nullptr) ++block_->count;
+  }
+  SharedBytes(SharedBytes&& other) noexcept : block_(std::exchange(other.block_, nullptr)) {}
+  SharedBytes& operator=(SharedBytes other) noexcept {
+    std::swap(block_, other.block_);
+    return *this;
+  }
+  ~SharedBytes() {
+    if (block_ != nullptr && --block_->count == 0) delete block_;
+  }
+  std::string_view view() const {
+    return block_ != nullptr ? std::string_view(block_->bytes) : std::string_view();
+  }
+
+ private:
+  struct Block {
+    std::string bytes;
+    size_t count;
+  };
+  Block* block_ = nullptr;
+};
+
+// A slice of shared bytes that stands for a text escaped depth() times.
+class KeptText {
+ public:
+  KeptText() = default;
+  // A host's text: depth 0, with bytes of its own.
+  explicit KeptText(TextView text);
+  // All of `bytes`, at depth 0.
+  explicit KeptText(SharedBytes bytes);
+  // `part` must lie within the bytes of `whole`.
+  KeptText(const KeptText& whole, std::string_view part, uint32_t depth);
+
+  bool empty() const { return size_ == 0; }
+  uint32_t depth() const { return depth_; }
+  // The bytes as they lie there, still escaped depth() times.
+  std::string_view raw() const { return bytes_.view().substr(position_, size_); }
+  // The text itself.
+  Text ToText() const;
+  // The same text at depth 0, in bytes of its own unless it is at depth 0 already.
+  KeptText Unescaped() const;
+
+ private:
+  SharedBytes bytes_;
+  size_t position_ = 0;
+  size_t size_ = 0;
+  uint32_t depth_ = 0;
+};
+
+}  // namespace vndoc6::bag

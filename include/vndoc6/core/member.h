@@ -1,0 +1,32 @@
+// Member: what every object below a document has in common.
+#pragma once
+
+#include "vndoc6/automation/object.h"
+
+namespace vndoc6 {
+
+class Scope;
+class vnDocument;
+
+class Member : public automation::Object {
+ public:
+  // The document this object belongs to; Nothing until it is given one, and again when the
+  // document is gone.
+  automation::Ref<vnDocument> Document() const;
+
+ protected:
+  friend struct Inside;
+  virtual void TakeDocument(vnDocument* document);
+  vnDocument* document() const;
+  // Null without a document.
+  Scope* document_scope() const;
+
+  automation::Object* FindParent() const override;
+  // `owner` when it is there, else the document: for classes with a nearer owner.
+  automation::Object* OwnerOrDocument(automation::Object* owner) const;
+
+ private:
+  automation::Weak<vnDocument> document_;
+};
+
+}  // namespace vndoc6
