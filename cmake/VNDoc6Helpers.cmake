@@ -86,6 +86,12 @@ function(vndoc6_sanitize_threads target)
   endif()
 endfunction()
 
+# For the copies of the libraries that are built to be tested once. Each test keeps its own helpers'
+# names to itself, so tests are compiled one by one.
+function(vndoc6_unity target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${VNDOC6_UNITY} UNITY_BUILD_BATCH_SIZE 12)
+endfunction()
+
 # What all targets of the project have in common.
 function(vndoc6_configure target)
   set_target_properties(${target} PROPERTIES CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF)

@@ -181,6 +181,7 @@ function(vndoc6_command_line_host)
   add_library(vndoc_commands STATIC ${sources})
   vndoc6_configure(vndoc_commands)
   vndoc6_inside(vndoc_commands)
+  vndoc6_unity(vndoc_commands)
   vndoc6_lint(vndoc_commands)
   target_sources(vndoc_commands PRIVATE ${help_texts})
   target_include_directories(vndoc_commands PRIVATE ${PROJECT_SOURCE_DIR}/hosts/vndoc

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <initializer_list>
-#include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>

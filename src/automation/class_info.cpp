@@ -11,7 +11,7 @@ namespace {
 
 constexpr size_t kInlineArguments = 8;
 
-char AsciiLowerUnit(char unit) {
+char FoldedAscii(char unit) {
   return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit + ('a' - 'A')) : unit;
 }
 
@@ -21,7 +21,7 @@ uint32_t HashName(std::basic_string_view<Unit> name) {
   uint32_t hash = 2166136261u;
   for (const Unit unit : name) {
     if (static_cast<char32_t>(unit) >= 0x80) return 0;
-    hash = (hash ^ static_cast<uint8_t>(AsciiLowerUnit(static_cast<char>(unit)))) * 16777619u;
+    hash = (hash ^ static_cast<uint8_t>(FoldedAscii(static_cast<char>(unit)))) * 16777619u;
   }
   return hash;
 }

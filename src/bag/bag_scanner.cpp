@@ -17,7 +17,6 @@ using automation::Currency;
 using automation::Variant;
 
 constexpr size_t kNowhere = std::string_view::npos;
-constexpr std::string_view kOpening = kEscapeLiterals[static_cast<size_t>(EscapeClass::kOpening)];
 
 // By the first character of a value that is not a text: its tag, or 0 when there is none such.
 struct PlainTags {

@@ -155,7 +155,7 @@ void BagWriter::AddVariant(TextView host_key, const automation::Variant& value) 
 size_t BagWriter::OpenText(std::string_view key) {
   out_ += key;
   if (depth_ == 0) {
-    out_ += kEscapeLiterals[static_cast<size_t>(EscapeClass::kOpening)];
+    out_ += kOpening;
   } else {
     AppendEscape(EscapeClass::kOpening, depth_, out_);
   }

@@ -13,6 +13,8 @@ enum class EscapeClass : uint8_t { kOpening, kClosing, kQuote, kCaret };
 
 // What each class stands for, in the order of the enumeration.
 inline constexpr std::string_view kEscapeLiterals[] = {"=~64\"", "\":", "\"", "^"};
+inline constexpr std::string_view kOpening =
+    kEscapeLiterals[static_cast<size_t>(EscapeClass::kOpening)];
 
 // Stands for every level that is too large to count with. Nobody nests that deep, but a host's text
 // may hold the escape, and has to come back.

@@ -7,7 +7,6 @@
 namespace vndoc6::bag {
 namespace {
 
-constexpr std::string_view kOpening = kEscapeLiterals[0];
 // The opening without its quote: what stands before a quote that is one.
 constexpr std::string_view kOpeningStem = kOpening.substr(0, kOpening.size() - 1);
 

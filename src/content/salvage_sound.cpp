@@ -13,9 +13,9 @@ using bag::BagScanner;
 using bag::KeptText;
 using Kind = SavedEntry::Kind;
 
-class Search {
+class SoundSearch {
  public:
-  explicit Search(const KeptText& file) : file_(file.raw()) {}
+  explicit SoundSearch(const KeptText& file) : file_(file.raw()) {}
 
   void LookInto(const KeptText& text, const SavedEntry& what) {
     BagScanner scanner(text);
@@ -75,7 +75,7 @@ class Search {
 }  // namespace
 
 std::vector<SoundEntry> FindSoundEntries(const KeptText& file) {
-  Search search(file);
+  SoundSearch search(file);
   search.LookInto(file, DocumentForm().self);
   return search.Take();
 }

@@ -84,7 +84,7 @@ void vnStep::ReadFrom(const KeptText& text, const Text& key, bool check_key) {
 
 void vnStep::ReadContent(const KeptText& text, Content& content) {
   bag::BagReader reader(text);
-  // A PerformedBy that was read survives, see InternalLoadFrom.
+  // A PerformedBy that was read survives, see ReadFrom.
   const Owned<vnTitleRefs> performed_by(content.performed_by.built());
   schema::ReadEntries<Schema>(reader, *this, content);
   if (performed_by) content.performed_by.Set(performed_by.get());
