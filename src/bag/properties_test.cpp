@@ -82,23 +82,19 @@ TEST(Properties, AnEntryIsTheBagsOwnAndOutlivesItsRemoval) {
 }
 
 TEST(Properties, AHeldEntryHoldsItsBagAndTheBagsOwner) {
-  const size_t before = automation::Object::LiveCount();
-  {
-    auto owner = Make<Properties>();
-    auto bag = Make<Properties>();
-    const automation::Owned<Properties> owned(bag.get());
-    Inside::StoreOwner(*bag, owner.get());
-    bag->Add(u"a", 1);
-    Ref<Property> entry = bag->Item(u"a");
-    automation::Weak<Properties> owner_alive(owner.get());
-    owner = nullptr;
-    bag = nullptr;
-    EXPECT_TRUE(owner_alive);
-    owned->RemoveAll();
-    EXPECT_FALSE(owner_alive);
-    EXPECT_EQ(entry->Value(), Variant(1));
-  }
-  EXPECT_EQ(automation::Object::LiveCount(), before);
+  auto owner = Make<Properties>();
+  auto bag = Make<Properties>();
+  const automation::Owned<Properties> owned(bag.get());
+  Inside::StoreOwner(*bag, owner.get());
+  bag->Add(u"a", 1);
+  Ref<Property> entry = bag->Item(u"a");
+  automation::Weak<Properties> owner_alive(owner.get());
+  owner = nullptr;
+  bag = nullptr;
+  EXPECT_TRUE(owner_alive);
+  owned->RemoveAll();
+  EXPECT_FALSE(owner_alive);
+  EXPECT_EQ(entry->Value(), Variant(1));
 }
 
 TEST(Properties, EveryKindOfValueComesBackFromTheText) {

@@ -100,42 +100,18 @@ TEST(Link, NewConditionReportsItsTestAndThenItself) {
 }
 
 TEST(Link, ItsPartsFollowItsDocumentAndKeepItAlive) {
-  const size_t before = automation::Object::LiveCount();
+  Ref<vnLine> line;
   {
-    Ref<vnLine> line;
-    {
-      const auto link = Make<vnLink>();
-      line = link->Line();
-      const auto document = Make<vnDocument>();
-      document->Links()->Add(link.get());
-      EXPECT_EQ(line->Document(), document);
-      EXPECT_EQ(link->Conditions()->Document(), document);
-    }
-    // Nobody but the line's holder is left.
-    ASSERT_TRUE(line->Document());
-    EXPECT_EQ(line->Document()->Links()->Count(), 1);
+    const auto link = Make<vnLink>();
+    line = link->Line();
+    const auto document = Make<vnDocument>();
+    document->Links()->Add(link.get());
+    EXPECT_EQ(line->Document(), document);
+    EXPECT_EQ(link->Conditions()->Document(), document);
   }
-  EXPECT_EQ(automation::Object::LiveCount(), before);
-}
-
-TEST(Links, AddReportsAndRemoveDoesNot) {
-  const auto document = Make<vnDocument>();
-  testing::RecordingListener listener(*document);
-  const Ref<vnLinks> links = document->Links();
-  const auto link = Keyed(u"k");
-  links->Add(link.get());
-  EXPECT_EQ(link->Document(), document);
-  links->Add(link.get());
-  links->Add(Keyed(u"K").get());
-  links->Add(nullptr);
-  links->Remove(Variant(u"unknown"));
-  links->Remove(Variant(1));
-  EXPECT_EQ(links->Count(), 0);
-  EXPECT_EQ(listener.Take(), Lines{"LinkAdded k"});
-
-  const auto keyless = Make<vnLink>();
-  links->Add(keyless.get());
-  EXPECT_FALSE(keyless->Key().empty());
+  // Nobody but the line's holder is left.
+  ASSERT_TRUE(line->Document());
+  EXPECT_EQ(line->Document()->Links()->Count(), 1);
 }
 
 TEST(Links, AWorkingListWithoutADocumentLeavesALinkItsOwn) {
@@ -144,26 +120,6 @@ TEST(Links, AWorkingListWithoutADocumentLeavesALinkItsOwn) {
   document->Links()->Add(link.get());
   Make<vnLinks>()->Add(link.get());
   EXPECT_EQ(link->Document(), document);
-}
-
-TEST(Links, AreSavedByKeyAndComeBackWithoutAReport) {
-  const auto links = Make<vnLinks>();
-  EXPECT_EQ(SavedText(*links), "");
-  for (const Text& key : testing::kHostileKeys) links->Add(Keyed(key).get());
-  const std::string saved = SavedText(*links);
-
-  const auto document = Make<vnDocument>();
-  testing::RecordingListener listener(*document);
-  const Ref<vnLinks> loaded = document->Links();
-  Inside::ReadQuietly(*loaded, Kept(saved));
-  EXPECT_EQ(listener.Take(), Lines{});
-  EXPECT_EQ(loaded->Count(), links->Count());
-  EXPECT_EQ(loaded->Item(Variant(1))->Document(), document);
-  EXPECT_EQ(SavedText(*loaded), saved);
-  // The keys are taken now.
-  Inside::Read(*loaded, Kept(saved));
-  EXPECT_EQ(loaded->Count(), links->Count());
-  EXPECT_EQ(listener.Take(), Lines{});
 }
 
 }  // namespace
