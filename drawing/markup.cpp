@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <string_view>
 
+#include "automation/number_chars.h"
 #include "vndoc6/bag/base64.h"
 
 namespace vndoc6::drawing {
@@ -125,8 +125,8 @@ std::string Escaped(TextView text) {
 std::string Number(double value) {
   if (!std::isfinite(value)) return "0";
   std::array<char, 400> buffer;
-  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                    std::chars_format::fixed, 2);
+  const auto result =
+      automation::ToFixedChars(buffer.data(), buffer.data() + buffer.size(), value, 2);
   std::string_view text(buffer.data(), static_cast<size_t>(result.ptr - buffer.data()));
   while (text.ends_with('0')) text.remove_suffix(1);
   if (text.ends_with('.')) text.remove_suffix(1);

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <numbers>
 #include <string_view>
 #include <vector>
 
+#include "automation/number_chars.h"
 #include "markup.h"
 
 namespace vndoc6::drawing {
@@ -229,7 +229,7 @@ class PathReader {
   double Value() {
     Skip();
     double value = 0;
-    const auto result = std::from_chars(rest_.data(), rest_.data() + rest_.size(), value);
+    const auto result = automation::FromChars(rest_.data(), rest_.data() + rest_.size(), value);
     rest_.remove_prefix(static_cast<size_t>(result.ptr - rest_.data()));
     return value;
   }

@@ -114,10 +114,12 @@ check_readme_script() {
   wine_start && wine_register && wine_script build/win64/order.vbs && rm order.vn6
 }
 
-# A second compiler, clang-tidy on what changed, and every header alone.
+# A second compiler, clang-tidy on what changed, every header alone, and a second standard library.
 test_clang() {
   check "Clang build and clang-tidy" check_lint
   check "headers compile alone" build clang all_verify_interface_header_sets
+  check "libc++ build" build libcxx vndoc6_tests &&
+    check_cases "native tests with libc++" limited build/libcxx/vndoc6_tests
 }
 
 check_lint() {

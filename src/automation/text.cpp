@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "automation/case_folding.h"
+#include "automation/room.h"
 
 namespace vndoc6::automation {
 namespace {
@@ -111,7 +112,7 @@ void Convert(From text, To& out) {
     CopyAscii(text.substr(0, run), out.data() + end);
     text.remove_prefix(run);
     // One allocation for the rest, which seldom becomes longer.
-    if (!text.empty()) out.reserve(out.size() + text.size());
+    if (!text.empty()) MakeRoom(out, text.size());
     while (!text.empty() && static_cast<char32_t>(text[0]) >= 0x80) {
       AppendCodePoint(TakeCodePoint(text), out);
     }

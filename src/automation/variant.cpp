@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <system_error>
 
+#include "automation/number_chars.h"
 #include "vndoc6/automation/error.h"
 
 namespace vndoc6::automation {
@@ -51,7 +51,7 @@ double ParseLeading(TextView text, size_t& end) {
   }
   double value = 0;
   const char* const first = ascii.data();
-  const auto result = std::from_chars(first, first + ascii.size(), value);
+  const auto result = FromChars(first, first + ascii.size(), value);
   const bool found = result.ptr != first && !(plus && ascii[0] == '-');
   end = found ? start + (plus ? 1 : 0) + static_cast<size_t>(result.ptr - first) : 0;
   if (!found) return 0;
@@ -70,7 +70,7 @@ double NumberIn(TextView text) {
 template <class Number>
 Text ShortestText(Number value) {
   std::array<char, 32> buffer;
-  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  const auto result = ToChars(buffer.data(), buffer.data() + buffer.size(), value);
   return Text(buffer.data(), result.ptr);
 }
 

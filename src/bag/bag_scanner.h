@@ -1,13 +1,13 @@
 // BagScanner: finds the entries of a bag's text where it lies, without unescaping it first.
 #pragma once
 
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <system_error>
 
+#include "automation/number_chars.h"
 #include "vndoc6/automation/text.h"
 #include "vndoc6/automation/variant.h"
 #include "vndoc6/bag/kept_text.h"
@@ -25,7 +25,7 @@ struct BagEntry {
 template <class Number>
 bool ReadNumber(std::string_view digits, Number& number) {
   const char* const end = digits.data() + digits.size();
-  const auto [stop, error] = std::from_chars(digits.data(), end, number);
+  const auto [stop, error] = automation::FromChars(digits.data(), end, number);
   return error == std::errc() && stop == end;
 }
 

@@ -1,8 +1,8 @@
 #include "bag/bag_writer.h"
 
-#include <charconv>
 #include <cmath>
 
+#include "automation/number_chars.h"
 #include "bag/escape.h"
 #include "bag/levelled_text.h"
 #include "vndoc6/automation/error.h"
@@ -16,7 +16,7 @@ using automation::Currency;
 
 void AppendNumber(int64_t value, std::string& out) {
   char digits[24];
-  out.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+  out.append(digits, automation::ToChars(digits, digits + sizeof digits, value).ptr);
 }
 
 template <class Real>
@@ -24,7 +24,7 @@ void AppendReal(Real value, std::string& out) {
   char digits[64];
   // A NaN's sign means nothing to automation.
   if (std::isnan(value)) value = std::abs(value);
-  out.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+  out.append(digits, automation::ToChars(digits, digits + sizeof digits, value).ptr);
 }
 
 void AppendCurrency(Currency value, std::string& out) {

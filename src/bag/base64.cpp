@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "automation/room.h"
+
 namespace vndoc6::bag {
 namespace {
 
@@ -21,7 +23,7 @@ constexpr std::array<uint8_t, 256> kValues = MakeValues();
 }  // namespace
 
 void AppendBase64(std::span<const uint8_t> bytes, std::string& out) {
-  out.reserve(out.size() + (bytes.size() + 2) / 3 * 4);
+  automation::MakeRoom(out, (bytes.size() + 2) / 3 * 4);
   for (size_t i = 0; i < bytes.size(); i += 3) {
     const size_t count = std::min<size_t>(bytes.size() - i, 3);
     uint32_t group = 0;

@@ -11,13 +11,12 @@ namespace vndoc6::platform {
 // All that `file.Read(bytes, size)` gives until it gives nothing more; nothing when it fails.
 // `expected` is what the file says it holds, which may be untrue.
 //
-// Goes through a piece that stays in the processor's cache: a string could be read into only after
-// filling it with zeros, which costs more.
+// Goes through a piece: what a file untruly says it holds takes no memory.
 template <class File>
 std::optional<std::string> ReadToEnd(const File& file, size_t expected) {
   constexpr size_t kPiece = size_t{1} << 18;
   constexpr size_t kMostReserved = size_t{1} << 30;
-  const auto piece = std::make_unique_for_overwrite<char[]>(kPiece);
+  const auto piece = std::unique_ptr<char[]>(new char[kPiece]);
   std::string bytes;
   bytes.reserve(std::min(expected, kMostReserved));
   while (const auto count = file.Read(piece.get(), kPiece)) {
