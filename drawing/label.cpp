@@ -13,14 +13,10 @@ struct CodePoint {
 };
 
 CodePoint CodePointAt(TextView text, size_t at) {
-  const char32_t high = text[at];
-  if (high >= 0xD800 && high < 0xDC00 && at + 1 < text.size()) {
-    const char32_t low = text[at + 1];
-    if (low >= 0xDC00 && low < 0xE000) {
-      return {0x10000 + ((high - 0xD800) << 10) + (low - 0xDC00), 2};
-    }
-  }
-  return {high, 1};
+  text.remove_prefix(at);
+  const size_t before = text.size();
+  const char32_t value = automation::TakeCodePoint(text);
+  return {value, before - text.size()};
 }
 
 struct Range {
@@ -181,7 +177,7 @@ void CutLines(std::vector<Text>& lines, size_t count) {
   Text& last = lines.back();
   // A surrogate pair goes as a whole.
   if (last.size() > 1) last.pop_back();
-  if (!last.empty() && last.back() >= 0xD800 && last.back() < 0xDC00) last.pop_back();
+  if (!last.empty() && automation::IsHighSurrogate(last.back())) last.pop_back();
   last += u'\u2026';
 }
 

@@ -11,17 +11,15 @@
 namespace vndoc6::drawing {
 namespace {
 
-bool IsHigh(char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
-bool IsLow(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
-
-// Whether XML 1.0 and HTML may hold this unit, pairs of surrogates apart.
-bool MayStand(char16_t unit) {
-  if (unit < 0x20) return unit == '\t' || unit == '\n' || unit == '\r';
-  return !(unit >= 0x7F && unit < 0xA0) && unit < 0xFFFE && !IsHigh(unit) && !IsLow(unit);
+// Whether XML 1.0 and HTML may hold this.
+bool MayStand(char32_t c) {
+  if (c < 0x20) return c == '\t' || c == '\n' || c == '\r';
+  if (c >= 0x7F && c < 0xA0) return false;
+  return !automation::IsSurrogate(c) && c != 0xFFFE && c != 0xFFFF;
 }
 
-const char* Entity(char16_t unit) {
-  switch (unit) {
+const char* Entity(char32_t c) {
+  switch (c) {
     case '&':
       return "&amp;";
     case '<':
@@ -107,16 +105,14 @@ std::string Escaped(TextView text) {
   const auto flush = [&](size_t end) {
     automation::AppendUtf8(text.substr(plain, end - plain), out);
   };
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (IsHigh(text[i]) && i + 1 < text.size() && IsLow(text[i + 1])) {
-      ++i;
-      continue;
-    }
-    const char* entity = Entity(text[i]);
-    if (entity == nullptr && MayStand(text[i])) continue;
-    flush(i);
+  for (TextView rest = text; !rest.empty();) {
+    const size_t at = text.size() - rest.size();
+    const char32_t c = automation::TakeCodePoint(rest);
+    const char* entity = Entity(c);
+    if (entity == nullptr && MayStand(c)) continue;
+    flush(at);
     out += entity != nullptr ? entity : "\xEF\xBF\xBD";
-    plain = i + 1;
+    plain = at + 1;
   }
   flush(text.size());
   return out;

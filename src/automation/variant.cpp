@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <system_error>
 
+#include "automation/currency_text.h"
 #include "automation/number_chars.h"
 #include "vndoc6/automation/error.h"
 
@@ -75,50 +77,13 @@ Text ShortestText(Number value) {
 }
 
 Text CurrencyText(Currency value) {
-  const bool negative = value.scaled < 0;
-  // Unsigned, so that the lowest value has its magnitude too.
-  const uint64_t magnitude =
-      negative ? 0 - static_cast<uint64_t>(value.scaled) : static_cast<uint64_t>(value.scaled);
-  Text text = negative ? u"-" : u"";
-  text += ShortestText(magnitude / 10000);
-  const uint64_t fraction = magnitude % 10000;
-  if (fraction == 0) return text;
-  Text digits = ShortestText(10000 + fraction);
-  while (digits.back() == u'0') digits.pop_back();
-  digits[0] = u'.';
-  return text + digits;
+  std::string decimal;
+  AppendDecimal(value, decimal);
+  return Text(decimal.begin(), decimal.end());
 }
 
-struct CivilDate {
-  int64_t year;
-  unsigned month, day;
-};
-
-// The proleptic Gregorian calendar; days counted from 1 January 1970.
-CivilDate CivilFromDays(int64_t days) {
-  days += 719468;
-  const int64_t era = (days >= 0 ? days : days - 146096) / 146097;
-  const auto day_of_era = static_cast<unsigned>(days - era * 146097);
-  const unsigned year_of_era =
-      (day_of_era - day_of_era / 1460 + day_of_era / 36524 - day_of_era / 146096) / 365;
-  const unsigned day_of_year =
-      day_of_era - (365 * year_of_era + year_of_era / 4 - year_of_era / 100);
-  const unsigned shifted_month = (5 * day_of_year + 2) / 153;
-  const unsigned day = day_of_year - (153 * shifted_month + 2) / 5 + 1;
-  const unsigned month = shifted_month < 10 ? shifted_month + 3 : shifted_month - 9;
-  return {static_cast<int64_t>(year_of_era) + era * 400 + (month <= 2 ? 1 : 0), month, day};
-}
-
-int64_t DaysFromCivil(int64_t year, unsigned month, unsigned day) {
-  year -= month <= 2 ? 1 : 0;
-  const int64_t era = (year >= 0 ? year : year - 399) / 400;
-  const auto year_of_era = static_cast<unsigned>(year - era * 400);
-  const unsigned day_of_year = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
-  const unsigned day_of_era = year_of_era * 365 + year_of_era / 4 - year_of_era / 100 + day_of_year;
-  return era * 146097 + static_cast<int64_t>(day_of_era) - 719468;
-}
-
-constexpr int64_t kDaysTo1970 = 25569;  // from 30 December 1899, where automation dates begin
+// From 30 December 1899, where automation dates begin.
+constexpr int64_t kDaysTo1970 = 25569;
 
 Text TwoDigits(int64_t value) { return (value < 10 ? u"0" : u"") + ShortestText(value); }
 
@@ -132,9 +97,11 @@ Text DateText(Date date) {
     seconds = 0;
     whole += 1;
   }
-  const CivilDate civil = CivilFromDays(static_cast<int64_t>(whole) - kDaysTo1970);
-  Text text =
-      ShortestText(civil.year) + u"-" + TwoDigits(civil.month) + u"-" + TwoDigits(civil.day);
+  const std::chrono::year_month_day day =
+      std::chrono::sys_days(std::chrono::days(static_cast<int64_t>(whole) - kDaysTo1970));
+  Text text = ShortestText(static_cast<int>(day.year())) + u"-" +
+              TwoDigits(static_cast<unsigned>(day.month())) + u"-" +
+              TwoDigits(static_cast<unsigned>(day.day()));
   if (seconds == 0) return text;
   return text + u" " + TwoDigits(seconds / 3600) + u":" + TwoDigits(seconds / 60 % 60) + u":" +
          TwoDigits(seconds % 60);
@@ -156,6 +123,16 @@ bool TakePart(TextView& text, char16_t separator, int64_t limit, int64_t& value)
   return true;
 }
 
+// The calendar repeats itself every 400 years, and the standard's ends in 32767. A day that its
+// month has not is one of the next.
+int64_t DayOf(int64_t year, int64_t month, int64_t day) {
+  constexpr int64_t kCycle = 400;
+  constexpr int64_t kCycleDays = 146097;
+  const std::chrono::sys_days date = std::chrono::year(static_cast<int>(year % kCycle)) /
+                                     static_cast<int>(month) / static_cast<int>(day);
+  return date.time_since_epoch().count() + year / kCycle * kCycleDays + kDaysTo1970;
+}
+
 // A date in the form that DateText writes, or a number of days.
 Date DateIn(TextView text) {
   TextView rest = text;
@@ -171,8 +148,7 @@ Date DateIn(TextView text) {
       throw Error(kTypeMismatch);
     }
   }
-  const auto days = static_cast<double>(
-      DaysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day)) + kDaysTo1970);
+  const auto days = static_cast<double>(DayOf(year, month, day));
   const double time = static_cast<double>(hour * 3600 + minute * 60 + second) / 86400;
   return {days < 0 ? days - time : days + time};
 }

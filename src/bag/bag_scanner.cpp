@@ -5,6 +5,7 @@
 #include <cstring>
 #include <functional>
 
+#include "automation/currency_text.h"
 #include "bag/escape.h"
 #include "bag/levelled_text.h"
 #include "vndoc6/automation/services.h"
@@ -50,21 +51,6 @@ size_t FindNear(std::string_view bytes, char sought, size_t from) {
   return bytes.find(sought, from);
 }
 
-bool ReadCurrency(std::string_view digits, int64_t& scaled) {
-  constexpr size_t kPlaces = 4;
-  constexpr size_t kLongest = 26;
-  const size_t point = std::min(digits.find('.'), digits.size());
-  const std::string_view whole = digits.substr(0, point);
-  const std::string_view places = digits.substr(std::min(point + 1, digits.size()));
-  const bool has_point = point < digits.size();
-  if (digits.size() > kLongest || whole.empty() || whole == "-") return false;
-  if (places.size() > kPlaces || places.empty() == has_point) return false;
-  std::string all(whole);
-  all += places;
-  all.append(kPlaces - places.size(), '0');
-  return ReadNumber(all, scaled);
-}
-
 template <class Number, class Value = Number>
 bool ReadAs(std::string_view digits, Variant& value) {
   Number number{};
@@ -96,7 +82,7 @@ bool ReadPlain(char tag, std::string_view digits, Variant& value) {
       return ReadAs<int32_t, automation::ErrorValue>(digits, value);
     case 'c': {
       Currency currency;
-      if (!ReadCurrency(digits, currency.scaled)) return false;
+      if (!ReadDecimal(digits, currency)) return false;
       value = currency;
       return true;
     }

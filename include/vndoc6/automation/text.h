@@ -13,6 +13,20 @@ using TextView = std::u16string_view;
 
 namespace automation {
 
+inline bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+inline bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+inline bool IsSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
+
+// Takes the first code point off a text that is not empty; a lone surrogate is taken as itself.
+inline char32_t TakeCodePoint(TextView& text) {
+  const char32_t unit = text[0];
+  const bool paired = IsHighSurrogate(unit) && text.size() > 1 && IsLowSurrogate(text[1]);
+  const char32_t code_point =
+      paired ? 0x10000 + ((unit - 0xD800) << 10) + (text[1] - 0xDC00) : unit;
+  text.remove_prefix(paired ? 2 : 1);
+  return code_point;
+}
+
 // UTF-8 of a text. A lone surrogate becomes its three-byte form, so FromUtf8 gives it back.
 std::string ToUtf8(TextView text);
 void AppendUtf8(TextView text, std::string& out);
