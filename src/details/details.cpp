@@ -4,6 +4,7 @@
 #include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
 #include "bag/row_text.h"
+#include "core/part.h"
 #include "core/scope.h"
 #include "fields/fields.h"
 #include "platform/keys.h"
@@ -111,15 +112,7 @@ void vnDetails::ReportChange(int32_t detail_id) {
     scope->Report<&DocumentListener::DetailsChange>(*this, detail_id);
 }
 
-automation::Ref<vnTitleRef> vnDetails::AuthorisedBy() {
-  return authorised_by_.Get(
-      [this] {
-        automation::Ref<vnTitleRef> authoriser = automation::Make<vnTitleRef>();
-        Inside::TakeDocument(*authoriser, document());
-        return authoriser;
-      },
-      [](vnTitleRef& authoriser, const bag::KeptText& text) { Inside::Read(authoriser, text); });
-}
+automation::Ref<vnTitleRef> vnDetails::AuthorisedBy() { return ReadPart(authorised_by_, *this); }
 
 automation::Ref<automation::Object> vnDetails::Fields() {
   return fields::Read(*this, fields_, &fields::MakeFieldValues);

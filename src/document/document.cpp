@@ -5,6 +5,7 @@
 
 #include "automation/inside.h"
 #include "bag/bag_part.h"
+#include "core/part.h"
 #include "core/scope.h"
 #include "document/document_scope.h"
 #include "fields/fields.h"
@@ -34,36 +35,8 @@ using automation::Owned;
 using automation::Ref;
 using automation::Variant;
 using bag::KeptText;
-using bag::Lazy;
 
 namespace {
-
-// A part that is made with the document.
-template <class T>
-Owned<T> MakePart(vnDocument* document) {
-  const Ref<T> part = automation::Make<T>();
-  Inside::TakeDocument(*part, document);
-  return Owned<T>(part.get());
-}
-
-// A part that is built on the first read. The document-wide lists are built without a report: what
-// they hold was in the document already.
-template <class T>
-Ref<T> LazyPart(Lazy<T>& part, vnDocument* document) {
-  const auto make = [document] {
-    auto object = automation::Make<T>();
-    Inside::TakeDocument(*object, document);
-    return object;
-  };
-  const auto load = [](T& object, const KeptText& text) {
-    if constexpr (requires { Inside::ReadQuietly(object, text); }) {
-      Inside::ReadQuietly(object, text);
-    } else {
-      Inside::Read(object, text);
-    }
-  };
-  return part.Get(make, load);
-}
 
 // The copy gets its document last: hosts hear of it when it is there, not of its parts before.
 template <class T, class List>
@@ -88,10 +61,10 @@ Ref<T> CopyInto(vnDocument& document, List& list, T* source) {
 }  // namespace
 
 vnDocument::vnDocument() : scope_(std::make_unique<OwnScope>(*this)) {
-  details_ = MakePart<vnDetails>(this);
-  steps_ = MakePart<vnSteps>(this);
+  details_ = Owned<vnDetails>(MakePart<vnDetails>(*this).get());
+  steps_ = Owned<vnSteps>(MakePart<vnSteps>(*this).get());
   SetProperties(automation::Make<Properties>().get());
-  titles_ = MakePart<vnTitles>(this);
+  titles_ = Owned<vnTitles>(MakePart<vnTitles>(*this).get());
 }
 
 // Hosts whose own objects hang in the document (field definitions, forms, a database) see them go
@@ -113,10 +86,10 @@ vnDocument::~vnDocument() {
 
 // --- Parts ---
 
-Ref<vnChart> vnDocument::Chart() { return LazyPart(chart_, this); }
+Ref<vnChart> vnDocument::Chart() { return ReadPart(chart_, *this); }
 Ref<vnSteps> vnDocument::Steps() const { return steps_.get(); }
 Ref<vnDetails> vnDocument::Details() const { return details_.get(); }
-Ref<vnRevisions> vnDocument::RevisionHistory() { return LazyPart(revision_history_, this); }
+Ref<vnRevisions> vnDocument::RevisionHistory() { return ReadPart(revision_history_, *this); }
 Ref<vnTitles> vnDocument::Titles() const { return titles_.get(); }
 Ref<Properties> vnDocument::GetProperties() const { return properties_.get(); }
 void vnDocument::SetProperties(Properties* poProperties) {
@@ -126,10 +99,10 @@ void vnDocument::SetProperties(Properties* poProperties) {
 }
 
 Variant vnDocument::Containers() { return Variant(ContainerCollection()); }
-Ref<vnContainers> vnDocument::ContainerCollection() { return LazyPart(containers_, this); }
-Ref<vnLinks> vnDocument::Links() { return LazyPart(links_, this); }
-Ref<vnFiles> vnDocument::Files() { return LazyPart(files_, this); }
-Ref<vnJumps> vnDocument::Jumps() { return LazyPart(jumps_, this); }
+Ref<vnContainers> vnDocument::ContainerCollection() { return ReadPart(containers_, *this); }
+Ref<vnLinks> vnDocument::Links() { return ReadPart(links_, *this); }
+Ref<vnFiles> vnDocument::Files() { return ReadPart(files_, *this); }
+Ref<vnJumps> vnDocument::Jumps() { return ReadPart(jumps_, *this); }
 
 Ref<Properties> vnDocument::Attachments() {
   KeepLoadedAttachments();

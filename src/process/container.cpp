@@ -4,6 +4,7 @@
 #include "bag/bag_writer.h"
 #include "bag/row_text.h"
 #include "collections/collection_text.h"
+#include "core/part.h"
 #include "core/scope.h"
 #include "schema/rows.h"
 #include "vndoc6/chart/figure.h"
@@ -75,16 +76,7 @@ Text vnContainer::Description() {
   return description;
 }
 
-Ref<vnFigure> vnContainer::Figure() {
-  return figure_.Get(
-      [this] {
-        Ref<vnFigure> figure = automation::Make<vnFigure>();
-        Inside::TakeDocument(*figure, document());
-        figure->SetContainer(this);
-        return figure;
-      },
-      [](vnFigure& figure, const KeptText& text) { Inside::Read(figure, text, Text()); });
-}
+Ref<vnFigure> vnContainer::Figure() { return ReadPart(figure_, *this); }
 
 void vnContainer::Load(const Text& psLoad, const Text& psKey) { Read(KeptText(psLoad), psKey); }
 

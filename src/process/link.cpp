@@ -8,6 +8,7 @@
 #include "bag/bag_writer.h"
 #include "bag/row_text.h"
 #include "collections/collection_text.h"
+#include "core/part.h"
 #include "core/scope.h"
 #include "schema/rows.h"
 #include "vndoc6/bag/lazy.h"
@@ -104,32 +105,10 @@ void vnLink::TakeDocument(vnDocument* document) {
   });
 }
 
-Ref<vnLine> vnLink::Line() {
-  return content().line.Get(
-      [this] {
-        Ref<vnLine> line = automation::Make<vnLine>();
-        Inside::TakeDocument(*line, document());
-        line->SetLink(this);
-        return line;
-      },
-      [](vnLine& line, const KeptText& text) { Inside::Read(line, text); });
-}
-
+Ref<vnLine> vnLink::Line() { return ReadPart(content().line, *this); }
 void vnLink::SetLine(vnLine* poLine) { content().line.Set(poLine); }
 
-Ref<vnConditions> vnLink::Conditions() {
-  // Building them reports them; a host's handler may let go of this link.
-  const Ref<vnLink> self(this);
-  return content().conditions.Get(
-      [this] {
-        Ref<vnConditions> conditions = automation::Make<vnConditions>();
-        Inside::TakeDocument(*conditions, document());
-        conditions->SetLink(this);
-        return conditions;
-      },
-      [](vnConditions& conditions, const KeptText& text) { Inside::Read(conditions, text); });
-}
-
+Ref<vnConditions> vnLink::Conditions() { return ReadPart(content().conditions, *this); }
 void vnLink::SetConditions(vnConditions* poConditions) { content().conditions.Set(poConditions); }
 
 Ref<vnCondition> vnLink::NewCondition(const vndoc6::Text& psDisplayName,

@@ -8,6 +8,7 @@
 #include "automation/inside.h"
 #include "bag/bag_part.h"
 #include "bag/row_text.h"
+#include "core/part.h"
 #include "core/scope.h"
 #include "fields/fields.h"
 #include "platform/keys.h"
@@ -23,7 +24,6 @@ using automation::Object;
 using automation::Owned;
 using automation::Ref;
 using bag::KeptText;
-using bag::Lazy;
 
 vnStep::vnStep() = default;
 vnStep::~vnStep() = default;
@@ -74,43 +74,18 @@ template void vnStep::Put(Text Values::*, const Text&);
 
 // --- Parts ---
 
-template <class T>
-Ref<T> vnStep::Part(Lazy<T>& part) {
-  if (T* const built = part.built()) return built;
-  // Building it is reported; a handler may let go of this step.
-  const Ref<vnStep> self(this);
-  const auto make = [this] {
-    auto object = automation::Make<T>();
-    Inside::TakeDocument(*object, document());
-    if constexpr (requires { object->SetStep(this); }) object->SetStep(this);
-    return object;
-  };
-  const auto load = [](T& object, const KeptText& text) {
-    if constexpr (requires { Inside::Read(object, text); }) {
-      Inside::Read(object, text);
-    } else {
-      Inside::Read(object, text, Text());
-    }
-  };
-  return part.Get(make, load);
-}
-
-Ref<vnFigure> vnStep::Figure() { return Part(content().figure); }
-Ref<vnConditions> vnStep::Conditions() { return Part(content().conditions); }
+Ref<vnFigure> vnStep::Figure() { return ReadPart(content().figure, *this); }
+Ref<vnConditions> vnStep::Conditions() { return ReadPart(content().conditions, *this); }
 void vnStep::SetConditions(vnConditions* poConditions) { content().conditions.Set(poConditions); }
-Ref<vnTasks> vnStep::Tasks() { return Part(content().tasks); }
+Ref<vnTasks> vnStep::Tasks() { return ReadPart(content().tasks, *this); }
 void vnStep::SetTasks(vnTasks* poTasks) { content().tasks.Set(poTasks); }
-Ref<vnFiles> vnStep::Files() { return Part(content().files); }
-Ref<vnJumps> vnStep::Jumps() { return Part(content().jumps); }
-Ref<vnTitleRefs> vnStep::PerformedBy() { return Part(content().performed_by); }
+Ref<vnFiles> vnStep::Files() { return ReadPart(content().files, *this); }
+Ref<vnJumps> vnStep::Jumps() { return ReadPart(content().jumps, *this); }
+Ref<vnTitleRefs> vnStep::PerformedBy() { return ReadPart(content().performed_by, *this); }
 
 Ref<vnLinks> vnStep::Links() {
   Content& parts = content();
-  if (!parts.links) {
-    auto links = automation::Make<vnLinks>();
-    Inside::TakeDocument(*links, document());
-    parts.links = Owned<vnLinks>(links.get());
-  }
+  if (!parts.links) parts.links = Owned<vnLinks>(MakePart<vnLinks>(*this).get());
   return parts.links.get();
 }
 

@@ -184,9 +184,6 @@ class vnStep : public Member {
     bool auto_complete = false;
   };
   struct Content;
-  // A part, built on the first read.
-  template <class T>
-  automation::Ref<T> Part(bag::Lazy<T>& part);
   // Everything but the key and the number, read from the text on first use.
   Content& content();
   Values& values();
