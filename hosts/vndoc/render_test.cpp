@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "command.h"
+#include "tests/support/temporary_folder.h"
 #include "vndoc6/process/steps.h"
 
 namespace vndoc {
@@ -26,7 +27,6 @@ class RenderTest : public testing::Test {
     document->NewStep()->SetLabel(u"Ask");
     document->SaveAs(vndoc6::automation::FromUtf8(file_));
   }
-  ~RenderTest() override { std::filesystem::remove_all(folder_); }
 
   int RunWith(std::vector<const char*> arguments) {
     arguments.insert(arguments.begin(), "vndoc");
@@ -56,7 +56,8 @@ class RenderTest : public testing::Test {
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);
   }
 
-  std::string folder_ = testing::TempDir() + "vndoc $(exit) \"render'";
+  const vndoc6::testing::TemporaryFolder own_folder_;
+  std::string folder_ = (own_folder_.path() / "vndoc $(exit) \"render'").string();
   std::string file_ = folder_ + "/document.vn6";
   std::string target_ = folder_ + "/target";
   std::string picture_ = folder_ + "/target.png";

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <limits>
 #include <vector>
 
 #include "automation/inside.h"
 #include "platform/file_system.h"
+#include "tests/support/temporary_folder.h"
 #include "vndoc6/automation/late_bound.h"
 #include "vndoc6/automation/picture.h"
 
@@ -237,9 +237,8 @@ TEST(Properties, ForEachWalksTheEntriesThereWereAtItsStart) {
 }
 
 TEST(Properties, FilesAreWrittenWholeAndReadAsFarAsTheyAreWellFormed) {
-  const auto folder = std::filesystem::path(testing::TempDir()) / "vndoc6_properties";
-  std::filesystem::create_directories(folder);
-  const Text name = (folder / "bag").u16string();
+  const vndoc6::testing::TemporaryFolder folder;
+  const Text name = folder.Name("bag");
   auto bag = BagOf(u"a=1:b=~64\"\u20AC\":");
   ASSERT_TRUE(bag->WriteToFile(name, u""));
   EXPECT_FALSE(bag->WriteToFile(name + u"/below", u""));
@@ -251,7 +250,6 @@ TEST(Properties, FilesAreWrittenWholeAndReadAsFarAsTheyAreWellFormed) {
   ASSERT_TRUE(platform::ReplaceFileWith(name, "c=1:damaged"));
   EXPECT_FALSE(read->ReadFromFile(name, u""));
   EXPECT_EQ(Spelled(*read), u"c=1 ");
-  std::filesystem::remove_all(folder);
 }
 
 TEST(Properties, HostsReachMembersByName) {

@@ -10,6 +10,7 @@
 #include "platform/keys.h"
 #include "tests/support/recording_listener.h"
 #include "tests/support/scripted_object.h"
+#include "tests/support/temporary_folder.h"
 #include "vndoc6/automation/error.h"
 #include "vndoc6/automation/late_bound.h"
 #include "vndoc6/automation/services.h"
@@ -36,17 +37,8 @@ using Lines = std::vector<std::string>;
 
 class DocumentFile : public ::testing::Test {
  protected:
-  DocumentFile()
-      : folder_(std::filesystem::temp_directory_path() /
-                ("vndoc6 " + automation::ToUtf8(platform::NewKey()))) {
-    std::filesystem::create_directory(folder_);
-  }
-  ~DocumentFile() override { std::filesystem::remove_all(folder_); }
-
-  Text Name(const char* name) const { return (folder_ / name).u16string(); }
-  void Write(const char* name, std::string_view bytes) const {
-    std::ofstream(folder_ / name, std::ios::binary) << bytes;
-  }
+  Text Name(const char* name) const { return own_folder_.Name(name); }
+  void Write(const char* name, std::string_view bytes) const { own_folder_.Write(name, bytes); }
   std::string Read(const char* name) const {
     return platform::ReadWholeFile(Name(name)).value_or("(no such file)");
   }
@@ -57,7 +49,8 @@ class DocumentFile : public ::testing::Test {
     return lines;
   }
 
-  std::filesystem::path folder_;
+  const testing::TemporaryFolder own_folder_;
+  const std::filesystem::path& folder_ = own_folder_.path();
 };
 
 Lines operator+(Lines left, const Lines& right) {

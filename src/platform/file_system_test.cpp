@@ -13,6 +13,7 @@
 
 #include "platform/file_calls.h"
 #include "tests/support/hooked_file_calls.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vndoc6::platform {
 namespace {
@@ -22,17 +23,9 @@ namespace fs = std::filesystem;
 // Each test in a folder of its own.
 class FileSystem : public ::testing::Test {
  protected:
-  void SetUp() override {
-    folder_ = fs::path(::testing::TempDir()) / "vndoc6_file_system";
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-  }
-  void TearDown() override {
-    file_calls() = real_;
-    fs::remove_all(folder_);
-  }
+  void TearDown() override { file_calls() = real_; }
 
-  Text Name(const char* name) const { return (folder_ / name).u16string(); }
+  Text Name(const char* name) const { return own_folder_.Name(name); }
   size_t FilesInFolder() const {
     return static_cast<size_t>(std::distance(fs::directory_iterator(folder_), {}));
   }
@@ -43,7 +36,8 @@ class FileSystem : public ::testing::Test {
     return static_cast<unsigned>(fs::status(folder_ / name).permissions());
   }
 
-  fs::path folder_;
+  const testing::TemporaryFolder own_folder_;
+  const fs::path& folder_ = own_folder_.path();
   const FileCalls real_ = file_calls();
 };
 

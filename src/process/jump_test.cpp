@@ -10,6 +10,7 @@
 #include "platform/file_system.h"
 #include "platform/keys.h"
 #include "tests/support/saved_text.h"
+#include "tests/support/temporary_folder.h"
 #include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
@@ -63,13 +64,9 @@ TEST(Jump, RecoversTheProcessFromFileNamesOfTheOldForm) {
   }
 }
 
-// A fresh folder for files, gone with the test.
 class JumpDocumentTest : public ::testing::Test {
  protected:
-  JumpDocumentTest() { std::filesystem::create_directories(folder_); }
-  ~JumpDocumentTest() override { std::filesystem::remove_all(folder_); }
-
-  Text PathOf(const char* name) const { return (folder_ / name).u16string(); }
+  Text PathOf(const char* name) const { return folder_.Name(name); }
   Text SavedDocument(const char* name, const Text& jump_to = {}) const {
     const auto document = Make<vnDocument>();
     if (!jump_to.empty()) {
@@ -88,8 +85,7 @@ class JumpDocumentTest : public ::testing::Test {
   }
 
  private:
-  std::filesystem::path folder_ =
-      std::filesystem::path(::testing::TempDir()) / automation::ToUtf8(platform::NewKey());
+  testing::TemporaryFolder folder_;
 };
 
 TEST_F(JumpDocumentTest, OpensItsTargetOnceItExistsAndKeepsIt) {
