@@ -8,15 +8,15 @@ function(vndoc6_glob result pattern)
   set(${result} ${files} PARENT_SCOPE)
 endfunction()
 
-# The same in every folder that does not belong to one platform. x_posix.cpp and x_windows.cpp are
-# two versions of one thing, of which each platform has its own.
+# The same in every folder that does not belong to one platform. Files that end in _posix or _windows
+# are for that platform: x_posix.cpp and x_windows.cpp are two versions of one thing.
 function(vndoc6_model_files result pattern)
   vndoc6_glob(files ${pattern} "*")
   list(FILTER files EXCLUDE REGEX "/src/com/")
   if(WIN32)
-    list(FILTER files EXCLUDE REGEX "_posix\\.cpp$")
+    list(FILTER files EXCLUDE REGEX "_posix\\.(cpp|h)$")
   else()
-    list(FILTER files EXCLUDE REGEX "_windows\\.cpp$")
+    list(FILTER files EXCLUDE REGEX "_windows\\.(cpp|h)$")
   endif()
   set(${result} ${files} PARENT_SCOPE)
 endfunction()

@@ -1,7 +1,7 @@
 #include "idl_writer.h"
 
 #include "guid_text.h"
-#include "vndoc6/automation/error.h"
+#include "published/type_names.h"
 #include "vndoc6/published/library.h"
 #include "vndoc6/published/published.h"
 
@@ -18,45 +18,6 @@ std::string HelpAttribute(std::string_view help) {
   return help.empty() ? std::string() : ", helpstring(" + Quoted(help) + ")";
 }
 
-// A type as a parameter passed by value; results and by-reference ones add a star.
-std::string TypeText(const TypeInfo& type) {
-  switch (type.kind) {
-    case TypeKind::kVoid:
-      return "void";
-    case TypeKind::kBoolean:
-      return "VARIANT_BOOL";
-    case TypeKind::kShort:
-      return "short";
-    case TypeKind::kLong:
-      return "long";
-    case TypeKind::kSingle:
-      return "float";
-    case TypeKind::kDouble:
-      return "double";
-    case TypeKind::kCurrency:
-      return "CURRENCY";
-    case TypeKind::kDate:
-      return "DATE";
-    case TypeKind::kText:
-      return "BSTR";
-    case TypeKind::kVariant:
-      return "VARIANT";
-    case TypeKind::kEnum:
-      return type.enumeration().name;
-    case TypeKind::kClass:
-      return DefaultInterfaceName(type.class_info()) + "*";
-    case TypeKind::kDispatch:
-      return "IDispatch*";
-    case TypeKind::kFont:
-      return "IFontDisp*";
-    case TypeKind::kPicture:
-      return "IPictureDisp*";
-    case TypeKind::kEnumerator:
-      return "IUnknown*";
-  }
-  throw Error(kInvalidCall);
-}
-
 std::string DefaultText(const Variant& value) {
   return value.IsText() ? Quoted(ToUtf8(*value.If<Text>())) : ToUtf8(value.ToText());
 }
@@ -66,7 +27,7 @@ std::string ParameterText(const ParameterInfo& parameter) {
   if (parameter.optional) {
     text += ", optional, defaultvalue(" + DefaultText(parameter.default_value) + ")";
   }
-  text += "] " + TypeText(parameter.type) + (parameter.by_reference ? "* " : " ");
+  text += "] " + InterfaceTypeName(parameter.type) + (parameter.by_reference ? "* " : " ");
   return text + parameter.name;
 }
 
@@ -83,7 +44,7 @@ std::string MemberText(const MemberInfo& member, const std::string& help) {
     separator = ", ";
   }
   if (member.result.kind != TypeKind::kVoid) {
-    text += separator + ("[out, retval] " + TypeText(member.result)) + "* result";
+    text += separator + ("[out, retval] " + InterfaceTypeName(member.result)) + "* result";
   }
   return text + ");\n";
 }
@@ -105,7 +66,8 @@ std::string EventText(const EventInfo& event, const std::string& help) {
   const char* separator = "";
   for (const EventParameter& parameter : event.parameters) {
     text += separator + std::string(parameter.by_reference ? "[in, out] " : "[in] ") +
-            TypeText(parameter.type) + (parameter.by_reference ? "* " : " ") + parameter.name;
+            InterfaceTypeName(parameter.type) + (parameter.by_reference ? "* " : " ") +
+            parameter.name;
     separator = ", ";
   }
   return text + ");\n";

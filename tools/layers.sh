@@ -10,7 +10,6 @@ layers=(automation schema platform bag fields core collections titles chart deta
 # hosts, so its rows need that class whole.
 upward_includes() {
   cat <<'LIST'
-automation/vtable_entry.h com/vtable_thunk.h
 chart/chart.cpp document/document.h
 chart/figure.cpp document/document.h
 chart/figure.cpp process/container.h

@@ -94,7 +94,7 @@ check_type_library() {
 # number of bytes that a function removes behind its name; a name without it is a wrong convention.
 check_slots() {
   local slots wrong
-  slots=$(grep -E ' __ZN6vndoc63com(3abi4SlotI|12_GLOBAL__N_1.*EPNS0_8DualHead)' <<<"$1") || {
+  slots=$(grep -E ' __ZN6vndoc6(10automation3abi4SlotI|3com12_GLOBAL__N_1.*EPNS0_8FaceHead)' <<<"$1") || {
     echo "The DLL names none of its members"
     return 1
   }

@@ -4,7 +4,7 @@
 
 #ifdef _WIN32
 
-#include "com/vtable_thunk.h"
+#include "automation/slots_windows.h"
 
 #else
 

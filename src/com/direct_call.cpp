@@ -1,6 +1,7 @@
 #include "com/direct_call.h"
 
 #include "com/entry.h"
+#include "com/variants.h"
 #include "vndoc6/automation/class_info.h"
 
 namespace vndoc6::com {
@@ -8,31 +9,8 @@ namespace {
 
 using automation::CallKind;
 using automation::ClassInfo;
+using automation::DualHead;
 using automation::MemberInfo;
-using automation::TypeKind;
-
-// How a VARIANT tells the type of a plain value or text; VT_EMPTY for any other.
-VARTYPE PlainType(TypeKind kind) {
-  switch (kind) {
-    case TypeKind::kBoolean:
-      return VT_BOOL;
-    case TypeKind::kShort:
-      return VT_I2;
-    case TypeKind::kLong:
-    case TypeKind::kEnum:
-      return VT_I4;
-    case TypeKind::kSingle:
-      return VT_R4;
-    case TypeKind::kDouble:
-      return VT_R8;
-    case TypeKind::kDate:
-      return VT_DATE;
-    case TypeKind::kText:
-      return VT_BSTR;
-    default:
-      return VT_EMPTY;
-  }
-}
 
 const MemberInfo* FindMember(const DualHead& self, DISPID id, CallKind kind) {
   const ClassInfo* info = self.object->GetClassInfo();
@@ -75,6 +53,8 @@ HRESULT PutPlain(DualHead& self, const MemberInfo& member, const VARIANT& value)
     case VT_R8:
     case VT_DATE:
       return PutValue(self, member, value.dblVal);
+    case VT_CY:
+      return PutValue(self, member, value.cyVal);
     default:
       return PutValue(self, member, value.bstrVal);
   }

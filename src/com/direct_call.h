@@ -6,13 +6,14 @@
 
 #include <optional>
 
+#include "automation/slots_windows.h"
 #include "com/com.h"
-#include "com/dual_head.h"
 
 namespace vndoc6::com {
 
 // The call's answer; nothing when the call is not of that kind and has not been made.
-std::optional<HRESULT> CallDirectly(DualHead& self, DISPID id, WORD flags, const DISPPARAMS& params,
-                                    VARIANT* result, EXCEPINFO* exception) noexcept;
+std::optional<HRESULT> CallDirectly(automation::DualHead& self, DISPID id, WORD flags,
+                                    const DISPPARAMS& params, VARIANT* result,
+                                    EXCEPINFO* exception) noexcept;
 
 }  // namespace vndoc6::com

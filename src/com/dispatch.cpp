@@ -147,11 +147,12 @@ HRESULT GetIdsOfNames(Object& object, LPOLESTR* names, UINT count, DISPID* ids) 
   });
 }
 
-HRESULT InvokeMember(const DualHead& self, DISPID id, WORD flags, const DISPPARAMS& params,
-                     VARIANT* result, EXCEPINFO* exception, UINT* argument_at_fault) noexcept {
+HRESULT InvokeMember(const automation::DualHead& self, DISPID id, WORD flags,
+                     const DISPPARAMS& params, VARIANT* result, EXCEPINFO* exception,
+                     UINT* argument_at_fault) noexcept {
   if (result != nullptr) result->vt = VT_EMPTY;
-  const Running running(self);
-  return Guarded(
+  const automation::Running running(self);
+  return automation::Guarded(
       [&] {
         const Variant value = Call(*running, id, AllowedKinds(*running, id, flags), params);
         if (result != nullptr) WriteVariant(value, *result);

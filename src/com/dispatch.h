@@ -1,9 +1,8 @@
 // IDispatch of the model's objects, from their member tables.
 #pragma once
 
+#include "automation/slots_windows.h"
 #include "com/com.h"
-#include "com/dual_head.h"
-#include "vndoc6/automation/object.h"
 
 namespace vndoc6::com {
 
@@ -15,7 +14,8 @@ HRESULT GetIdsOfNames(automation::Object& object, LPOLESTR* names, UINT count,
 // A late-bound call of the interface's object. What did not reach the member answers
 // DISP_E_MEMBERNOTFOUND, DISP_E_BADPARAMCOUNT, DISP_E_TYPEMISMATCH, ...; what the member raised
 // DISP_E_EXCEPTION.
-HRESULT InvokeMember(const DualHead& self, DISPID id, WORD flags, const DISPPARAMS& params,
-                     VARIANT* result, EXCEPINFO* exception, UINT* argument_at_fault) noexcept;
+HRESULT InvokeMember(const automation::DualHead& self, DISPID id, WORD flags,
+                     const DISPPARAMS& params, VARIANT* result, EXCEPINFO* exception,
+                     UINT* argument_at_fault) noexcept;
 
 }  // namespace vndoc6::com

@@ -7,7 +7,6 @@
 
 #include "com/direct_call.h"
 #include "com/dispatch.h"
-#include "com/dual_head.h"
 #include "com/face.h"
 #include "com/type_library.h"
 
@@ -16,21 +15,21 @@ namespace {
 
 // The methods of IDispatch, called with the interface pointer as COM passes it.
 
-HRESULT STDMETHODCALLTYPE QueryInterface(DualHead* self, REFIID iid, void** out) {
+HRESULT STDMETHODCALLTYPE QueryInterface(FaceHead* self, REFIID iid, void** out) {
   return self->face->QueryInterface(iid, out);
 }
 
-ULONG STDMETHODCALLTYPE AddRef(DualHead* self) { return self->face->AddRef(); }
+ULONG STDMETHODCALLTYPE AddRef(FaceHead* self) { return self->face->AddRef(); }
 
-ULONG STDMETHODCALLTYPE Release(DualHead* self) { return self->face->Release(); }
+ULONG STDMETHODCALLTYPE Release(FaceHead* self) { return self->face->Release(); }
 
-HRESULT STDMETHODCALLTYPE GetTypeInfoCount(DualHead* self, UINT* count) {
+HRESULT STDMETHODCALLTYPE GetTypeInfoCount(FaceHead* self, UINT* count) {
   if (count == nullptr) return E_POINTER;
   *count = self->object->GetClassInfo() != nullptr ? 1 : 0;
   return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE GetTypeInfo(DualHead* self, UINT index, LCID, ITypeInfo** type_info) {
+HRESULT STDMETHODCALLTYPE GetTypeInfo(FaceHead* self, UINT index, LCID, ITypeInfo** type_info) {
   if (type_info == nullptr) return E_POINTER;
   *type_info = nullptr;
   const automation::ClassInfo* info = self->object->GetClassInfo();
@@ -38,13 +37,13 @@ HRESULT STDMETHODCALLTYPE GetTypeInfo(DualHead* self, UINT index, LCID, ITypeInf
   return FindTypeInfo(ToIid(info->interface_id()), type_info);
 }
 
-HRESULT STDMETHODCALLTYPE GetIDsOfNames(DualHead* self, REFIID reserved, LPOLESTR* names,
+HRESULT STDMETHODCALLTYPE GetIDsOfNames(FaceHead* self, REFIID reserved, LPOLESTR* names,
                                         UINT count, LCID, DISPID* ids) {
   if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   return GetIdsOfNames(*self->object, names, count, ids);
 }
 
-HRESULT STDMETHODCALLTYPE Invoke(DualHead* self, DISPID id, REFIID reserved, LCID, WORD flags,
+HRESULT STDMETHODCALLTYPE Invoke(FaceHead* self, DISPID id, REFIID reserved, LCID, WORD flags,
                                  DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
                                  UINT* argument_at_fault) {
   if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;

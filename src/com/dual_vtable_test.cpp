@@ -22,29 +22,9 @@ using automation::TypeKind;
 constexpr size_t kDispatchSlots = 7;
 
 VARTYPE VarTypeOf(const TypeInfo& type) {
-  switch (type.kind) {
-    case TypeKind::kBoolean:
-      return VT_BOOL;
-    case TypeKind::kShort:
-      return VT_I2;
-    case TypeKind::kLong:
-    case TypeKind::kEnum:
-      return VT_I4;
-    case TypeKind::kSingle:
-      return VT_R4;
-    case TypeKind::kDouble:
-      return VT_R8;
-    case TypeKind::kCurrency:
-      return VT_CY;
-    case TypeKind::kDate:
-      return VT_DATE;
-    case TypeKind::kText:
-      return VT_BSTR;
-    case TypeKind::kEnumerator:
-      return VT_UNKNOWN;
-    default:
-      return VT_DISPATCH;
-  }
+  if (type.kind == TypeKind::kEnumerator) return VT_UNKNOWN;
+  const VARTYPE plain = PlainType(type.kind);
+  return plain != VT_EMPTY ? plain : VARTYPE{VT_DISPATCH};
 }
 
 // A value that any member of the type takes.

@@ -1,8 +1,8 @@
 // What was raised becomes the host's error, and the other way, at one place.
 #pragma once
 
+#include "automation/guard.h"
 #include "com/com.h"
-#include "com/guard.h"
 
 namespace vndoc6::com {
 
@@ -31,7 +31,7 @@ HRESULT ReportErrorObject(HRESULT scode, EXCEPINFO* exception) noexcept;
 // Runs `body`, which gives an HRESULT; what it raises gives its code.
 template <class Body>
 HRESULT Enter(Body&& body) noexcept {
-  return Guarded(body, [] { return CaughtFault().scode; });
+  return automation::Guarded(body, [] { return CaughtFault().scode; });
 }
 
 // The other way: raises what a foreign object's failed call says. `exception` is what Invoke filled

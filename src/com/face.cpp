@@ -21,11 +21,6 @@ const IID& FaceIid() {
   return iid;
 }
 
-Running::Running(const DualHead& self) : face_(*self.face), object_(*self.object) {
-  face_.AddRef();
-}
-Running::~Running() { face_.Release(); }
-
 ComPtr<IDispatch> Face::Of(Object& object) {
   auto* face = static_cast<Face*>(object.companion());
   if (face == nullptr) face = new Face(object);
@@ -33,7 +28,7 @@ ComPtr<IDispatch> Face::Of(Object& object) {
 }
 
 Face::Face(Object& object)
-    : head_{DualVtable(object.GetClassInfo()), &object, this},
+    : head_{{DualVtable(object.GetClassInfo()), &object}, this},
       class_info_(object.GetClassInfo()),
       event_source_(dynamic_cast<automation::EventSource*>(&object)) {
   object.SetCompanion(this);

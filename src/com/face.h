@@ -7,15 +7,15 @@
 #include <optional>
 
 #include "com/com.h"
-#include "com/dual_head.h"
 #include "com/event_point.h"
+#include "com/face_head.h"
 #include "com/host_reference.h"
 #include "vndoc6/automation/event_info.h"
 #include "vndoc6/automation/object.h"
 
 namespace vndoc6::com {
 
-// Answered only by the faces of this module, with a pointer to their DualHead.
+// Answered only by the faces of this module, with a pointer to their FaceHead.
 const IID& FaceIid();
 
 class Face final : public automation::Companion,
@@ -51,7 +51,7 @@ class Face final : public automation::Companion,
   void Wake();
   void Rest();
 
-  DualHead head_;
+  FaceHead head_;
   const automation::ClassInfo* const class_info_;
   automation::EventSource* const event_source_;
   ULONG count_ = 0;

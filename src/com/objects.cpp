@@ -66,7 +66,7 @@ Ref<Object> ImportObject(IUnknown* object) {
   const ComPtr<IUnknown> given(object);
   if (!given) return {};
   if (const auto face = given.As<IUnknown>(FaceIid())) {
-    return reinterpret_cast<const DualHead*>(face.get())->object;
+    return reinterpret_cast<const FaceHead*>(face.get())->object;
   }
   if (auto font = given.As<IFont>()) return Make<StandardFont>(std::move(font));
   if (auto picture = given.As<IPicture>()) return Make<StandardPicture>(std::move(picture));

@@ -84,6 +84,30 @@ void WriteObject(const Ref<Object>& object, VARIANT& out) {
 
 }  // namespace
 
+VARTYPE PlainType(TypeKind kind) {
+  switch (kind) {
+    case TypeKind::kBoolean:
+      return VT_BOOL;
+    case TypeKind::kShort:
+      return VT_I2;
+    case TypeKind::kLong:
+    case TypeKind::kEnum:
+      return VT_I4;
+    case TypeKind::kSingle:
+      return VT_R4;
+    case TypeKind::kDouble:
+      return VT_R8;
+    case TypeKind::kCurrency:
+      return VT_CY;
+    case TypeKind::kDate:
+      return VT_DATE;
+    case TypeKind::kText:
+      return VT_BSTR;
+    default:
+      return VT_EMPTY;
+  }
+}
+
 Variant ReadVariant(const VARIANT& value) {
   if (value.vt == (VT_BYREF | VT_VARIANT)) {
     // One level: a reference to a reference to a VARIANT does not exist.

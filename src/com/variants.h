@@ -2,9 +2,13 @@
 #pragma once
 
 #include "com/com.h"
+#include "vndoc6/automation/class_info.h"
 #include "vndoc6/automation/variant.h"
 
 namespace vndoc6::com {
+
+// What the VARIANT of a plain value or text tells its type by; VT_EMPTY for any other.
+VARTYPE PlainType(automation::TypeKind kind);
 
 // The value of a caller's VARIANT, which keeps it. By-reference ones are read through. Integers of
 // other widths become the narrowest kind that holds them all, a decimal becomes a Double; arrays,

@@ -1,4 +1,4 @@
-// The names of types as scripts, the reference and the command line say them.
+// The names of types.
 #pragma once
 
 #include <string>
@@ -7,7 +7,12 @@
 
 namespace vndoc6 {
 
-// "Long", "String", "vnStep", "EnumVantrelShapes", ...; empty for a member that gives nothing.
+// As scripts, the reference and the command line say them: "Long", "String", "vnStep",
+// "EnumVantrelShapes", ...; empty for a member that gives nothing.
 std::string ScriptTypeName(const automation::TypeInfo& type);
+
+// As the interface definition has them, of a parameter passed by value; results and by-reference
+// ones add a star.
+std::string InterfaceTypeName(const automation::TypeInfo& type);
 
 }  // namespace vndoc6

@@ -2,6 +2,7 @@
 #include <set>
 
 #include "com/variants.h"
+#include "published/type_names.h"
 #include "tests/windows/server.h"
 #include "tests/windows/slots.h"
 #include "vndoc6/published/library.h"
@@ -51,41 +52,10 @@ std::string Written(ITypeInfo& owner, const TYPEDESC& type) {
 // The same of a type in a member table.
 std::string Expected(const TypeInfo& type) {
   const auto vt = [](VARTYPE number) { return "VT " + std::to_string(number); };
-  switch (type.kind) {
-    case TypeKind::kVoid:
-      return vt(VT_VOID);
-    case TypeKind::kBoolean:
-      return vt(VT_BOOL);
-    case TypeKind::kShort:
-      return vt(VT_I2);
-    case TypeKind::kLong:
-      return vt(VT_I4);
-    case TypeKind::kSingle:
-      return vt(VT_R4);
-    case TypeKind::kDouble:
-      return vt(VT_R8);
-    case TypeKind::kCurrency:
-      return vt(VT_CY);
-    case TypeKind::kDate:
-      return vt(VT_DATE);
-    case TypeKind::kText:
-      return vt(VT_BSTR);
-    case TypeKind::kVariant:
-      return vt(VT_VARIANT);
-    case TypeKind::kEnum:
-      return type.enumeration().name;
-    case TypeKind::kClass:
-      return DefaultInterfaceName(type.class_info()) + "*";
-    case TypeKind::kDispatch:
-      return "IDispatch*";
-    case TypeKind::kFont:
-      return "IFontDisp*";
-    case TypeKind::kPicture:
-      return "IPictureDisp*";
-    case TypeKind::kEnumerator:
-      return "IUnknown*";
-  }
-  return "?";
+  if (type.kind == TypeKind::kVoid) return vt(VT_VOID);
+  if (type.kind == TypeKind::kVariant) return vt(VT_VARIANT);
+  const VARTYPE plain = PlainType(type.kind);
+  return plain != VT_EMPTY && type.kind != TypeKind::kEnum ? vt(plain) : InterfaceTypeName(type);
 }
 
 // A type information's function, released when it goes.

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace vndoc6::com {
+namespace vndoc6::automation {
 
 // Runs `body`. When it raises, `report` runs while the exception is being handled, and gives the
 // result in its place.
@@ -17,4 +17,4 @@ auto Guarded(Body&& body, Report&& report) noexcept -> decltype(body()) {
   }
 }
 
-}  // namespace vndoc6::com
+}  // namespace vndoc6::automation

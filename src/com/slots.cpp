@@ -1,12 +1,29 @@
-#include "com/vtable_thunk.h"
+#include "automation/slots_windows.h"
 
 #include <atomic>
 
 #include "com/entry.h"
+#include "com/face.h"
 #include "com/objects.h"
 #include "com/variants.h"
 
-namespace vndoc6::com::abi {
+namespace vndoc6::automation {
+
+namespace {
+
+com::Face& FaceOf(const DualHead& head) { return *static_cast<const com::FaceHead&>(head).face; }
+
+}  // namespace
+
+Running::Running(const DualHead& self) : self_(self), object_(*self.object) {
+  FaceOf(self_).AddRef();
+}
+Running::~Running() { FaceOf(self_).Release(); }
+
+namespace abi {
+
+using com::BstrText;
+using com::MakeBstr;
 
 namespace {
 
@@ -45,23 +62,23 @@ IncomingText::~IncomingText() { spare.Keep(std::move(text_)); }
 String WriteString(TextView text) { return reinterpret_cast<String>(MakeBstr(text)); }
 
 Variant ReadAny(const AnyValue& value) {
-  return ReadVariant(reinterpret_cast<const VARIANT&>(value));
+  return com::ReadVariant(reinterpret_cast<const VARIANT&>(value));
 }
 
 void WriteAny(const Variant& value, AnyValue& out) {
-  WriteVariant(value, reinterpret_cast<VARIANT&>(out));
+  com::WriteVariant(value, reinterpret_cast<VARIANT&>(out));
 }
 
-Ref<Object> ReadObject(void* object) { return ImportObject(static_cast<IUnknown*>(object)); }
+Ref<Object> ReadObject(void* object) { return com::ImportObject(static_cast<IUnknown*>(object)); }
 
 void* WriteObject(const Ref<Object>& object) {
   if (!object) return nullptr;
-  if (IsEnumerator(*object)) return ExportEnumerator(*object).Detach();
-  return ExportObject(*object).Detach();
+  if (com::IsEnumerator(*object)) return com::ExportEnumerator(*object).Detach();
+  return com::ExportObject(*object).Detach();
 }
 
 Code ReportFault(const Object& object) noexcept {
-  return SetErrorObject(CaughtFault(), ToIid(object.GetClassInfo()->interface_id()));
+  return com::SetErrorObject(com::CaughtFault(), com::ToIid(object.GetClassInfo()->interface_id()));
 }
 
 Code RefuseCall() noexcept {
@@ -70,4 +87,6 @@ Code RefuseCall() noexcept {
   return E_POINTER;
 }
 
-}  // namespace vndoc6::com::abi
+}  // namespace abi
+
+}  // namespace vndoc6::automation

@@ -1,7 +1,8 @@
 // The slots of the dual interfaces: a function with the calling convention and the parameter types
 // of COM for each published member, instantiated from the member pointer in its table row. Compiled
 // with the classes, so it names the binary forms itself instead of including the platform's
-// headers, whose macros would rename things of the model; vtable_thunk.cpp checks them.
+// headers, whose macros would rename things of the model. The door defines what is only declared
+// here, and checks the forms against the platform's.
 #pragma once
 
 #include <cstddef>
@@ -9,20 +10,37 @@
 #include <memory>
 #include <type_traits>
 
-#include "com/dual_head.h"
-#include "com/guard.h"
+#include "automation/guard.h"
 #include "vndoc6/automation/error.h"
 #include "vndoc6/automation/font.h"
+#include "vndoc6/automation/object.h"
 #include "vndoc6/automation/picture.h"
 #include "vndoc6/automation/variant.h"
 
-namespace vndoc6::com {
+namespace vndoc6::automation {
+
+// What a host's interface pointer to an object of the model points to.
+struct DualHead {
+  const void* const* vtable;  // must be first: this is what makes it an interface pointer
+  Object* object;
+};
+
+// A running call. It holds the object as a host does, and with it the DLL: the call may let go of
+// the host's last reference.
+class Running {
+ public:
+  explicit Running(const DualHead& self);
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+  ~Running();
+  Object& operator*() const { return object_; }
+
+ private:
+  const DualHead& self_;
+  Object& object_;
+};
 
 namespace abi {
-
-using automation::Object;
-using automation::Ref;
-using automation::Variant;
 
 using Code = long;  // HRESULT
 inline constexpr Code kOk = 0;
@@ -87,24 +105,24 @@ class Received<bool> {
   bool value_;
 };
 template <>
-class Received<automation::Currency> {
+class Received<Currency> {
  public:
   using Passed = Money;
   Received(Passed value) : value_{value.scaled} {}
-  automation::Currency get() const { return value_; }
+  Currency get() const { return value_; }
 
  private:
-  automation::Currency value_;
+  Currency value_;
 };
 template <>
-class Received<automation::Date> {
+class Received<Date> {
  public:
   using Passed = double;
   Received(Passed value) : value_{value} {}
-  automation::Date get() const { return value_; }
+  Date get() const { return value_; }
 
  private:
-  automation::Date value_;
+  Date value_;
 };
 template <>
 class Received<Text> {
@@ -133,7 +151,7 @@ class Received<T*> {
   using Passed = void*;
   Received(Passed value) : value_(ReadObject(value)) {
     typed_ = dynamic_cast<T*>(value_.get());
-    if (value_ && typed_ == nullptr) throw automation::Error(automation::kTypeMismatch);
+    if (value_ && typed_ == nullptr) throw Error(kTypeMismatch);
   }
   T* get() const { return typed_; }
 
@@ -154,14 +172,14 @@ struct Given<bool> {
   static void Give(bool value, Out& out) { out = value ? -1 : 0; }
 };
 template <>
-struct Given<automation::Currency> {
+struct Given<Currency> {
   using Out = Money;
-  static void Give(automation::Currency value, Out& out) { out = {value.scaled}; }
+  static void Give(Currency value, Out& out) { out = {value.scaled}; }
 };
 template <>
-struct Given<automation::Date> {
+struct Given<Date> {
   using Out = double;
-  static void Give(automation::Date value, Out& out) { out = value.days; }
+  static void Give(Date value, Out& out) { out = value.days; }
 };
 template <>
 struct Given<Text> {
@@ -237,14 +255,10 @@ struct PlainShape<Result (Class::*)(Params...) const> {
 
 }  // namespace abi
 
-}  // namespace vndoc6::com
-
-namespace vndoc6::automation {
-
 template <auto kMember, bool... kByReference>
 const void* VtableEntry() {
-  using Shape = typename com::abi::PlainShape<decltype(kMember)>::Type;
-  return reinterpret_cast<const void*>(&com::abi::Slot<kMember, Shape, kByReference...>::Call);
+  using Shape = typename abi::PlainShape<decltype(kMember)>::Type;
+  return reinterpret_cast<const void*>(&abi::Slot<kMember, Shape, kByReference...>::Call);
 }
 
 }  // namespace vndoc6::automation
