@@ -8,7 +8,6 @@
 #include "vndoc6/automation/object.h"
 #include "vndoc6/core/document_events.h"
 
-#include "core/scope.h"
 namespace vndoc6 {
 
 class Properties;

@@ -5,7 +5,6 @@
 
 namespace vndoc6 {
 
-class Scope;
 class vnDocument;
 
 class Member : public automation::Object {
