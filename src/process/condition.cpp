@@ -17,14 +17,6 @@ using automation::Variant;
 using bag::BagWriter;
 using bag::KeptText;
 
-namespace {
-
-// What conditions report besides vndConditionTest: there are no events of their own for these.
-constexpr int32_t kAdded = 1;
-constexpr int32_t kRemoved = 2;
-
-}  // namespace
-
 // --- vnCondition ---
 
 struct vnCondition::Schema {
@@ -113,7 +105,7 @@ void vnConditions::Add(vnCondition* poCondition) {
   Inside::TakeDocument(*poCondition, document());
   if (!AddUnderOwnKey(*poCondition)) return;
   if (Scope* scope = document_scope()) {
-    scope->Report<&DocumentListener::ConditionChange>(*poCondition, kAdded);
+    scope->Report<&DocumentListener::ConditionChange>(*poCondition, int32_t{vnceAdd});
   }
 }
 
@@ -123,7 +115,7 @@ bool vnConditions::RemoveMember(const Variant& ref) {
   const Ref<vnCondition> removed = store_.Remove(ref);
   if (!removed) return false;
   if (Scope* scope = document_scope()) {
-    scope->Report<&DocumentListener::ConditionChange>(*removed, kRemoved);
+    scope->Report<&DocumentListener::ConditionChange>(*removed, int32_t{vnceRemove});
   }
   return true;
 }

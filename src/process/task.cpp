@@ -17,14 +17,6 @@ using automation::Variant;
 using bag::BagWriter;
 using bag::KeptText;
 
-namespace {
-
-// What tasks report besides their details: there are no events of their own for these.
-constexpr int32_t kAdded = 1;
-constexpr int32_t kRemoved = 2;
-
-}  // namespace
-
 // --- vnTask ---
 
 struct vnTask::Schema {
@@ -99,8 +91,10 @@ void vnTasks::Add(vnTask* poTask) {
   if (poTask == nullptr || !AddUnderOwnKey(*poTask)) return;
   Inside::TakeDocument(*poTask, document());
   poTask->SetStep(step());
-  if (Scope* scope = document_scope())
-    scope->Report<&DocumentListener::TaskChange>(*poTask, kAdded);
+  // There is no event of its own for this: what happened stands in a detail's place.
+  if (Scope* scope = document_scope()) {
+    scope->Report<&DocumentListener::TaskChange>(*poTask, int32_t{vnceAdd});
+  }
 }
 
 void vnTasks::Remove(const Variant& pvRef) {
@@ -112,7 +106,9 @@ void vnTasks::Remove(const Variant& pvRef) {
 }
 
 void vnTasks::ReportRemoval(vnTask& task) {
-  if (Scope* scope = document_scope()) scope->Report<&DocumentListener::TaskChange>(task, kRemoved);
+  if (Scope* scope = document_scope()) {
+    scope->Report<&DocumentListener::TaskChange>(task, int32_t{vnceRemove});
+  }
 }
 
 void vnTasks::Write(BagWriter& writer) const { WriteByKey(writer, u'T'); }
