@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "automation/number_chars.h"
+#include "vndoc6/automation/base64.h"
 #include "vndoc6/bag/base64.h"
 
 namespace vndoc6::drawing {
@@ -159,7 +160,7 @@ ImageKind SniffImage(const std::vector<uint8_t>& bytes) {
 
 std::string DataUri(const char* type, const std::vector<uint8_t>& bytes) {
   std::string out = std::string("data:") + type + ";base64,";
-  bag::AppendBase64(bytes, out);
+  automation::AppendBase64(bytes, out);
   return out;
 }
 

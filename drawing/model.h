@@ -6,6 +6,7 @@
 #include "vndoc6/chart/chart.h"
 #include "vndoc6/chart/figure.h"
 #include "vndoc6/chart/line.h"
+#include "vndoc6/content/walk.h"
 #include "vndoc6/details/details.h"
 #include "vndoc6/details/revision.h"
 #include "vndoc6/document/document.h"

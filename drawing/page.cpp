@@ -9,7 +9,6 @@
 #include <unordered_set>
 #include <vector>
 
-#include "copies.h"
 #include "markup.h"
 #include "model.h"
 #include "picture.h"
@@ -136,11 +135,11 @@ class PageWriter {
                      [&](size_t a, size_t b) { return number(a) < number(b); });
     outgoing_.resize(steps_.size() + 1);
     ForEach(document_.Links(), [this](vnLink& link) {
-      const Ref<vnLink> copy = CopyToRead(link);
-      const auto from = place_of_.find(copy->OriginStepKey());
-      const auto to = place_of_.find(copy->DestinationStepKey());
+      const PassingRead reading(link);
+      const auto from = place_of_.find(link.OriginStepKey());
+      const auto to = place_of_.find(link.DestinationStepKey());
       if (from == place_of_.end() || to == place_of_.end()) return;
-      outgoing_[from->second].push_back({copy->Text(), LinkConditions(*copy), to->second});
+      outgoing_[from->second].push_back({link.Text(), LinkConditions(link), to->second});
     });
     auto* containers = static_cast<vnContainers*>(document_.Containers().ToObject().get());
     ForEach(Ref<vnContainers>(containers), [this](vnContainer& container) {
@@ -238,8 +237,8 @@ class PageWriter {
   }
 
   std::string Step(size_t place) {
-    const Ref<vnStep> copy = CopyToRead(*steps_[place - 1]);
-    vnStep& step = *copy;
+    vnStep& step = *steps_[place - 1];
+    const PassingRead reading(step);
     const std::string number = std::to_string(place);
     std::string content = Element("h3", StepName(place));
     content += Paragraph(step.Description()) + Paragraph(step.Instructions());
@@ -322,7 +321,8 @@ class PageWriter {
     Table jumps("jumps", "Jumps", "Other procedures that steps jump to",
                 {"Name", "Procedure", "Step"});
     for (const size_t place : order_) {
-      const Ref<vnStep> step = CopyToRead(*steps_[place - 1]);
+      const Ref<vnStep>& step = steps_[place - 1];
+      const PassingRead reading(*step);
       ForEach(step->PerformedBy(), [&](vnTitleRef& title) {
         const std::string name = Shown(title.DisplayName());
         std::string& list = steps_of[name];

@@ -5,7 +5,6 @@
 #include <limits>
 #include <unordered_map>
 
-#include "copies.h"
 #include "label.h"
 #include "label_places.h"
 #include "layout/layout.h"
@@ -161,7 +160,8 @@ class Reader {
   void ReadSteps() {
     const auto steps = document_.Steps();
     for (int32_t i = 1; i <= steps->Count(); ++i) {
-      const Ref<vnStep> step = CopyToRead(*steps->Item(Variant(i)));
+      const Ref<vnStep> step = steps->Item(Variant(i));
+      const PassingRead reading(*step);
       const auto figure = step->Figure();
       container_of_.push_back(step->ContainerKey());
       if (figure->Hidden()) continue;
@@ -193,15 +193,15 @@ class Reader {
     const auto links = document_.Links();
     for (int32_t i = 1; i <= links->Count(); ++i) {
       const Ref<vnLink> link = links->Item(Variant(i));
-      const Ref<vnLink> copy = CopyToRead(*link);
-      const auto from = place_of_.find(copy->OriginStepKey());
-      const auto to = place_of_.find(copy->DestinationStepKey());
-      if (from == place_of_.end() || to == place_of_.end() || copy->Line()->Hidden()) continue;
-      const auto line = copy->Line();
+      const PassingRead reading(*link);
+      const auto from = place_of_.find(link->OriginStepKey());
+      const auto to = place_of_.find(link->DestinationStepKey());
+      if (from == place_of_.end() || to == place_of_.end() || link->Line()->Hidden()) continue;
+      const auto line = link->Line();
       const TextFont font = FontOf(*line->Font());
       const bool has_points = places_ == Places::kOfDocument && HasCoordinates(*line);
       links_.push_back({link, static_cast<size_t>(i), from->second, to->second, has_points,
-                        SetLineLabel(copy->Text(), font.size, font.bold)});
+                        SetLineLabel(link->Text(), font.size, font.bold)});
     }
   }
 
@@ -319,14 +319,14 @@ class Reader {
 
   void AddLine(size_t index, Router& router) {
     const Link& link = links_[index];
-    const Ref<vnLink> copy = CopyToRead(*link.link);
-    const auto source = copy->Line();
+    const PassingRead reading(*link.link);
+    const auto source = link.link->Line();
     Line line = ReadLine(*source);
     line.link = link.number;
     line.from = out_.steps[link.from].step;
     line.to = out_.steps[link.to].step;
-    line.label = copy->Text();
-    line.tooltip = copy->Tooltip();
+    line.label = link.link->Text();
+    line.tooltip = link.link->Tooltip();
     const auto laid_out = laid_out_.find(index);
     if (laid_out != laid_out_.end()) {
       SetLaidOutWay(line, link, laid_out->second);

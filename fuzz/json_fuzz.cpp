@@ -2,7 +2,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
-#include <optional>
 #include <sstream>
 #include <string>
 
@@ -14,9 +13,10 @@ using vndoc6::automation::Ref;
 namespace {
 
 // Null when the text is refused.
-Ref<vnDocument> DocumentFrom(std::string_view json) {
+Ref<vnDocument> DocumentFrom(const std::string& json) {
+  std::istringstream text(json);
   try {
-    return vndoc::DocumentFromJson(vndoc::JsonTree(json));
+    return vndoc::DocumentFromJson(text);
   } catch (const vndoc::Failure& failure) {
     if (std::string(failure.what()).empty()) throw;
     return nullptr;
@@ -32,7 +32,8 @@ std::string JsonOf(vnDocument& document) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const Ref<vnDocument> document = DocumentFrom({reinterpret_cast<const char*>(data), size});
+  const Ref<vnDocument> document =
+      DocumentFrom(std::string(reinterpret_cast<const char*>(data), size));
   if (!document) return 0;
   const std::string json = JsonOf(*document);
   const Ref<vnDocument> again = DocumentFrom(json);

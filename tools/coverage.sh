@@ -2,14 +2,14 @@
 
 # What takes in texts that may come from anywhere.
 parsing_sources=(
-  {src,include/vndoc6}/automation/{text,variant}.{h,cpp}
-  {src,include/vndoc6}/bag/{bag_reader,bag_scanner,base64,escape,kept_text,levelled_text}.{h,cpp}
+  {src,include/vndoc6}/automation/{base64,text,variant}.{h,cpp}
+  {src,include/vndoc6}/bag/{bag_reader,bag_scanner,escape,kept_text,levelled_text}.{h,cpp}
   include/vndoc6/bag/lazy.h src/bag/unchanged_text.h src/bag/properties.cpp
   include/vndoc6/collections/keyed_store.h src/collections/collection_text.h
   src/document/document_load.cpp src/process/{attachment_list,step_text}.cpp
   src/templates/{tag_text,template_library}.cpp
-  hosts/vndoc/{json_tree,json_values,outline_reader,read_json}.cpp
-  src/content/saved_form.cpp
+  hosts/vndoc/{json_reader,json_values,outline_reader,read_json}.cpp
+  src/content/{restore,saved_form}.cpp
   src/content/salvage{,_entries,_likeness,_marks,_order,_pieces,_reader,_sound,_texts,_tree,_whole}.cpp
 )
 

@@ -6,13 +6,13 @@
 #include <set>
 
 #include "command.h"
-#include "copies.h"
 #include "flow.h"
 #include "objects.h"
 #include "one_line.h"
 #include "platform/file_system.h"
 #include "vndoc6/bag/properties.h"
 #include "vndoc6/content/salvage.h"
+#include "vndoc6/content/walk.h"
 #include "vndoc6/process/jump.h"
 
 namespace vndoc {
@@ -131,7 +131,10 @@ class Checker {
       Add("dangling jump", "the jump to " + Quoted(name) + " leads to no file");
     };
     ForEachIn(*document_.Jumps(), check);
-    for (const FlowStep& step : flow_.steps) ForEachIn(*CopyToRead(*step.step)->Jumps(), check);
+    for (const FlowStep& step : flow_.steps) {
+      const vndoc6::PassingRead reading(*step.step);
+      ForEachIn(*step.step->Jumps(), check);
+    }
   }
 
   // Seen from here, as a host opens it, or from the document's folder.

@@ -16,6 +16,7 @@ void WriteJson(Object& object, std::ostream& out);
 
 // A new, unsaved document with the content of the JSON: all that WriteJson wrote, or a part of it.
 // Throws Failure for a member that its class has not and for a value that the member can't take.
-Ref<vnDocument> DocumentFromJson(const JsonTree& json);
+// The JSON is not kept.
+Ref<vnDocument> DocumentFromJson(std::istream& json);
 
 }  // namespace vndoc

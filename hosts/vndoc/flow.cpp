@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <limits>
 
-#include "copies.h"
+#include "objects.h"
+#include "vndoc6/content/walk.h"
 
 namespace vndoc {
 namespace {
@@ -25,9 +26,9 @@ Flow::Flow(vnDocument& document) {
   for (size_t i = 0; i < steps.size(); ++i) by_key.emplace(steps[i].step->Key(), i);
   ForEachIn(*document.Links(), [this](Object& object) {
     auto& link = static_cast<vnLink&>(object);
-    const Ref<vnLink> copy = CopyToRead(link);
-    const auto origin = by_key.find(copy->OriginStepKey());
-    const auto target = by_key.find(copy->DestinationStepKey());
+    const vndoc6::PassingRead reading(link);
+    const auto origin = by_key.find(link.OriginStepKey());
+    const auto target = by_key.find(link.DestinationStepKey());
     if (origin == by_key.end() || target == by_key.end()) {
       dangling.push_back(&link);
       return;

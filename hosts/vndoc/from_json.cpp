@@ -1,20 +1,25 @@
 // vndoc from-json: a document from what `show --json` wrote.
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
-#include <sstream>
-#include <streambuf>
 
 #include "document_json.h"
-#include "json_tree.h"
+#include "json_reader.h"
+#include "json_values.h"
 #include "scratch_folder.h"
-#include "vndoc6/bag/properties.h"
+#include "vndoc6/content/walk.h"
 
 namespace vndoc {
 
-using vndoc6::Properties;
-using vndoc6::automation::Make;
-using vndoc6::automation::ToUtf8;
+using vndoc6::PassingRead;
+using vndoc6::automation::CallKind;
+using vndoc6::automation::FromUtf8;
+using vndoc6::automation::TypeKind;
 
 namespace {
 
@@ -23,112 +28,126 @@ struct FromJsonOptions {
   std::string file;
 };
 
-bool SameScalars(const JsonNode& left, const JsonNode& right) {
-  if (left.IsNumber() && right.IsNumber()) return left.real() == right.real();
-  if (left.kind() != right.kind() || left.IsStructure()) return false;
-  if (left.IsText()) return left.text() == right.text();
-  return left.kind() == JsonKind::kNull || left.boolean() == right.boolean();
-}
-
-// The values of the JSON that the document did not take, by their path: what is read only and
-// follows from nothing else, or breaks a rule of the library.
-void CollectLost(const JsonNode& wanted, const JsonNode& made, const std::string& path,
-                 std::vector<std::string>& lost) {
-  if (wanted.kind() != made.kind() || !wanted.IsStructure() || wanted.size() > made.size()) {
-    if (!SameScalars(wanted, made)) lost.push_back(path);
-    return;
-  }
-  const std::string above = path.empty() ? path : path + '/';
-  if (wanted.IsObject()) {
-    for (const JsonNode value : wanted) {
-      const auto other = made.Find(value.key());
-      if (other) CollectLost(value, *other, above + std::string(value.key()), lost);
-    }
-    return;
-  }
-  size_t position = 0;
-  auto other = made.begin();
-  for (const JsonNode value : wanted) {
-    CollectLost(value, *other, above + std::to_string(++position), lost);
-    ++other;
-  }
-}
-
-// The key of the details comes from a file and from nowhere else. The keys are those of the file
-// format.
-void KeepDetailsKey(const JsonTree& json, const Text& file) {
-  const auto details = json.root().Find("Details");
-  const auto key = details ? details->Find("Key") : std::nullopt;
-  if (!key) return;
-  const auto whole = Make<Properties>();
-  if (!whole->ReadFromFile(file, {})) throw Failure("a temporary file can't be read again");
-  const auto part = Make<Properties>();
-  part->LoadText(whole->Value(u"D", Variant(u"")), 0, 0, u":");
-  part->SetValue(u"K", Variant(FromJson(*key).ToText()));
-  whole->SetValue(u"D", Variant(part->GetText()));
-  if (!whole->WriteToFile(file, {})) throw Failure("a temporary file can't be written again");
-}
-
-// Compares what is written to it with a text.
-class Comparison : public std::streambuf {
+// A JSON that is read twice: what can be read once only is put aside.
+class JsonFile {
  public:
-  explicit Comparison(std::string_view expected) : expected_(expected) {}
-  bool is_same() const { return is_same_ && expected_.empty(); }
+  JsonFile(Context& context, const std::string& file) : name_(file), path_(FromUtf8(file)) {
+    std::error_code not_there;
+    if (file != "-" && std::filesystem::is_regular_file(path_, not_there)) return;
+    std::ifstream stream;
+    if (file != "-") stream = Open();
+    folder_.emplace();
+    path_ = folder_->Name("json");
+    std::ofstream(path_, std::ios::binary) << (file == "-" ? context.in : stream).rdbuf();
+  }
+
+  const std::string& name() const { return name_; }
+  std::ifstream Open() const {
+    errno = 0;
+    std::ifstream stream(path_, std::ios::binary);
+    if (!stream) throw Failure(name_ + ": " + std::strerror(errno != 0 ? errno : EIO));
+    return stream;
+  }
 
  private:
-  std::streamsize xsputn(const char* bytes, std::streamsize size) override {
-    const std::string_view written(bytes, static_cast<size_t>(size));
-    is_same_ = is_same_ && expected_.starts_with(written);
-    if (is_same_) expected_.remove_prefix(written.size());
-    return size;
-  }
-  int_type overflow(int_type) override { return traits_type::eof(); }
-
-  std::string_view expected_;
-  bool is_same_ = true;
+  std::string name_;
+  std::filesystem::path path_;
+  std::optional<ScratchFolder> folder_;
 };
 
-// Reads the file again: what counts is what it holds now. What show wrote comes back the same to
-// the last byte, as a rule.
-void WarnOfLost(Context& context, const std::string& bytes, const JsonTree& wanted,
-                const std::string& file) {
-  const auto document = Load(context, file);
-  Comparison comparison(bytes);
-  std::ostream compared(&comparison);
-  WriteJson(*document, compared);
-  if (comparison.is_same()) return;
-  std::ostringstream made;
-  WriteJson(*document, made);
-  std::vector<std::string> lost;
-  CollectLost(wanted.root(), JsonTree(made.view()).root(), "", lost);
-  for (const std::string& path : lost) {
-    context.err << "vndoc: " << path << ": the document has another value\n";
+// Tells of the values of a JSON that a document did not take: what is read only and follows from
+// nothing else, or breaks a rule of the library.
+class LostValues : public ContentSink {
+ public:
+  LostValues(vnDocument& document, std::ostream& out) : out_(out) {
+    open_.push_back({&document, "", nullptr, nullptr, 0});
   }
-}
 
-// Nothing is at the file's name until all of it is made.
-void MakeFile(Context& context, const JsonTree& json, Ref<vnDocument> document,
-              const std::string& file) {
-  const ScratchFolder folder;
-  const Text name = folder.Name("made");
-  SaveAs(context, *document, ToUtf8(name));
-  document = nullptr;
-  KeepDetailsKey(json, name);
-  WriteBytes(context, file, ReadBytes(context, ToUtf8(name)));
+  void Begin(const ContentMember& part) override {
+    const Open& above = open_.back();
+    Ref<Object> object;
+    if (above.object) object = Get(*above.object, part, 0).ToObject();
+    if (above.object && !object) Tell(part.member->name);
+    open_.push_back({object, Below(part.member->name), nullptr, nullptr, 0});
+  }
+
+  void BeginMember() override {
+    Open& list = open_.back();
+    const std::string position = std::to_string(++list.position);
+    if (list.object && !list.members) list.members = Enumerate(*list.object);
+    Ref<Object> member;
+    if (list.members && !list.members->Next(member)) Tell(position);
+    std::unique_ptr<PassingRead> reading;
+    if (member) reading = std::make_unique<PassingRead>(*member);
+    open_.push_back({member, Below(position), nullptr, std::move(reading), 0});
+  }
+
+  void End() override { open_.pop_back(); }
+
+  void Value(const ContentMember& member, const Variant& value, int32_t index) override {
+    const Ref<Object>& object = open_.back().object;
+    if (!object || IsSame(value, Get(*object, member, index), member.member->result.kind)) return;
+    Tell(member.member->name + (index == 0 ? "" : "/" + std::to_string(index)));
+  }
+
+ private:
+  struct Open {
+    Ref<Object> object;  // null when it is lost, and told of
+    std::string path;
+    Ref<vndoc6::automation::Enumerator> members;
+    std::unique_ptr<PassingRead> reading;
+    int32_t position;
+  };
+
+  static Variant Get(Object& object, const ContentMember& content, int32_t index) {
+    const Variant argument(index);
+    const std::span<const Variant> arguments(&argument, index == 0 ? 0 : 1);
+    const Variant value = object.InvokeMember(content.member->id, CallKind::kGet, {arguments, {}});
+    // What a host's own object holds is its text.
+    const bool is_foreign =
+        content.member->result.kind == TypeKind::kDispatch && value.IsObject() && value.ToObject();
+    return is_foreign ? vndoc6::automation::Get(*value.ToObject(), u"Text") : value;
+  }
+
+  static bool IsSame(const Variant& wanted, const Variant& made, TypeKind type) {
+    const TypeKind written = type == TypeKind::kVariant ? type : TypeKind::kVoid;
+    std::string json_wanted, json_made;
+    AppendJson(wanted, written, json_wanted);
+    AppendJson(made, written, json_made);
+    // 3 and 3.0 are one number.
+    using nlohmann::json;
+    return json_wanted == json_made || json::parse(json_wanted) == json::parse(json_made);
+  }
+
+  std::string Below(const std::string& name) const {
+    const std::string& path = open_.back().path;
+    return path.empty() ? name : path + '/' + name;
+  }
+  void Tell(const std::string& name) {
+    out_ << "vndoc: " << Below(name) << ": the document has another value\n";
+  }
+
+  std::ostream& out_;
+  std::vector<Open> open_;
+};
+
+Ref<vnDocument> Read(const JsonFile& json) {
+  std::ifstream text = json.Open();
+  try {
+    return DocumentFromJson(text);
+  } catch (const Failure& failure) {
+    throw Failure(json.name() + ": " + failure.what());
+  }
 }
 
 void Convert(Context& context, const FromJsonOptions& options) {
-  const std::string bytes = ReadBytes(context, options.json);
-  std::optional<JsonTree> json;
-  Ref<vnDocument> document;
-  try {
-    json.emplace(bytes);
-    document = DocumentFromJson(*json);
-  } catch (const Failure& failure) {
-    throw Failure(options.json + ": " + failure.what());
-  }
-  MakeFile(context, *json, std::move(document), options.file);
-  WarnOfLost(context, bytes, *json, options.file);
+  const JsonFile json(context, options.json);
+  SaveAs(context, *Read(json), options.file);
+  // What counts is what the file holds now.
+  const Ref<vnDocument> document = Load(context, options.file);
+  LostValues lost(*document, context.err);
+  std::ifstream text = json.Open();
+  ReadJson(text, vnDocument::classInfo(), lost);
 }
 
 }  // namespace

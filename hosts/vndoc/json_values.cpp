@@ -2,17 +2,19 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "automation/currency_text.h"
 #include "command.h"
+#include "vndoc6/automation/base64.h"
 #include "vndoc6/automation/error.h"
 #include "vndoc6/automation/picture.h"
 #include "vndoc6/automation/services.h"
-#include "vndoc6/bag/base64.h"
 
 namespace vndoc {
 
+using nlohmann::json;
 using vndoc6::automation::Currency;
 using vndoc6::automation::Date;
 using vndoc6::automation::ErrorValue;
@@ -73,7 +75,7 @@ void AppendDate(Date value, std::string& out) {
 
 void AppendPicture(const Picture& picture, std::string& out) {
   out += "{\"Picture\": \"";
-  vndoc6::bag::AppendBase64(picture.Bytes(), out);
+  vndoc6::automation::AppendBase64(picture.Bytes(), out);
   out += "\"}";
 }
 
@@ -140,35 +142,52 @@ const char* Wrapping(const Variant& value) {
   }
 }
 
-[[noreturn]] void RefuseValue(const JsonNode& json) {
-  if (json.IsList()) throw Failure("not a value: a list");
-  if (json.IsText()) throw Failure("not a value: \"" + std::string(json.text()) + '"');
-  if (!json.IsObject()) throw Failure("not a value");
-  const std::string what = json.size() == 0 ? "nothing" : std::string((*json.begin()).key());
-  throw Failure("not a value: an object with " + what);
+[[noreturn]] void RefuseValue(const json& value) {
+  if (value.is_array()) throw Failure("not a value: a list");
+  if (value.is_string()) throw Failure("not a value: \"" + value.get<std::string>() + '"');
+  if (!value.is_object()) throw Failure("not a value");
+  throw Failure("not a value: an object with " + (value.empty() ? "nothing" : value.begin().key()));
 }
 
-double RealFrom(const JsonNode& json) {
-  if (json.IsNumber()) return json.real();
-  if (json.IsText("nan")) return std::nan("");
-  if (json.IsText("inf")) return HUGE_VAL;
-  if (json.IsText("-inf")) return -HUGE_VAL;
-  RefuseValue(json);
+std::string_view TextIn(const json& value) {
+  if (!value.is_string()) throw JsonFormError();
+  return value.get_ref<const std::string&>();
+}
+bool IsText(const json& value, std::string_view text) {
+  return value.is_string() && TextIn(value) == text;
+}
+
+// A real loses its fraction.
+int64_t IntegerIn(const json& value) {
+  if (!value.is_number()) throw JsonFormError();
+  if (value.is_number_integer() && !value.is_number_unsigned()) return value.get<int64_t>();
+  const auto real = value.get<double>();
+  constexpr double kLimit = 9.2e18;
+  if (!(real > -kLimit && real < kLimit)) throw JsonFormError();
+  return value.get<int64_t>();
+}
+
+double RealFrom(const json& value) {
+  if (value.is_number()) return value.get<double>();
+  if (IsText(value, "nan")) return std::nan("");
+  if (IsText(value, "inf")) return HUGE_VAL;
+  if (IsText(value, "-inf")) return -HUGE_VAL;
+  RefuseValue(value);
 }
 
 // The digits of the highest Single stand for a Double that is a little higher.
-Variant SingleFrom(const JsonNode& json) {
-  const double value = RealFrom(json);
+Variant SingleFrom(const json& value) {
+  const double real = RealFrom(value);
   constexpr double kHighest = 3.4028235677973366e38;  // what is below rounds to a Single
-  if (std::isfinite(value) && std::abs(value) >= kHighest) return Variant(value);
-  return Variant(static_cast<float>(value));
+  if (std::isfinite(real) && std::abs(real) >= kHighest) return Variant(real);
+  return Variant(static_cast<float>(real));
 }
 
 // A text says a day of the calendar, anything else is days.
-Variant DateFrom(const JsonNode& json) {
+Variant DateFrom(const json& value) {
   const bool is_days =
-      !json.IsText() || json.IsText("nan") || json.IsText("inf") || json.IsText("-inf");
-  return Variant(is_days ? Date{RealFrom(json)} : FromJson(json).ToDate());
+      !value.is_string() || IsText(value, "nan") || IsText(value, "inf") || IsText(value, "-inf");
+  return Variant(is_days ? Date{RealFrom(value)} : FromJson(value).ToDate());
 }
 
 // Exactly: a Double has not all of its digits.
@@ -179,32 +198,35 @@ Variant CurrencyFrom(std::string_view text) {
 }
 
 template <class Integer>
-Integer IntegerFrom(const JsonNode& json) {
-  const int64_t value = json.integer();
-  if (value != static_cast<Integer>(value)) throw Failure("out of range: " + std::to_string(value));
-  return static_cast<Integer>(value);
+Integer IntegerFrom(const json& value) {
+  const int64_t integer = IntegerIn(value);
+  if (integer != static_cast<Integer>(integer)) {
+    throw Failure("out of range: " + std::to_string(integer));
+  }
+  return static_cast<Integer>(integer);
 }
 
-Text UnitsFrom(const JsonNode& json) {
+Text UnitsFrom(const json& value) {
+  if (!value.is_array()) throw JsonFormError();
   Text text;
-  for (const JsonNode unit : json) text += IntegerFrom<char16_t>(unit);
+  for (const json& unit : value) text += IntegerFrom<char16_t>(unit);
   return text;
 }
 
-Variant FromWrapped(std::string_view type, const JsonNode& json) {
-  if (type == "Utf16") return Variant(UnitsFrom(json));
+Variant FromWrapped(std::string_view type, const json& value) {
+  if (type == "Utf16") return Variant(UnitsFrom(value));
   if (type == "Null") return Variant(Null{});
-  if (type == "Short") return Variant(IntegerFrom<int16_t>(json));
-  if (type == "Single") return SingleFrom(json);
-  if (type == "Double") return Variant(RealFrom(json));
-  if (type == "Currency") return CurrencyFrom(json.text());
-  if (type == "Date") return DateFrom(json);
-  if (type == "Error") return Variant(ErrorValue{IntegerFrom<int32_t>(json)});
+  if (type == "Short") return Variant(IntegerFrom<int16_t>(value));
+  if (type == "Single") return SingleFrom(value);
+  if (type == "Double") return Variant(RealFrom(value));
+  if (type == "Currency") return CurrencyFrom(TextIn(value));
+  if (type == "Date") return DateFrom(value);
+  if (type == "Error") return Variant(ErrorValue{IntegerFrom<int32_t>(value)});
   if (type == "Picture") {
-    const auto bytes = vndoc6::bag::FromBase64(json.text());
+    const auto bytes = vndoc6::automation::FromBase64(TextIn(value));
     if (bytes) return Variant(vndoc6::automation::services().make_picture(*bytes));
   }
-  RefuseValue(json);
+  RefuseValue(value);
 }
 
 }  // namespace
@@ -228,32 +250,24 @@ void AppendJson(const Variant& value, TypeKind type, std::string& out) {
   out += '}';
 }
 
-Variant FromJson(const JsonNode& json, TypeKind type) {
-  if (type == TypeKind::kSingle) return SingleFrom(json);
-  if (type == TypeKind::kDouble) return Variant(RealFrom(json));
-  if (type == TypeKind::kDate) return DateFrom(json);
-  if (type == TypeKind::kCurrency && json.IsText()) return CurrencyFrom(json.text());
-  switch (json.kind()) {
-    case JsonKind::kNull:
-      return {};
-    case JsonKind::kBoolean:
-      return Variant(json.boolean());
-    case JsonKind::kInteger: {
-      const int64_t number = json.integer();
-      if (number == static_cast<int32_t>(number)) return Variant(static_cast<int32_t>(number));
-      return Variant(static_cast<double>(number));
-    }
-    case JsonKind::kReal:
-      return Variant(json.real());
-    case JsonKind::kText:
-      return Variant(FromUtf8(json.text()));
-    case JsonKind::kObject:
-      if (json.size() == 1) return FromWrapped((*json.begin()).key(), *json.begin());
-      break;
-    case JsonKind::kList:
-      break;
+Variant FromJson(const json& value, TypeKind type) {
+  if (type == TypeKind::kSingle) return SingleFrom(value);
+  if (type == TypeKind::kDouble) return Variant(RealFrom(value));
+  if (type == TypeKind::kDate) return DateFrom(value);
+  if (type == TypeKind::kCurrency && value.is_string()) return CurrencyFrom(TextIn(value));
+  if (value.is_null()) return {};
+  if (value.is_boolean()) return Variant(value.get<bool>());
+  if (value.is_string()) return Variant(FromUtf8(TextIn(value)));
+  if (value.is_number()) {
+    const auto real = value.get<double>();
+    using Long = std::numeric_limits<int32_t>;
+    const bool is_long = value.is_number_integer() && real >= Long::min() && real <= Long::max();
+    return is_long ? Variant(value.get<int32_t>()) : Variant(real);
   }
-  RefuseValue(json);
+  if (value.is_object() && value.size() == 1) {
+    return FromWrapped(value.begin().key(), value.begin().value());
+  }
+  RefuseValue(value);
 }
 
 }  // namespace vndoc

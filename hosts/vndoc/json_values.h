@@ -15,13 +15,20 @@
 // enumeration are their number.
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
-#include "json_tree.h"
+#include "command.h"
 #include "vndoc6/automation/class_info.h"
 #include "vndoc6/automation/variant.h"
 
 namespace vndoc {
+
+// A value in JSON is of another kind than its reader expects.
+class JsonFormError : public Failure {
+ public:
+  JsonFormError() : Failure("a value of another form is expected") {}
+};
 
 // Appends a value, as one whose type the reader knows unless the type is kVariant.
 void AppendJson(const vndoc6::automation::Variant& value, vndoc6::automation::TypeKind type,
@@ -30,7 +37,7 @@ void AppendJsonText(vndoc6::TextView text, std::string& out);
 
 // The value back, for a member of that type; Failure when JSON of that form stands for none.
 vndoc6::automation::Variant FromJson(
-    const JsonNode& json,
+    const nlohmann::json& json,
     vndoc6::automation::TypeKind type = vndoc6::automation::TypeKind::kVariant);
 
 }  // namespace vndoc

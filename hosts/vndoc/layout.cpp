@@ -3,8 +3,8 @@
 #include <ostream>
 
 #include "command.h"
-#include "copies.h"
 #include "vndoc6/drawing.h"
+#include "vndoc6/process/steps.h"
 
 namespace vndoc {
 namespace {
@@ -30,7 +30,7 @@ void TellWhatMoved(const vndoc6::drawing::LaidOut& moved, vnDocument& document, 
   const auto steps = document.Steps();
   if (moved.steps.size() == static_cast<size_t>(steps->Count())) return;
   for (const size_t number : moved.steps) {
-    const Ref<vnStep> step = steps->Item(vndoc6::automation::Variant(static_cast<int32_t>(number)));
+    const auto step = steps->Item(vndoc6::automation::Variant(static_cast<int32_t>(number)));
     out << "Steps/" << number << "  " << vndoc6::automation::ToUtf8(step->Label()) << '\n';
   }
 }

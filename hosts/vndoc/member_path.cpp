@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <optional>
 
 #include "command.h"
-#include "platform/file_system.h"
-#include "schema/signature.h"
 #include "vndoc6/automation/services.h"
 #include "vndoc6/content/content.h"
 
@@ -120,9 +121,10 @@ Variant Named(const EnumInfo& enumeration, const std::string& text) {
 }
 
 Variant PictureIn(const std::string& file) {
-  const auto bytes = vndoc6::platform::ReadWholeFile(FromUtf8(file));
-  if (!bytes) throw Failure(file + ": can't be read");
-  return Variant(vndoc6::automation::services().make_picture({bytes->begin(), bytes->end()}));
+  std::ifstream stream(std::filesystem::path(FromUtf8(file)), std::ios::binary);
+  const std::string bytes(std::istreambuf_iterator<char>(stream), {});
+  if (!stream) throw Failure(file + ": can't be read");
+  return Variant(vndoc6::automation::services().make_picture({bytes.begin(), bytes.end()}));
 }
 
 Variant ObjectFor(const Ref<Object>& root, const ParameterInfo& parameter,

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "schema/signature.h"
 #include "vndoc6/chart/figure.h"
 #include "vndoc6/details/details.h"
 #include "vndoc6/process/container.h"

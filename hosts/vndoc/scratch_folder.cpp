@@ -1,7 +1,8 @@
 #include "scratch_folder.h"
 
+#include <random>
+
 #include "command.h"
-#include "platform/keys.h"
 
 namespace vndoc {
 
@@ -9,8 +10,10 @@ namespace fs = std::filesystem;
 
 ScratchFolder::ScratchFolder() {
   try {
-    path_ = fs::temp_directory_path() /
-            ("vndoc " + vndoc6::automation::ToUtf8(vndoc6::platform::NewKey()));
+    std::random_device random;
+    std::string name = "vndoc";
+    for (int i = 0; i < 4; ++i) name += ' ' + std::to_string(random());
+    path_ = fs::temp_directory_path() / name;
     if (!fs::create_directory(path_))
       throw Failure("a folder for temporary files is there already");
     fs::permissions(path_, fs::perms::owner_all);

@@ -4,11 +4,11 @@
 #include <ostream>
 
 #include "command.h"
-#include "copies.h"
 #include "document_json.h"
 #include "flow.h"
 #include "one_line.h"
 #include "vndoc6/bag/properties.h"
+#include "vndoc6/content/walk.h"
 #include "vndoc6/details/details.h"
 #include "vndoc6/details/revision.h"
 #include "vndoc6/process/condition.h"
@@ -95,8 +95,8 @@ class Account {
 
   void WriteParts(const FlowStep& flow_step) {
     constexpr const char* kIndent = "       ";
-    const Ref<vnStep> copy = CopyToRead(*flow_step.step);
-    vnStep& step = *copy;
+    vnStep& step = *flow_step.step;
+    const vndoc6::PassingRead reading(step);
     Line(kIndent, "", step.Description());
     Line(kIndent, "how: ", step.Instructions());
     Line(kIndent, "takes ", step.Duration());
@@ -192,10 +192,10 @@ class Account {
   void WriteVisit(const Visit& visit) {
     out_ << std::string(visit.column, ' ');
     if (visit.link != nullptr) {
-      const Ref<vnLink> link = CopyToRead(*visit.link);
-      const std::string text = OneLine(link->Text());
+      const vndoc6::PassingRead reading(*visit.link);
+      const std::string text = OneLine(visit.link->Text());
       out_ << (visit.is_branch ? "* " : "-> ") << (text.empty() ? "" : "[" + text + "] ")
-           << ConditionsOf(*link);
+           << ConditionsOf(*visit.link);
     }
     out_ << NameOf(flow_.steps[visit.step]) << (shown_[visit.step] ? " (see above)\n" : "\n");
   }

@@ -398,11 +398,41 @@ TEST_F(VndocTest, FromJsonMakesWhatOnlyOtherObjectsCanSupply) {
   EXPECT_EQ(get("Details/Revision"), "3\n");
 }
 
+TEST_F(VndocTest, FromJsonTellsWhatTheDocumentDidNotTake) {
+  const std::string passed_over = std::string(500000, '[') + std::string(500000, ']');
+  const Outcome made =
+      Vndoc({"from-json", "-", File("made.vn6")},
+            R"({"ExtensionCount": 3, "PagesCount": 2.0, "FileName": )" + passed_over + R"(,
+      "Properties": [{"Key": "high", "Value": 9223372036854775808}, {"Key": "real", "Value": 2.0},
+                     {"Key": "long", "Value": -2147483648}],
+      "IR": -2147483648,
+      "Steps": [{"Label": 7, "Key": "a"}, {"Key": "A", "Tasks": [{}]}, {"Label": "8"}]})");
+  EXPECT_EQ(made.status, kDone);
+  EXPECT_EQ(made.err,
+            "vndoc: ExtensionCount: the document has another value\n"
+            "vndoc: Steps/1/Label: the document has another value\n"
+            "vndoc: Steps/2/Key: the document has another value\n"
+            "vndoc: Steps/2/Tasks/1: the document has another value\n"
+            "vndoc: Steps/3: the document has another value\n");
+  const auto type = [&](const std::string& key) {
+    return Get(File("made.vn6"), "Properties/" + key + "/TypeName");
+  };
+  EXPECT_EQ(type("high") + type("real") + type("long"), "Double\nDouble\nLong\n");
+  EXPECT_EQ(Get(File("made.vn6"), "IR"), "-2147483648\n");
+}
+
 TEST_F(VndocTest, FromJsonRefusesWhatIsNoDocument) {
   for (const auto& [json, why] : std::vector<std::pair<std::string, std::string>>{
            {"{", "not JSON, at byte 2"},
            {"[]", "an object is expected"},
+           {"1", "an object is expected"},
+           {R"({"PagesCount": 1e999})", "not JSON, at byte 20"},
            {R"({"Stebs": []})", "vnDocument has no Stebs"},
+           {R"({"Steps": {}})", "Steps/a list is expected"},
+           {R"({"Details": []})", "Details/an object is expected"},
+           {R"({"Steps": [{}, []]})", "Steps/2/an object is expected"},
+           {R"({"Links": [{"Line": {"ExtraPointX": 1}}]})", "ExtraPointX: a value of another form"},
+           {R"({"Steps": [{"Label": )" + std::string(500000, '['), "Label/not a value: a list"},
            {R"({"Steps": [{"Label": {"Nope": 1}}]})", "Steps/1/Label/not a value"},
            {R"({"Steps": [{"StepIndex": "x"}]})", "Steps/1/StepIndex: Type mismatch."},
            {R"({"Chart": {"Font": {"Size": "x"}}})", "Font/Size/not an amount: x"},

@@ -2,8 +2,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "copies.h"
 #include "document_json.h"
+#include "vndoc6/content/walk.h"
 
 namespace vndoc {
 
@@ -15,7 +15,7 @@ using vndoc6::automation::TypeKind;
 namespace {
 
 // Writes as it walks: a document's JSON is far larger than the document.
-class Writer : public FrugalVisitor {
+class Writer : public vndoc6::ContentVisitor {
  public:
   explicit Writer(std::ostream& out) : out_(out) {}
 

@@ -5,8 +5,8 @@
 #include <memory>
 #include <numeric>
 
+#include "vndoc6/automation/base64.h"
 #include "vndoc6/automation/error.h"
-#include "vndoc6/bag/base64.h"
 
 namespace vndoc6::bag {
 namespace {
@@ -167,7 +167,7 @@ Currency BagReader::GetCurrency(std::string_view key, Currency missing) {
 std::optional<std::vector<uint8_t>> BagReader::GetPicture(std::string_view key) {
   const BagEntry* const entry = Find(key);
   if (entry == nullptr || entry->tag != 'p') return std::nullopt;
-  return FromBase64(entry->value);
+  return automation::FromBase64(entry->value);
 }
 
 }  // namespace vndoc6::bag

@@ -6,8 +6,8 @@
 #include "automation/currency_text.h"
 #include "bag/escape.h"
 #include "bag/levelled_text.h"
+#include "vndoc6/automation/base64.h"
 #include "vndoc6/automation/services.h"
-#include "vndoc6/bag/base64.h"
 
 namespace vndoc6::bag {
 namespace {
@@ -36,7 +36,7 @@ bool ReadAs(std::string_view digits, Variant& value) {
 }
 
 bool ReadPicture(std::string_view base64, Variant& value) {
-  std::optional<std::vector<uint8_t>> bytes = FromBase64(base64);
+  std::optional<std::vector<uint8_t>> bytes = automation::FromBase64(base64);
   if (!bytes) return false;
   value = automation::services().make_picture(std::move(*bytes));
   return true;

@@ -6,9 +6,9 @@
 #include "automation/number_chars.h"
 #include "bag/escape.h"
 #include "bag/levelled_text.h"
+#include "vndoc6/automation/base64.h"
 #include "vndoc6/automation/error.h"
 #include "vndoc6/automation/picture.h"
-#include "vndoc6/bag/base64.h"
 
 namespace vndoc6::bag {
 namespace {
@@ -92,7 +92,7 @@ void BagWriter::Add(std::string_view key, const KeptText& value) {
 void BagWriter::AddPicture(std::string_view key, std::span<const uint8_t> bytes) {
   OpenPlain(key);
   out_ += 'p';
-  AppendBase64(bytes, out_);
+  automation::AppendBase64(bytes, out_);
   out_ += ':';
 }
 

@@ -254,7 +254,7 @@ const automation::ClassInfo& Property::classInfo() {
       {0xe51b10e2, 0xbe3c, 0x4245, {0x81, 0xab, 0x6d, 0xf2, 0x57, 0x04, 0x4f, 0x15}},
       {0x23aa0361, 0x32f0, 0x4e7f, {0xa2, 0x26, 0x88, 0x30, 0x92, 0x7c, 0x22, 0x32}},
       std::tuple{
-          property<&Property::Key>("Key"),
+          property<&Property::Key>("Key").restored_by<&Property::RestoreKey>(),
           property<&Property::Value, &Property::SetValue>("Value", "pvValue"),
           property<&Property::Object, &Property::SetObject>("Object", "poObject"),
           property<&Property::ValueTypeName>("TypeName").not_content("follows from the value"),
@@ -269,7 +269,8 @@ const automation::ClassInfo& Properties::classInfo() {
       {0xb256d7b1, 0x8f18, 0x48b6, {0xa5, 0x87, 0xe1, 0x92, 0x6a, 0x1b, 0x15, 0x4b}},
       {0x54a9f0f8, 0x01c4, 0x4e5b, {0xbc, 0xc0, 0x08, 0x0a, 0xa6, 0x47, 0xe8, 0xca}},
       std::tuple{
-          method<&Properties::Add>("Add", "psKey", "pvValue"),
+          method<&Properties::Add>("Add", "psKey", "pvValue")
+              .restored_by<&Properties::RestoreEntry>(),
           property<&Properties::Item>("Item", "pvIndexKey"),
           property<&Properties::Count>("Count").not_content("the members themselves are read"),
           method<&Properties::Remove>("Remove", "psKey"),

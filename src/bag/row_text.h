@@ -8,10 +8,13 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
@@ -307,6 +310,34 @@ void ForEachPart(Values& values, Visit&& visit) {
     }
   };
   std::apply([&](const auto&... row) { (look_at(row), ...); }, Schema::kRows);
+}
+
+// Whether nobody outside holds a part.
+template <class Schema, class Values>
+bool HoldsNoPart(Values& values) {
+  bool held = false;
+  ForEachPart<Schema>(values, [&held](auto& part) {
+    held = held || (part.built() != nullptr && part.built()->IsHeld());
+  });
+  return !held;
+}
+
+// Remembers which parts are text now. What it gives makes them that text again, but for those that
+// somebody outside holds.
+template <class Schema, class Values>
+std::function<void()> RememberUnreadParts(Values& values) {
+  std::vector<std::optional<bag::KeptText>> texts;
+  ForEachPart<Schema>(values, [&texts](auto& part) {
+    texts.push_back(part.built() == nullptr ? std::optional(part.text()) : std::nullopt);
+  });
+  return [&values, texts = std::move(texts)]() mutable {
+    auto text = texts.begin();
+    ForEachPart<Schema>(values, [&text](auto& part) {
+      const bool is_read = *text && part.built() != nullptr && !part.built()->IsHeld();
+      if (is_read) part.Reset(*std::move(*text));
+      ++text;
+    });
+  };
 }
 
 // Stores what a put gives. What is to be reported then, as the field's row says; 0 for nothing.

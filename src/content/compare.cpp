@@ -10,6 +10,7 @@
 
 #include "vndoc6/automation/picture.h"
 #include "vndoc6/content/content.h"
+#include "vndoc6/content/walk.h"
 
 namespace vndoc6 {
 
@@ -157,6 +158,8 @@ class Comparison {
         AddOrder(member_path, *lefts[i].object, i, other);
       }
       last = other;
+      const PassingRead reading_left(*lefts[i].object);
+      const PassingRead reading_right(*rights[other].object);
       CompareObjects(member_path, *lefts[i].object, *rights[other].object);
     }
     for (size_t i = 0; i < rights.size(); ++i) {

@@ -12,7 +12,7 @@
 #include "vndoc6/chart/chart.h"
 #include "vndoc6/chart/figure.h"
 #include "vndoc6/chart/line.h"
-#include "vndoc6/content/walk.h"
+#include "vndoc6/content/content.h"
 #include "vndoc6/details/details.h"
 #include "vndoc6/details/revision.h"
 #include "vndoc6/document/document.h"
@@ -149,30 +149,6 @@ TEST(Compare, TellsTheDocumentsIdentityWhenAsked) {
   EXPECT_TRUE(std::any_of(differences.begin(), differences.end(), [](const Difference& difference) {
     return difference.property == u"IR" && difference.object.empty();
   }));
-}
-
-TEST(Walk, TellsEveryValueOnceInPublishedOrder) {
-  struct Recorder : ContentVisitor {
-    Lines lines;
-    void OnValue(const Content& content) override {
-      if (content.name == "Name" || content.name == "Key") lines.emplace_back(content.name);
-    }
-    void OnObjectBegin(TextView name, automation::Object& object) override {
-      lines.push_back(automation::ToUtf8(name) + ":" + std::string(object.TypeName()));
-    }
-    void OnObjectEnd(automation::Object&) override { lines.emplace_back("end"); }
-    void OnMembersBegin(automation::Object&, size_t count) override {
-      lines.push_back(std::to_string(count) + "[");
-    }
-    void OnMembersEnd(automation::Object&) override { lines.emplace_back("]"); }
-  } recorder;
-  const auto tasks = Make<vnTasks>();
-  const auto task = Make<vnTask>();
-  task->Load(u"", u"k");
-  tasks->Add(task.get());
-  Walk(*tasks, recorder);
-  EXPECT_EQ(recorder.lines,
-            (Lines{":vnTasks", "1[", "k:vnTask", "Key", "Name", "end", "]", "end"}));
 }
 
 // The classes that can be met below a class, by the published types.

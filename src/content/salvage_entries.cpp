@@ -6,7 +6,7 @@
 #include "bag/bag_scanner.h"
 #include "content/salvage_likeness.h"
 #include "content/salvage_sound.h"
-#include "vndoc6/bag/base64.h"
+#include "vndoc6/automation/base64.h"
 
 namespace vndoc6::salvage {
 namespace {
@@ -236,7 +236,7 @@ class Search {
     const bool is_whole =
         plain.value.data() + plain.value.size() == View(value).data() + value.size();
     automation::Variant ignored;
-    const bool valid = plain.tag == 'p' ? bag::FromBase64(plain.value).has_value()
+    const bool valid = plain.tag == 'p' ? automation::FromBase64(plain.value).has_value()
                                         : scanner.ValueOf(plain, ignored);
     if (!is_whole || !valid) return false;
     entry.tag = plain.tag == 'T' || plain.tag == 'F' ? 'b' : plain.tag;

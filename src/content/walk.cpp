@@ -1,5 +1,9 @@
 #include "vndoc6/content/walk.h"
 
+#include "automation/inside.h"
+#include "vndoc6/core/member.h"
+#include "vndoc6/document/document.h"
+
 namespace vndoc6 {
 namespace {
 
@@ -25,8 +29,8 @@ class Walker {
     const std::vector<ListMember> members = ContentReader::Members(collection);
     visitor_.OnMembersBegin(collection, members.size());
     for (const ListMember& member : members) {
-      const automation::Ref<automation::Object> object = visitor_.ObjectToVisit(*member.object);
-      Visit(member.key, *object);
+      const PassingRead reading(*member.object);
+      Visit(member.key, *member.object);
     }
     visitor_.OnMembersEnd(collection);
   }
@@ -36,6 +40,18 @@ class Walker {
 };
 
 }  // namespace
+
+PassingRead::PassingRead(automation::Object& object) : object_(&object) {
+  auto* const member = dynamic_cast<Member*>(&object);
+  if (member == nullptr) return;
+  go_back_ = Inside::RememberUnread(*member);
+  const automation::Ref<vnDocument> document = go_back_ ? member->Document() : nullptr;
+  if (document && document->ChangeEvents()) quiet_.emplace(*document);
+}
+
+PassingRead::~PassingRead() {
+  if (go_back_) go_back_();
+}
 
 void Walk(automation::Object& object, ContentVisitor& visitor) {
   const QuietReading quiet(object);

@@ -150,6 +150,11 @@ void vnDocument::SetIR(int32_t plIR) {
   ir_changed_ = true;
 }
 
+void vnDocument::RestoreIR(int32_t ir) {
+  ir_ = ir;
+  ir_changed_ = true;
+}
+
 void vnDocument::SetGUID(const Text& psGUID) {
   const auto allowed = [this] {
     if (!properties_) return false;

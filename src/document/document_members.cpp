@@ -36,8 +36,8 @@ const automation::ClassInfo& vnDocument::classInfo() {
               "the title handler's list, not the document's"),
           property<&D::FileVersion>("FileVersion").not_content("tells of the last load"),
           property<&D::DocumentType, &D::SetDocumentType>("DocumentType", "peDocumentType"),
-          property<&D::IR, &D::SetIR>("IR", "plIR"),
-          property<&D::GUID, &D::SetGUID>("GUID", "psGUID"),
+          property<&D::IR, &D::SetIR>("IR", "plIR").restored_by<&D::RestoreIR>(),
+          property<&D::GUID, &D::SetGUID>("GUID", "psGUID").restored_by<&D::RestoreGUID>(),
           property<&D::Edition, &D::SetEdition>("Edition", "peEdition"),
           property<&D::DocType, &D::SetDocType>("DocType", "peDocType")
               .not_content("another name of DocumentType"),

@@ -95,6 +95,15 @@ void vnLink::ReadContent(const KeptText& text, Content& content) {
   schema::ReadEntries<Schema>(reader, *this, content);
 }
 
+std::function<void()> vnLink::RememberUnread() {
+  if (content_) return schema::RememberUnreadParts<Schema>(*content_);
+  return [this, text = unread_] {
+    if (!content_ || !schema::HoldsNoPart<Schema>(*content_)) return;
+    const std::unique_ptr<Content> read = std::move(content_);
+    unread_ = text;
+  };
+}
+
 vnLink::Values& vnLink::values() { return content(); }
 
 void vnLink::TakeDocument(vnDocument* document) {

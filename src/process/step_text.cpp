@@ -47,6 +47,16 @@ vnStep::Content& vnStep::content() {
   return *content_;
 }
 
+std::function<void()> vnStep::RememberUnread() {
+  if (content_) return schema::RememberUnreadParts<Schema>(*content_);
+  return [this, text = text_] {
+    if (!content_ || !schema::HoldsNoPart<Schema>(*content_)) return;
+    // Goes when the step is unread already: a host's object may look at it.
+    const std::unique_ptr<Content> read = std::move(content_);
+    text_ = text;
+  };
+}
+
 Text vnStep::Save() {
   // A host's field object that gives its text may let go of this step.
   const Ref<vnStep> self(this);

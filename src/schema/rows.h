@@ -177,6 +177,11 @@ struct Call {
   }
 };
 
+template <auto kFunction>
+void CallWithValue(automation::Object& object, const automation::Variant& value) {
+  automation::detail::Signature<decltype(kFunction)>::template Call<kFunction>(object, &value);
+}
+
 }  // namespace detail
 
 // What of a row does not depend on types.
@@ -189,6 +194,7 @@ struct RowFacts {
   // Of a row of values: the numbers that an object has values under.
   std::vector<int32_t> (*numbers)(const automation::Object&) = nullptr;
   const ClassInfo& (*part)() = nullptr;
+  void (*restore)(automation::Object& object, const automation::Variant& value) = nullptr;
 };
 
 template <class EntryType, class... Calls>
@@ -264,6 +270,14 @@ struct Row {
     row.facts.part = part;
     return row;
   }
+  // How a new object gets the value, where that is neither its put nor, for what can only be read,
+  // its field. Of a collection's Add: how it gets a member that is whole.
+  template <auto kFunction>
+  constexpr Row restored_by() const {
+    Row row = *this;
+    row.facts.restore = &detail::CallWithValue<kFunction>;
+    return row;
+  }
 
  private:
   template <class NewEntry>
@@ -330,6 +344,21 @@ namespace detail {
 // Numbers the members as the comment at the top says.
 void NumberMembers(std::vector<MemberInfo>& members);
 
+// Puts a value where it lies, if it lies in the object itself.
+template <class EntryType>
+std::function<void(automation::Object&, const automation::Variant&)> StoreIn(const EntryType&) {
+  return {};
+}
+template <class Owner, class T>
+requires std::is_base_of_v<automation::Object, Owner> &&
+    std::is_constructible_v<automation::Variant, T>
+        std::function<void(automation::Object&, const automation::Variant&)> StoreIn(
+            const Entry<Owner, T>& entry) {
+  return [member = entry.member](automation::Object& object, const automation::Variant& value) {
+    static_cast<Owner&>(object).*member = automation::detail::ConvertArgument<T>(value, 0).get();
+  };
+}
+
 template <class EntryType, class... Calls>
 void AppendMembers(const Row<EntryType, Calls...>& row, std::vector<MemberInfo>& members) {
   const auto append = [&](const auto& call) {
@@ -338,6 +367,11 @@ void AppendMembers(const Row<EntryType, Calls...>& row, std::vector<MemberInfo>&
     info.not_content = row.facts.not_content;
     info.numbers = row.facts.numbers;
     info.part = row.facts.part;
+    if (row.facts.restore != nullptr) {
+      info.restore = row.facts.restore;
+    } else if constexpr (sizeof...(Calls) == 1) {
+      info.restore = StoreIn(row.entry);
+    }
     members.push_back(std::move(info));
   };
   std::apply([&](const auto&... call) { (append(call), ...); }, row.calls);

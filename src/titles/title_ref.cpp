@@ -5,6 +5,7 @@
 #include "automation/inside.h"
 #include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
+#include "bag/row_text.h"
 #include "collections/collection_text.h"
 #include "core/scope.h"
 #include "schema/rows.h"
@@ -61,15 +62,37 @@ void vnTitleRef::Clear() {
   display_name_cache_.clear();
 }
 
+struct vnTitleRef::Schema {
+  // The keys are in every file: never change one.
+  static constexpr auto kRows = [] {
+    using namespace schema;
+    return std::tuple{
+        property<&vnTitleRef::Document>("Document").not_content("leads back to the root"),
+        property<&vnTitleRef::Ref, &vnTitleRef::SetRef>("Ref", "psRef")
+            .field(&vnTitleRef::ref_, "R")
+            .restored_by<&vnTitleRef::RestoreRef>(),
+        property<&vnTitleRef::DisplayNameCache>("DisplayNameCache")
+            .field(&vnTitleRef::display_name_cache_, "DN"),
+        property<&vnTitleRef::DisplayName, &vnTitleRef::SetDisplayName>("DisplayName",
+                                                                        "psDisplayName")
+            .restored_by<&vnTitleRef::RestoreDisplayName>(),
+        method<&vnTitleRef::Clear>("Clear"),
+    };
+  }();
+};
+
 void vnTitleRef::Write(bag::BagWriter& writer) const {
-  writer.Add("R", ref_);
-  writer.Add("DN", display_name_cache_);
+  schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
 void vnTitleRef::Read(const bag::KeptText& text, const Text& /*key*/) {
   bag::BagReader reader(text);
-  ref_ = reader.GetText("R");
-  display_name_cache_ = reader.GetText("DN");
+  schema::ReadEntries<Schema>(reader, *this, *this);
+}
+
+// The name is the title handler's where there is one: what was last known of it counts.
+void vnTitleRef::RestoreDisplayName(const Text& name) {
+  if (display_name_cache_.empty()) display_name_cache_ = name;
 }
 
 bool vnTitleRefs::UsingHandler() const {
@@ -108,6 +131,11 @@ void vnTitleRefs::AddReference(vnTitleRef& reference) {
   store_.Add(reference.Ref(), reference);
 }
 
+// Whether there is a handler is known when all of the document is there.
+void vnTitleRefs::RestoreReference(vnTitleRef* reference) {
+  store_.Add(reference->Ref(), *reference);
+}
+
 void vnTitleRefs::Write(bag::BagWriter& writer) const { WriteByPosition(writer, "TR"); }
 
 void vnTitleRefs::Read(const bag::KeptText& text) {
@@ -120,14 +148,7 @@ const automation::ClassInfo& vnTitleRef::classInfo() {
       "vnTitleRef", "A reference to a title of the document, or a free text in its place.",
       {0xD8F8D0BA, 0x3482, 0x428B, {0x95, 0xF8, 0xD5, 0x07, 0x48, 0x1E, 0x35, 0x58}},
       {0x64573ADF, 0x1E72, 0x48A1, {0x94, 0x84, 0xF2, 0xF5, 0x40, 0x0E, 0x86, 0x38}},
-      std::tuple{
-          property<&vnTitleRef::Document>("Document").not_content("leads back to the root"),
-          property<&vnTitleRef::Ref, &vnTitleRef::SetRef>("Ref", "psRef"),
-          property<&vnTitleRef::DisplayNameCache>("DisplayNameCache"),
-          property<&vnTitleRef::DisplayName, &vnTitleRef::SetDisplayName>("DisplayName",
-                                                                          "psDisplayName"),
-          method<&vnTitleRef::Clear>("Clear"),
-      });
+      Schema::kRows);
   return info;
 }
 
@@ -143,7 +164,7 @@ const automation::ClassInfo& vnTitleRefs::classInfo() {
           property<&vnTitleRefs::Count>("Count").not_content("the members themselves are read"),
           property<&vnTitleRefs::NewEnum>("NewEnum").not_content("the members themselves are read"),
           method<&vnTitleRefs::RemoveAll>("RemoveAll"),
-          method<&vnTitleRefs::Add>("Add", "pvRef"),
+          method<&vnTitleRefs::Add>("Add", "pvRef").restored_by<&vnTitleRefs::RestoreReference>(),
       });
   return info;
 }

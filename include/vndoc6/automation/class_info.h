@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -116,6 +117,9 @@ struct MemberInfo {
   // Of a row of values: the numbers that an object has values under.
   std::vector<int32_t> (*numbers)(const Object& object) = nullptr;
   const ClassInfo& (*part)() = nullptr;  // the part that it gives, where its type does not show it
+  // How a new object gets the value that another had, where no put does that: what can only be
+  // read, or is put with consequences.
+  std::function<void(Object& object, const Variant& value)> restore;
   MemberThunk thunk = nullptr;
   const void* vtable_entry = nullptr;  // of the dual interface; null where there is none
 };

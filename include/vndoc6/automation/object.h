@@ -111,6 +111,8 @@ class Object {
     if (--held_ == 0) LeaveParent();
   }
   void Own() { ++owned_; }
+  // Whether anybody outside has a reference to it.
+  bool IsHeld() const { return held_ > 0; }
   void Disown();
 
   // The object's companion, null for none. Only the COM door uses it.

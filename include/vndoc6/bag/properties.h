@@ -59,6 +59,7 @@ class Property : public automation::Object {
   friend class Properties;
   void Join(Properties& bag, uint64_t serial);
   void Leave();
+  void RestoreKey(const Text& key) { key_ = key; }
 
   Text key_;
   automation::Variant value_;  // never an object
@@ -154,6 +155,7 @@ class Properties : public automation::Object {
   std::vector<automation::Ref<automation::Object>> Snapshot() const;
   automation::Ref<Property> NewEntry(Text key, const automation::Variant& value);
   void Copy(const Property& entry);
+  void RestoreEntry(Property* entry) { Copy(*entry); }
   void Replace(Entries entries);
 
   Entries entries_;

@@ -47,8 +47,8 @@ struct Difference {
 // Two objects of a document, or of two documents, can be compared as well, of one class as a rule:
 // if their classes differ, that is the one difference.
 //
-// Nothing is reported to listeners, and ChangeEvents is as it was afterwards. Reading builds parts
-// that are kept as text, as it does for any host.
+// Nothing is reported to listeners, and ChangeEvents is as it was afterwards. The members of
+// collections stay as unread as they were, see PassingRead in walk.h.
 std::vector<Difference> Compare(automation::Object& left, automation::Object& right,
                                 const CompareOptions& options = {});
 

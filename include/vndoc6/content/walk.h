@@ -2,6 +2,8 @@
 // it, in published order. Exports and reports are visitors.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string_view>
 
 #include "vndoc6/automation/object.h"
@@ -9,6 +11,24 @@
 #include "vndoc6/content/content.h"
 
 namespace vndoc6 {
+
+// Reading that leaves no trace. As long as it stands, the object is to be read and not changed, and
+// the document reports nothing. Then what was built of the object meanwhile is kept as text again,
+// so that a large document can be read through in little more than its own memory. What somebody
+// still holds a part of stays built; below that, what is held is no part of the object any more.
+// Steps and links keep text; any other object stays as reading makes it.
+class PassingRead {
+ public:
+  explicit PassingRead(automation::Object& object);
+  ~PassingRead();
+  PassingRead(const PassingRead&) = delete;
+  PassingRead& operator=(const PassingRead&) = delete;
+
+ private:
+  automation::Ref<automation::Object> object_;
+  std::function<void()> go_back_;
+  std::optional<QuietReading> quiet_;
+};
 
 class ContentVisitor {
  public:
@@ -26,15 +46,10 @@ class ContentVisitor {
   // Between an object's own properties and its end, where it is a collection: its members.
   virtual void OnMembersBegin(automation::Object& /*collection*/, size_t /*count*/) {}
   virtual void OnMembersEnd(automation::Object& /*collection*/) {}
-
-  // The object that is visited for a collection's member: as a rule the member itself. A visitor of
-  // large documents may give a copy, which goes with all that reading it builds.
-  virtual automation::Ref<automation::Object> ObjectToVisit(automation::Object& member) {
-    return &member;
-  }
 };
 
-// Reports no changes, whatever is built by reading. Visitors must not change what they visit.
+// Reports no changes, whatever is built by reading; the members of collections are left as they
+// were, see PassingRead. Visitors must not change what they visit.
 void Walk(automation::Object& object, ContentVisitor& visitor);
 
 }  // namespace vndoc6

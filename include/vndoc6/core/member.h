@@ -1,6 +1,8 @@
 // Member: what every object below a document has in common.
 #pragma once
 
+#include <functional>
+
 #include "vndoc6/automation/object.h"
 
 namespace vndoc6 {
@@ -19,6 +21,9 @@ class Member : public automation::Object {
   vnDocument* document() const;
   // Null without a document.
   Scope* document_scope() const;
+  // Remembers what of the object is kept as text. What it gives makes that text again of what was
+  // read since, unless somebody outside holds a part of it. Empty where there is nothing to do.
+  virtual std::function<void()> RememberUnread() { return {}; }
 
   automation::Object* FindParent() const override;
   // `owner` when it is there, else the document: for classes with a nearer owner.

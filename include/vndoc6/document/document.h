@@ -220,6 +220,9 @@ class vnDocument : public automation::Object, public automation::EventSource {
     Definition form;
   };
 
+  // The save that follows tells the counter as it was.
+  void RestoreIR(int32_t ir);
+  void RestoreGUID(const Text& guid) { guid_ = guid; }
   void KeepLoadedAttachments();
   automation::Ref<automation::Object> FieldDefs(Definitions& definitions);
   automation::Ref<automation::Object> Form(Definitions& definitions);

@@ -73,6 +73,7 @@ class vnLink : public Member {
   void StoreKey(vndoc6::Text key) { key_ = std::move(key); }
   void Write(bag::BagWriter& writer);
   void Read(const bag::KeptText& text, const vndoc6::Text& key);
+  std::function<void()> RememberUnread() override;
 
   struct Schema;
   struct Values {

@@ -165,6 +165,7 @@ class vnStep : public Member {
   void ReadFrom(const bag::KeptText& text, const Text& key, bool check_key);
   void Read(const bag::KeptText& text, const Text& key) { ReadFrom(text, key, false); }
   void Write(bag::BagWriter& writer);
+  std::function<void()> RememberUnread() override;
   // Copies everything but key, document and owners, parts included; the copied tasks, files, jumps
   // and conditions get fresh keys, and the copy's task order counts all its tasks.
   void CopyFrom(vnStep& source);

@@ -42,6 +42,9 @@ class vnTitleRef : public Member {
   // The key says nothing. Looks nothing up among the titles.
   void Read(const bag::KeptText& text, const Text& key = {});
 
+  struct Schema;
+  void RestoreRef(const Text& ref) { ref_ = ref; }
+  void RestoreDisplayName(const Text& name);
   // Nothing without a document.
   automation::Ref<vnTitles> DocumentTitles() const;
 
@@ -69,6 +72,7 @@ class vnTitleRefs : public Collection<vnTitleRef> {
   void Read(const bag::KeptText& text);
 
   bool UsingHandler() const;
+  void RestoreReference(vnTitleRef* reference);
   automation::Ref<vnTitleRef> AddTitle(const Text& ref);
   automation::Ref<vnTitleRef> AddFreeText(const Text& text);
 };

@@ -1,11 +1,11 @@
-#include "vndoc6/bag/base64.h"
+#include "vndoc6/automation/base64.h"
 
 #include <algorithm>
 #include <array>
 
 #include "automation/room.h"
 
-namespace vndoc6::bag {
+namespace vndoc6::automation {
 namespace {
 
 constexpr std::string_view kDigits =
@@ -53,4 +53,4 @@ std::optional<std::vector<uint8_t>> FromBase64(std::string_view text) {
   return bytes;
 }
 
-}  // namespace vndoc6::bag
+}  // namespace vndoc6::automation
