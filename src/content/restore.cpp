@@ -1,7 +1,6 @@
 #include "vndoc6/content/restore.h"
 
 #include <span>
-#include <string>
 #include <string_view>
 #include <utility>
 
@@ -28,24 +27,6 @@ using automation::TypeKind;
 using automation::Variant;
 
 constexpr CallKind kPuts = CallKind::kPut | CallKind::kPutRef;
-
-// The same object, kept as text.
-template <class T>
-Ref<Object> Unread(T& object) {
-  std::string bytes;
-  bag::BagWriter writer(bytes);
-  Inside::Write(object, writer);
-  bytes.shrink_to_fit();
-  auto unread = automation::Make<T>();
-  Inside::Read(*unread, bag::KeptText(bag::SharedBytes(std::move(bytes))), object.Key());
-  return unread;
-}
-
-Ref<Object> AsKept(Object& member) {
-  if (auto* const step = dynamic_cast<vnStep*>(&member)) return Unread(*step);
-  if (auto* const link = dynamic_cast<vnLink*>(&member)) return Unread(*link);
-  return &member;
-}
 
 // Of a host's object what is known is its text.
 bool PutText(Object& object, const MemberInfo& member, const Variant& text) {
@@ -93,6 +74,24 @@ Object& Restore::Current() {
   return *open_.back().object;
 }
 
+// The same object, kept as text.
+template <class T>
+Ref<Object> Restore::Unread(T& object) {
+  text_.clear();
+  bag::BagWriter writer(text_);
+  Inside::Write(object, writer);
+  kept_size_ += text_.size();
+  auto unread = automation::Make<T>();
+  Inside::Read(*unread, bag::KeptText(bag::SharedBytes(text_)), object.Key());
+  return unread;
+}
+
+Ref<Object> Restore::AsKept(Object& member) {
+  if (auto* const step = dynamic_cast<vnStep*>(&member)) return Unread(*step);
+  if (auto* const link = dynamic_cast<vnLink*>(&member)) return Unread(*link);
+  return &member;
+}
+
 void Restore::AddMember(Object& member) {
   Object& collection = Current();
   const ClassInfo& info = *collection.GetClassInfo();
@@ -120,7 +119,9 @@ void Restore::Value(const ContentMember& content, const Variant& value, int32_t 
 
 void Restore::Finish() {
   auto* const document = dynamic_cast<vnDocument*>(open_.front().object.get());
-  if (document == nullptr || (has_files_ && has_jumps_)) return;
+  if (document == nullptr) return;
+  Inside::ExpectSize(*document, kept_size_);
+  if (has_files_ && has_jumps_) return;
   const Ref<vnSteps> steps = document->Steps();
   for (int32_t i = 1; i <= steps->Count(); ++i) {
     const Ref<vnStep> step = steps->Item(Variant(i));

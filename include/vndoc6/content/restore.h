@@ -2,7 +2,9 @@
 // from their files, one value after the other.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "vndoc6/automation/object.h"
@@ -46,9 +48,14 @@ class Restore {
   };
   automation::Object& Current();
   void AddMember(automation::Object& member);
+  automation::Ref<automation::Object> AsKept(automation::Object& member);
+  template <class T>
+  automation::Ref<automation::Object> Unread(T& object);
 
   QuietReading quiet_;
   std::vector<Open> open_;
+  std::string text_;      // of the member that was last kept
+  size_t kept_size_ = 0;  // of all of them
   bool has_files_ = false;
   bool has_jumps_ = false;
 };

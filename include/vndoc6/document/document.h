@@ -208,6 +208,8 @@ class vnDocument : public automation::Object, public automation::EventSource {
   friend struct Inside;
   // Writes the document's text as a save does, without a save's effects on IR and GUID.
   void Write(bag::BagWriter& writer) { WriteParts(writer, Purpose::kText); }
+  // About how many bytes the next save will have: it makes room for them at once.
+  void ExpectSize(size_t bytes) { file_size_ = bytes; }
 
   // What a document defines for one kind of object: fields and their form, each kept as text
   // until it is read.
