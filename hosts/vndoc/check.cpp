@@ -22,6 +22,7 @@ struct Finding {
   const char* kind;  // programs read these: never change one
   std::string message;
   bool fixable = false;
+  bool is_wrong = true;  // else it is for the user to know
 };
 
 std::string Quoted(TextView text) { return '"' + OneLine(text) + '"'; }
@@ -156,7 +157,7 @@ void AddDamage(const vndoc6::Damage& damage, std::vector<Finding>& findings) {
   const std::string at = "byte " + std::to_string(damage.offset);
   switch (damage.kind) {
     case Kind::kUnknown:
-      findings.push_back({"unknown key", where + " is not known; the next save drops it"});
+      findings.push_back({"unknown key", where + " is not known; saves keep it", false, false});
       break;
     case Kind::kTwice:
       findings.push_back({"damaged text", where + " is there twice; the next save drops one"});
@@ -239,7 +240,7 @@ class Report {
   }
 
   void Add(const std::string& file, const Finding& finding, bool fixed) {
-    if (!fixed && context_.status == kDone) context_.status = kFindings;
+    if (finding.is_wrong && !fixed && context_.status == kDone) context_.status = kFindings;
     if (options_.json) {
       nlohmann::ordered_json json = {
           {"file", file}, {"kind", finding.kind}, {"message", finding.message}, {"fixed", fixed}};
@@ -284,7 +285,8 @@ void AddCheck(CLI::App& app, Context& context) {
       "numbers\n"
       "that are missing or there twice, dependencies in circles, texts that are damaged and keys\n"
       "that are not known.\n"
-      "Exit status: 0 nothing is wrong, or all of it was fixed; 1 findings; 2 a file can't be "
+      "Exit status: 0 nothing is wrong, or all of it was fixed; 1 findings, but for keys that are\n"
+      "not known, which are kept; 2 a file can't be "
       "read.");
   command->callback([options, &context] { CheckAll(context, *options); });
 }

@@ -61,6 +61,26 @@ struct Inside {
       -> decltype(object.StoreOwner(std::forward<Args>(args)...)) {
     return object.StoreOwner(std::forward<Args>(args)...);
   }
+  template <class T, class... Args>
+  static auto WriteValues(T& object, Args&&... args)
+      -> decltype(object.WriteValues(std::forward<Args>(args)...)) {
+    return object.WriteValues(std::forward<Args>(args)...);
+  }
+  template <class T, class... Args>
+  static auto unknown_entries(T& object, Args&&... args)
+      -> decltype(object.unknown_entries(std::forward<Args>(args)...)) {
+    return object.unknown_entries(std::forward<Args>(args)...);
+  }
+  template <class T, class... Args>
+  static auto RememberUnread(T& object, Args&&... args)
+      -> decltype(object.RememberUnread(std::forward<Args>(args)...)) {
+    return object.RememberUnread(std::forward<Args>(args)...);
+  }
+  template <class T, class... Args>
+  static auto ExpectSize(T& object, Args&&... args)
+      -> decltype(object.ExpectSize(std::forward<Args>(args)...)) {
+    return object.ExpectSize(std::forward<Args>(args)...);
+  }
 
   // A collection's members, and those who share them.
   template <class T, class... Args>

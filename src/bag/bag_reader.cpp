@@ -4,6 +4,7 @@
 #include <cstring>
 #include <memory>
 #include <numeric>
+#include <utility>
 
 #include "vndoc6/automation/base64.h"
 #include "vndoc6/automation/error.h"
@@ -41,7 +42,7 @@ T ConvertedOr(const Variant& value, T (Variant::*convert)() const, const T& miss
 }  // namespace
 
 // Looks for the next entry with a key of its own. False when there is none, or when there are so
-// many that they are all in by_key_ now.
+// many that they are all in many_ now.
 bool BagReader::TakeNext() {
   BagEntry entry;
   while (scanner_.Next(entry)) {
@@ -59,22 +60,35 @@ bool BagReader::TakeNext() {
 }
 
 void BagReader::TakeMany(const BagEntry& next) {
-  many_.assign(few_.entries, few_.entries + count_);
-  many_.push_back(next);
+  auto many = std::make_unique<Many>();
+  std::vector<BagEntry>& entries = many->entries;
+  std::vector<uint32_t>& by_key = many->by_key;
+  entries.assign(few_.entries, few_.entries + count_);
+  entries.push_back(next);
   BagEntry entry;
-  while (scanner_.Next(entry)) many_.push_back(entry);
-  by_key_.resize(many_.size());
-  std::iota(by_key_.begin(), by_key_.end(), 0U);
-  const auto key = [this](uint32_t position) { return many_[position].key; };
-  std::stable_sort(by_key_.begin(), by_key_.end(),
+  while (scanner_.Next(entry)) entries.push_back(entry);
+  by_key.resize(entries.size());
+  std::iota(by_key.begin(), by_key.end(), 0U);
+  const auto key = [&](uint32_t position) { return entries[position].key; };
+  std::stable_sort(by_key.begin(), by_key.end(),
                    [key](uint32_t left, uint32_t right) { return key(left) < key(right); });
   const auto same = [key](uint32_t left, uint32_t right) { return key(left) == key(right); };
-  by_key_.erase(std::unique(by_key_.begin(), by_key_.end(), same), by_key_.end());
+  by_key.erase(std::unique(by_key.begin(), by_key.end(), same), by_key.end());
+  many->asked.assign(entries.size(), true);
+  for (const uint32_t first : by_key) many->asked[first] = first < kFew && IsAsked(first);
+  many_ = std::move(many);
+}
+
+bool BagReader::HasUnaskedElsewhere() {
+  while (!many_ && TakeNext()) continue;
+  if (!many_) return asked_ != AllOfTheFew();
+  return std::find(many_->asked.begin(), many_->asked.end(), false) != many_->asked.end();
 }
 
 const BagEntry* BagReader::Find(std::string_view key) {
-  if (!by_key_.empty()) return FindByKey(key);
+  if (many_) return FindByKey(key);
   if ((cursor_ < count_ || TakeNext()) && few_.entries[cursor_].key == key) {
+    asked_ |= uint64_t{1} << cursor_;
     return &few_.entries[cursor_++];
   }
   return FindElsewhere(key);
@@ -86,16 +100,18 @@ const BagEntry* BagReader::FindElsewhere(std::string_view key) {
     const size_t at = PositionOf(key);
     if (at != count_) {
       cursor_ = at + 1;
+      SetAsked(at);
       return &few_.entries[at];
     }
   }
-  while (by_key_.empty() && TakeNext()) {
+  while (!many_ && TakeNext()) {
     const BagEntry& last = few_.entries[count_ - 1];
     if (last.key != key) continue;
     cursor_ = count_;
+    SetAsked(count_ - 1);
     return &last;
   }
-  return by_key_.empty() ? nullptr : FindByKey(key);
+  return many_ ? FindByKey(key) : nullptr;
 }
 
 size_t BagReader::PositionOf(std::string_view key) const {
@@ -104,12 +120,14 @@ size_t BagReader::PositionOf(std::string_view key) const {
   return at;
 }
 
-const BagEntry* BagReader::FindByKey(std::string_view key) const {
+const BagEntry* BagReader::FindByKey(std::string_view key) {
+  const std::vector<uint32_t>& by_key = many_->by_key;
   const auto found = std::lower_bound(
-      by_key_.begin(), by_key_.end(), key,
-      [this](uint32_t at, std::string_view sought) { return many_[at].key < sought; });
-  const bool is_there = found != by_key_.end() && many_[*found].key == key;
-  return is_there ? &many_[*found] : nullptr;
+      by_key.begin(), by_key.end(), key,
+      [this](uint32_t at, std::string_view sought) { return many_->entries[at].key < sought; });
+  if (found == by_key.end() || many_->entries[*found].key != key) return nullptr;
+  many_->asked[*found] = true;
+  return &many_->entries[*found];
 }
 
 std::optional<Variant> BagReader::Get(std::string_view key) {

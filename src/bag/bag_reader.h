@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -38,9 +39,30 @@ class BagReader {
   KeptText GetKept(std::string_view key);
   // The bytes of a picture entry; nothing when the key is missing or holds no picture.
   std::optional<std::vector<uint8_t>> GetPicture(std::string_view key);
+  // For an entry that is known and not read.
+  void Skip(std::string_view key) {
+    if (count_ != 0 || !scanner_.AtEnd()) Find(key);
+  }
+
+  // Whether there is an entry that was not asked for.
+  bool HasUnasked() {
+    return scanner_.AtEnd() && !many_ ? asked_ != AllOfTheFew() : HasUnaskedElsewhere();
+  }
+  // Calls `visit(entry)` for each of these, in order; those for which it gives true are asked for.
+  template <class Visit>
+  void VisitUnasked(Visit&& visit) {
+    if (!HasUnasked()) return;
+    const size_t count = many_ ? many_->entries.size() : count_;
+    for (size_t at = 0; at < count; ++at) {
+      if (!IsAsked(at) && visit(many_ ? many_->entries[at] : few_.entries[at])) SetAsked(at);
+    }
+  }
+  int32_t LongOf(const BagEntry& entry, int32_t missing = 0) const;
+  KeptText WholeOf(const BagEntry& entry) const { return scanner_.WholeOf(entry); }
 
  private:
-  // Up to so many entries are kept in the reader itself and searched one by one.
+  // Up to so many entries are kept in the reader itself and searched one by one. As many as there
+  // are bits in `asked_`.
   static constexpr size_t kFew = 64;
   // Not one of them is constructed before it is there: most bags are small.
   union Few {
@@ -63,7 +85,19 @@ class BagReader {
   // Among the few; count_ when it is not there.
   size_t PositionOf(std::string_view key) const;
   const BagEntry* FindElsewhere(std::string_view key);
-  const BagEntry* FindByKey(std::string_view key) const;
+  const BagEntry* FindByKey(std::string_view key);
+  bool HasUnaskedElsewhere();
+  uint64_t AllOfTheFew() const {
+    return count_ == kFew ? ~uint64_t{0} : (uint64_t{1} << count_) - 1;
+  }
+  bool IsAsked(size_t at) const { return many_ ? many_->asked[at] : (asked_ >> at & 1) != 0; }
+  void SetAsked(size_t at) {
+    if (many_) {
+      many_->asked[at] = true;
+    } else {
+      asked_ |= uint64_t{1} << at;
+    }
+  }
   bool TakeNext();
   void TakeMany(const BagEntry& next);
   KeptText KeptOf(const BagEntry& entry) const;
@@ -75,12 +109,18 @@ class BagReader {
   Few few_;
   size_t count_ = 0;
   KeySet keys_;
+  // Which of the few were asked for, a bit each.
+  uint64_t asked_ = 0;
   // Where the next look-up begins.
   size_t cursor_ = 0;
   // Only for bags with many entries: all of them, and their positions ordered by key, each key
-  // once.
-  std::vector<BagEntry> many_;
-  std::vector<uint32_t> by_key_;
+  // once. Nobody can ask for a second one with a key, so that counts as asked for.
+  struct Many {
+    std::vector<BagEntry> entries;
+    std::vector<uint32_t> by_key;
+    std::vector<bool> asked;
+  };
+  std::unique_ptr<Many> many_;
 };
 
 }  // namespace vndoc6::bag

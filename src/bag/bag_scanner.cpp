@@ -103,7 +103,7 @@ BagScanner::BagScanner(KeptText text, std::string_view separator)
 }
 
 bool BagScanner::Next(BagEntry& entry) {
-  if (faulty_ || position_ == bytes_.size()) return false;
+  if (AtEnd()) return false;
   if (Scan(entry)) return true;
   if (depth_ > 0) {
     GoOnUnescaped();
@@ -245,6 +245,20 @@ Text BagScanner::KeyOf(const BagEntry& entry) const {
 KeptText BagScanner::TextOf(const BagEntry& entry) const {
   const KeptText& home = HomeOf(entry.value);
   return KeptText(home, entry.value, home.depth() + 1);
+}
+
+KeptText BagScanner::WholeOf(const BagEntry& entry) const {
+  const KeptText& home = HomeOf(entry.key);
+  const size_t start = static_cast<size_t>(entry.key.data() - home.raw().data());
+  size_t end = static_cast<size_t>(entry.value.data() - home.raw().data()) + entry.value.size();
+  if (entry.tag != '"') {
+    end += separator_.size();
+  } else if (home.depth() == 0) {
+    end += 1 + separator_.size();
+  } else {
+    end += ReadEscape(home.raw().substr(end)).size;
+  }
+  return KeptText(home, home.raw().substr(start, end - start), home.depth());
 }
 
 bool BagScanner::ValueOf(const BagEntry& entry, Variant& value) const {

@@ -38,6 +38,8 @@ class BagScanner {
  public:
   explicit BagScanner(KeptText text, std::string_view separator = ":");
   bool Next(BagEntry& entry);
+  // Whether Next would give nothing; it may even so, at a fault.
+  bool AtEnd() const { return faulty_ || position_ == bytes_.size(); }
   bool faulty() const { return faulty_; }
   // Meaningful when faulty(): the offset of the entry at fault in the text's raw bytes.
   size_t fault_offset() const;
@@ -45,6 +47,8 @@ class BagScanner {
   // The entry's parts as they are meant. Only for entries of this scanner.
   Text KeyOf(const BagEntry& entry) const;
   KeptText TextOf(const BagEntry& entry) const;
+  // All of it, with what ends it.
+  KeptText WholeOf(const BagEntry& entry) const;
   // False when the value does not follow its tag (an entry out of which nothing can be made).
   bool ValueOf(const BagEntry& entry, automation::Variant& value) const;
 

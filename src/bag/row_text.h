@@ -16,6 +16,7 @@
 #include <utility>
 #include <vector>
 
+#include "automation/inside.h"
 #include "bag/bag_reader.h"
 #include "bag/bag_writer.h"
 #include "bag/lazy_text.h"
@@ -23,6 +24,7 @@
 #include "platform/keys.h"
 #include "schema/rows.h"
 #include "vndoc6/bag/lazy.h"
+#include "vndoc6/bag/unknown_entries.h"
 
 namespace vndoc6::schema {
 
@@ -37,6 +39,18 @@ struct IsOwnEntry<OwnEntry<Class>> : std::true_type {};
 template <class Row>
 constexpr bool kHasField =
     kHasEntry<Row> && !IsOwnEntry<std::remove_cvref_t<decltype(Row::entry)>>::value;
+// What keeps the entries that a text has beside those of the rows: the object, or the values that
+// it is built from. Neither for values that share the text of an object.
+template <class Self, class Values>
+auto* CarrierIn(Self& self, Values& values) {
+  if constexpr (std::is_base_of_v<bag::Carrier, Values>) {
+    return &Inside::unknown_entries(values);
+  } else if constexpr (std::is_base_of_v<bag::Carrier, Self>) {
+    return &Inside::unknown_entries(self);
+  } else {
+    return static_cast<bag::UnknownEntries*>(nullptr);
+  }
+}
 template <class T>
 struct IsPart : std::false_type {};
 template <class T>
@@ -199,9 +213,9 @@ constexpr char TagOf() {
 
 }  // namespace detail
 
-// Writes every entry.
+// Writes the entries of the rows.
 template <class Schema, class Self, class Values>
-void WriteEntries(bag::BagWriter& writer, Self& self, Values& values) {
+void WriteRows(bag::BagWriter& writer, Self& self, Values& values) {
   detail::ForEachEntry<Schema>([&]<class Row>(const Row& row) {
     const auto& entry = row.entry;
     if constexpr (detail::kHasField<Row>) {
@@ -224,17 +238,32 @@ void WriteEntries(bag::BagWriter& writer, Self& self, Values& values) {
   });
 }
 
-// Reads every entry, but those that are read at once.
+// Writes every entry: behind those of the rows what the text had beside them.
 template <class Schema, class Self, class Values>
+void WriteEntries(bag::BagWriter& writer, Self& self, Values& values) {
+  WriteRows<Schema>(writer, self, values);
+  if (const auto* unknown = detail::CarrierIn(self, values)) unknown->Write(writer);
+}
+
+// Whether another reader has read what is read at once.
+enum class AtOnce { kReadHere, kReadElsewhere };
+
+// Reads every entry, but those that are read at once, and takes the unknown ones over.
+template <class Schema, AtOnce kAtOnce = AtOnce::kReadHere, class Self, class Values>
 void ReadEntries(bag::BagReader& reader, Self& self, Values& values) {
   detail::ForEachEntry<Schema>([&]<class Row>(const Row& row) {
     if constexpr (detail::kHasField<Row>) {
-      if (row.entry.read_key == nullptr || row.entry.Is(kReadAtOnce)) return;
+      const bool at_once = row.entry.Is(kReadAtOnce);
+      if (at_once ? kAtOnce == AtOnce::kReadElsewhere : row.entry.read_key != row.entry.key) {
+        reader.Skip(row.entry.key);
+      }
+      if (row.entry.read_key == nullptr || at_once) return;
       detail::ReadField(reader, row, self, values);
     } else {
       (self.*row.entry.read)(reader);
     }
   });
+  if (auto* unknown = detail::CarrierIn(self, values)) unknown->TakeFrom(reader);
 }
 
 // Reads the entries that are read at once; a `key` that is not empty takes the identity's place.
@@ -244,8 +273,10 @@ void ReadAtOnce(bag::BagReader& reader, Self& self, Values& values, const Text& 
     if constexpr (detail::kHasField<Row>) {
       if (!row.entry.Is(kReadAtOnce)) return;
       auto& value = detail::Place(self, values, row.entry.member);
+      if (row.entry.read_key != row.entry.key) reader.Skip(row.entry.key);
       if constexpr (std::is_same_v<decltype(value), Text&>) {
         if (row.entry.Is(kIdentity) && !key.empty()) {
+          reader.Skip(row.entry.read_key);
           value = key;
           return;
         }

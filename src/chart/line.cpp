@@ -178,7 +178,8 @@ struct vnLine::Schema {
         property<&vnLine::ExtraPointY, &vnLine::SetExtraPointY>("ExtraPointY", "plIndex", "plValue")
             .numbered_by(&PointNumbers),
         property<&vnLine::ExtraPointCount, &vnLine::SetExtraPointCount>("ExtraPointCount",
-                                                                        "plExtraPointCount"),
+                                                                        "plExtraPointCount")
+            .own_entry("EPC", &vnLine::WritePoints, &vnLine::ReadPoints),
         property<&vnLine::UpdateExtraPoints, &vnLine::SetUpdateExtraPoints>("UpdateExtraPoints",
                                                                             "pbUpdateExtraPoints")
             .hidden()
@@ -187,9 +188,9 @@ struct vnLine::Schema {
   }();
   // In every file: never change it.
   static constexpr std::string_view kFileOrder[] = {
-      "AD",  "ADS", "AM", "AMS", "AO", "AOS", "BM", "DA",  "DFI", "DX", "DY",
-      "DC",  "DS",  "DW", "F",   "FC", "H",   "LS", "L",   "M",   "OT", "OA",
-      "OFI", "OX",  "OY", "OD",  "R",  "S",   "SJ", "Stc", "TS",  "UD", "ZOI"};
+      "AD", "ADS", "AM", "AMS", "AO", "AOS", "BM", "DA", "DFI", "DX", "DY",  "DC",
+      "DS", "DW",  "F",  "FC",  "H",  "LS",  "L",  "M",  "OT",  "OA", "OFI", "OX",
+      "OY", "OD",  "R",  "S",   "SJ", "Stc", "TS", "UD", "ZOI", "EPC"};
 };
 
 automation::Object* vnLine::FindParent() const { return OwnerOrDocument(link_.get()); }
@@ -260,10 +261,7 @@ void vnLine::SetExtraPointCount(int32_t plExtraPointCount) {
   ReportChange(vndExtraPointX);
 }
 
-void vnLine::Write(bag::BagWriter& writer) {
-  schema::WriteEntries<Schema>(writer, *this, values_);
-  WritePoints(writer);
-}
+void vnLine::Write(bag::BagWriter& writer) { schema::WriteEntries<Schema>(writer, *this, values_); }
 
 // Unlike a figure or the chart, a line that nobody loaded has no font to save: error 91.
 void vnLine::WriteFont(bag::BagWriter& writer) { WriteFontText(writer, *font_); }
@@ -273,7 +271,7 @@ void vnLine::LoadFont(bag::BagReader& reader) {
   font_ = font.get();
 }
 
-void vnLine::WritePoints(bag::BagWriter& writer) const {
+void vnLine::WritePoints(bag::BagWriter& writer) {
   writer.Add("EPC", ExtraPointCount());
   for (const int32_t index : ExtraPointNumbers()) {
     const std::string number = std::to_string(index);
@@ -295,24 +293,22 @@ std::vector<int32_t> vnLine::ExtraPointNumbers() const {
 void vnLine::Read(const bag::KeptText& text) {
   bag::BagReader reader(text);
   schema::ReadEntries<Schema>(reader, *this, values_);
-  ReadPoints(text, reader);
 }
 
 // Goes by the entries that there are: a count that no text backs takes neither time nor memory.
-void vnLine::ReadPoints(const bag::KeptText& text, bag::BagReader& reader) {
+void vnLine::ReadPoints(bag::BagReader& reader) {
   point_count_ = std::clamp(reader.GetLong("EPC"), 0, kMaxCount);
   points_.clear();
-  if (point_count_ == 0) return;
-  bag::BagScanner scanner(text);
-  bag::BagEntry entry;
-  while (scanner.Next(entry)) {
+  reader.VisitUnasked([&](const bag::BagEntry& entry) {
     const bool is_x = entry.key.starts_with(kPointX);
-    if (!is_x && !entry.key.starts_with(kPointY)) continue;
+    if (!is_x && !entry.key.starts_with(kPointY)) return false;
     const int32_t number = PointNumber(entry.key.substr(kPointX.size()));
-    if (number < 1 || number > point_count_) continue;
-    Point& point = points_[number];
-    (is_x ? point.x : point.y) = reader.GetLong(entry.key);
-  }
+    if (number >= 1 && number <= point_count_) {
+      Point& point = points_[number];
+      (is_x ? point.x : point.y) = reader.LongOf(entry);
+    }
+    return number >= 1;
+  });
 }
 
 void vnLine::CopyFrom(const vnLine& other) {

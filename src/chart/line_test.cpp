@@ -166,7 +166,8 @@ TEST_F(LineTest, OnlyNumbersAsASaveWritesThemNamePoints) {
       u"EPX_-1=9:EPY_2=~64\"10\":EPY_2=11:EPY_1=~64\"x\":");
   EXPECT_EQ(line->ExtraPointCount(), 2);
   EXPECT_THAT(automation::ToUtf8(SavedText(*line)),
-              EndsWith(":EPC=2:EPX_1=0:EPY_1=0:EPX_2=0:EPY_2=10:"));
+              EndsWith(":EPC=2:EPX_1=0:EPY_1=0:EPX_2=0:EPY_2=10:EPX_01=1:EPX_+1=2:EPX_ 1=3:"
+                       "EPX_1x=4:EPX_=5:EPX_0=6:EPX_99999999999=8:EPX_-1=9:"));
   EXPECT_EQ(line->ExtraPointX(0), 0);
 }
 

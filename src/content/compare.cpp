@@ -10,6 +10,7 @@
 
 #include "vndoc6/automation/picture.h"
 #include "vndoc6/content/content.h"
+#include "vndoc6/content/unknown_entries.h"
 #include "vndoc6/content/walk.h"
 
 namespace vndoc6 {
@@ -73,10 +74,11 @@ Text MemberName(const ListMember& member, size_t position) {
   return name + u"}";
 }
 
-// Which member of the right collection each of the left is paired with.
+// Which of the right each of the left is paired with, by their keys.
 using Pairs = std::vector<std::optional<size_t>>;
-Pairs PairUp(const std::vector<ListMember>& left, const std::vector<ListMember>& right) {
-  // The members with each key that are not paired yet, the next one last.
+template <class Keyed>
+Pairs PairUp(const std::vector<Keyed>& left, const std::vector<Keyed>& right) {
+  // Those with each key that are not paired yet, the next one last.
   std::unordered_map<TextView, std::vector<size_t>> unpaired;
   for (size_t i = right.size(); i-- > 0;) unpaired[right[i].key].push_back(i);
   Pairs pairs(left.size());
@@ -100,6 +102,7 @@ class Comparison {
       return;
     }
     CompareProperties(path, left, right);
+    CompareUnknown(path, left, right);
     if (ContentReader::IsCollection(left)) CompareMembers(path, left, right);
   }
 
@@ -135,6 +138,27 @@ class Comparison {
                      *right.value.ToObject());
     } else if (!SameValue(left.value, right.value)) {
       AddValue(path, owner, PropertyName(left), left.value, right.value);
+    }
+  }
+
+  // Told by their whole texts: of values that read the same the types may differ.
+  void CompareUnknown(const Text& path, Object& left, Object& right) {
+    const std::vector<UnknownEntry> lefts = UnknownEntriesOf(left);
+    const std::vector<UnknownEntry> rights = UnknownEntriesOf(right);
+    const Pairs pairs = PairUp(lefts, rights);
+    const auto name = [](const UnknownEntry& entry) { return u"[" + entry.key + u"]"; };
+    const auto all = [](const UnknownEntry& entry) {
+      return Variant(automation::FromUtf8(entry.text));
+    };
+    std::vector<bool> paired(rights.size(), false);
+    for (size_t i = 0; i < lefts.size(); ++i) {
+      if (pairs[i]) paired[*pairs[i]] = true;
+      if (pairs[i] && rights[*pairs[i]].text == lefts[i].text) continue;
+      AddValue(path, left, name(lefts[i]), all(lefts[i]),
+               pairs[i] ? all(rights[*pairs[i]]) : Variant());
+    }
+    for (size_t i = 0; i < rights.size(); ++i) {
+      if (!paired[i]) AddValue(path, left, name(rights[i]), {}, all(rights[i]));
     }
   }
 

@@ -14,6 +14,12 @@ namespace vndoc6 {
 
 using automation::Variant;
 
+namespace {
+
+constexpr MemberEntries kRevisionEntries{"F", MemberEntries::Name::kByPosition, "IR"};
+
+}  // namespace
+
 struct vnRevision::Schema {
   // The keys are in every file: never change one.
   static constexpr auto kRows = [] {
@@ -44,6 +50,7 @@ bool vnRevision::Read(const bag::KeptText& text) {
     revision_date_ = date;
     revision_ = revision;
     ir_ = ir;
+    unknown_entries().TakeFrom(reader);
   } catch (const automation::Error&) {
     return false;
   }
@@ -80,15 +87,13 @@ void vnRevisions::Remove(const Variant& pvRef) {
   }
 }
 
-void vnRevisions::Write(bag::BagWriter& writer) const { WriteByPosition(writer, "F"); }
+void vnRevisions::Write(bag::BagWriter& writer) const { WriteText(writer, kRevisionEntries); }
 
 void vnRevisions::Read(const bag::KeptText& text) {
-  bag::BagScanner scanner(text);
-  bag::BagEntry entry;
-  while (scanner.Next(entry)) {
+  ForEachMember(text, kRevisionEntries, [this](const bag::KeptText& revision_text) {
     const automation::Ref<vnRevision> revision = automation::Make<vnRevision>();
-    if (Inside::Read(*revision, scanner.TextOf(entry))) Add(revision.get());
-  }
+    if (Inside::Read(*revision, revision_text)) Add(revision.get());
+  });
 }
 
 const automation::ClassInfo& vnRevision::classInfo() {

@@ -200,6 +200,7 @@ int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Tex
   db_guid_ = file.GetText("DBGUID");
   connection_string_ = file.GetText("ConStr");
   chart_type_ = file.GetLong("CT");
+  unknown_entries().TakeFrom(file);
 
   scope.End();
   scope_->Raise<&DocumentListener::Loading>(int16_t{100});

@@ -142,6 +142,7 @@ void vnDocument::WriteParts(BagWriter& writer, Purpose purpose) {
   writer.Add("DBGUID", db_guid_);
   writer.Add("ConStr", connection_string_);
   writer.Add("CT", chart_type_);
+  unknown_entries().Write(writer);
 }
 
 }  // namespace vndoc6

@@ -13,17 +13,17 @@ namespace vndoc6 {
 
 template <class T>
 void AttachmentList<T>::Write(bag::BagWriter& writer) const {
-  this->WriteByPosition(writer, prefix_);
+  this->WriteText(writer, entries_);
 }
 
 template <class T>
 void AttachmentList<T>::Read(const bag::KeptText& text) {
-  this->ReadMembers(text, [this](T* member) { Add(member); });
+  this->ReadMembers(text, entries_, [this](T* member) { Add(member); });
 }
 
 template <class T>
 void AttachmentList<T>::ReadQuietly(const bag::KeptText& text) {
-  this->ReadMembersQuietly(text);
+  this->ReadMembersQuietly(text, entries_);
 }
 
 template <class T>

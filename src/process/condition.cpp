@@ -17,6 +17,12 @@ using automation::Variant;
 using bag::BagWriter;
 using bag::KeptText;
 
+namespace {
+
+constexpr MemberEntries kConditionEntries{"C"};
+
+}  // namespace
+
 // --- vnCondition ---
 
 struct vnCondition::Schema {
@@ -120,10 +126,10 @@ bool vnConditions::RemoveMember(const Variant& ref) {
   return true;
 }
 
-void vnConditions::Write(BagWriter& writer) const { WriteByKey(writer, u'C'); }
+void vnConditions::Write(BagWriter& writer) const { WriteText(writer, kConditionEntries); }
 
 void vnConditions::Read(const KeptText& text) {
-  ReadMembers(text, [this](vnCondition* condition) { Add(condition); });
+  ReadMembers(text, kConditionEntries, [this](vnCondition* condition) { Add(condition); });
 }
 
 const automation::ClassInfo& vnConditions::classInfo() {

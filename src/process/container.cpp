@@ -19,6 +19,8 @@ using bag::KeptText;
 
 namespace {
 
+constexpr MemberEntries kContainerEntries{"C"};
+
 // What a container reports for any change of its own.
 constexpr int32_t kChanged = 1;
 
@@ -131,13 +133,15 @@ void vnContainers::Remove(const Variant& pvRef) {
   store_.RemoveMember(*container);
 }
 
-void vnContainers::Write(BagWriter& writer) const { WriteByKey(writer, u'C'); }
+void vnContainers::Write(BagWriter& writer) const { WriteText(writer, kContainerEntries); }
 
 void vnContainers::Read(const KeptText& text) {
-  ReadMembers(text, [this](vnContainer* container) { Add(container); });
+  ReadMembers(text, kContainerEntries, [this](vnContainer* container) { Add(container); });
 }
 
-void vnContainers::ReadQuietly(const KeptText& text) { ReadMembersQuietly(text); }
+void vnContainers::ReadQuietly(const KeptText& text) {
+  ReadMembersQuietly(text, kContainerEntries);
+}
 
 const automation::ClassInfo& vnContainers::classInfo() {
   using namespace schema;

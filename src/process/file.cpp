@@ -2,12 +2,18 @@
 
 #include "bag/bag_writer.h"
 #include "bag/row_text.h"
+#include "collections/member_entries.h"
 #include "core/scope.h"
 #include "schema/rows.h"
 #include "vndoc6/document/document.h"
 #include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
+namespace {
+
+constexpr MemberEntries kFileEntries{"F", MemberEntries::Name::kByPosition};
+
+}  // namespace
 
 using bag::BagWriter;
 using bag::KeptText;
@@ -61,7 +67,8 @@ const automation::ClassInfo& vnFile::classInfo() {
 // --- vnFiles ---
 
 vnFiles::vnFiles()
-    : AttachmentList("F", [](Scope& scope) -> AttachmentList<vnFile>& { return scope.Files(); }) {}
+    : AttachmentList(kFileEntries,
+                     [](Scope& scope) -> AttachmentList<vnFile>& { return scope.Files(); }) {}
 
 const automation::ClassInfo& vnFiles::classInfo() {
   using namespace schema;

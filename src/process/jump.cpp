@@ -2,6 +2,7 @@
 
 #include "bag/bag_writer.h"
 #include "bag/row_text.h"
+#include "collections/member_entries.h"
 #include "core/scope.h"
 #include "platform/file_system.h"
 #include "schema/rows.h"
@@ -10,6 +11,11 @@
 #include "vndoc6/process/steps.h"
 
 namespace vndoc6 {
+namespace {
+
+constexpr MemberEntries kJumpEntries{"J", MemberEntries::Name::kByPosition};
+
+}  // namespace
 
 using automation::Ref;
 using bag::BagWriter;
@@ -104,7 +110,8 @@ const automation::ClassInfo& vnJump::classInfo() {
 // --- vnJumps ---
 
 vnJumps::vnJumps()
-    : AttachmentList("J", [](Scope& scope) -> AttachmentList<vnJump>& { return scope.Jumps(); }) {}
+    : AttachmentList(kJumpEntries,
+                     [](Scope& scope) -> AttachmentList<vnJump>& { return scope.Jumps(); }) {}
 
 const automation::ClassInfo& vnJumps::classInfo() {
   using namespace schema;

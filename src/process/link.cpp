@@ -25,7 +25,7 @@ using bag::KeptText;
 
 // --- vnLink ---
 
-struct vnLink::Content : Values {
+struct vnLink::Content : Values, bag::Carrier {
   bag::Lazy<vnLine> line;
   bag::Lazy<vnConditions> conditions;
 };
@@ -64,6 +64,8 @@ struct vnLink::Schema {
 
 namespace {
 
+constexpr MemberEntries kLinkEntries{"L"};
+
 // The key in a link's text, without reading on when it comes first, as it does in what is written
 // here.
 vndoc6::Text KeyIn(const KeptText& text) {
@@ -92,7 +94,7 @@ vnLink::Content& vnLink::content() {
 
 void vnLink::ReadContent(const KeptText& text, Content& content) {
   bag::BagReader reader(text);
-  schema::ReadEntries<Schema>(reader, *this, content);
+  schema::ReadEntries<Schema, schema::AtOnce::kReadElsewhere>(reader, *this, content);
 }
 
 std::function<void()> vnLink::RememberUnread() {
@@ -105,6 +107,7 @@ std::function<void()> vnLink::RememberUnread() {
 }
 
 vnLink::Values& vnLink::values() { return content(); }
+bag::UnknownEntries& vnLink::unknown_entries() { return Inside::unknown_entries(content()); }
 
 void vnLink::TakeDocument(vnDocument* document) {
   Member::TakeDocument(document);
@@ -180,13 +183,13 @@ void vnLinks::Add(vnLink* poLink) {
 
 void vnLinks::Remove(const Variant& pvRef) { store_.Remove(pvRef); }
 
-void vnLinks::Write(BagWriter& writer) const { WriteByKey(writer, u'L'); }
+void vnLinks::Write(BagWriter& writer) const { WriteText(writer, kLinkEntries); }
 
 void vnLinks::Read(const KeptText& text) {
-  ReadMembers(text, [this](vnLink* link) { Add(link); });
+  ReadMembers(text, kLinkEntries, [this](vnLink* link) { Add(link); });
 }
 
-void vnLinks::ReadQuietly(const KeptText& text) { ReadMembersQuietly(text); }
+void vnLinks::ReadQuietly(const KeptText& text) { ReadMembersQuietly(text, kLinkEntries); }
 
 const automation::ClassInfo& vnLinks::classInfo() {
   using namespace schema;

@@ -42,7 +42,7 @@ TEST(Link, WritesATextOfAnotherFormAnewAlsoWhenNobodyReadIt) {
   constexpr std::string_view kOthers[] = {
       R"(K=~64"k":T=~64"t":)",  // entries missing
       R"(T=~64"t":K=~64"k":TT=~64"":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":)",  // other order
-      R"(K=~64"k":TT=~64"":T=~64"t":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":X=1:)",
+      R"(K=~64"k":TT=~64"":T=~64"t":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":C=1:)",
       R"(K=~64"k":TT=~64"":T=~64"t":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":damage)",
       R"(K=~64"k":TT=e:T=~64"t":OSK=~64"":DSK=~64"":L=~64"":C=~64"":CE=~64"":)",
   };

@@ -10,6 +10,7 @@
 #include "schema/rows.h"
 #include "vndoc6/bag/lazy.h"
 #include "vndoc6/bag/properties.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/chart/figure.h"
 #include "vndoc6/core/detail_id.h"
 #include "vndoc6/process/condition.h"
@@ -28,7 +29,7 @@ namespace vndoc6 {
 inline constexpr int32_t kDescriptionDetail = 2;
 inline constexpr int32_t kContainerKeyDetail = 3;
 
-struct vnStep::Content : Values {
+struct vnStep::Content : Values, bag::Carrier {
   bag::Lazy<vnTitleRefs> performed_by;
   bag::Lazy<vnFiles> files;
   bag::Lazy<vnJumps> jumps;

@@ -96,9 +96,11 @@ void vnStep::ReadContent(const KeptText& text, Content& content) {
   bag::BagReader reader(text);
   // A PerformedBy that was read survives, see ReadFrom.
   const Owned<vnTitleRefs> performed_by(content.performed_by.built());
-  schema::ReadEntries<Schema>(reader, *this, content);
+  schema::ReadEntries<Schema, schema::AtOnce::kReadElsewhere>(reader, *this, content);
   if (performed_by) content.performed_by.Set(performed_by.get());
 }
+
+bag::UnknownEntries& vnStep::unknown_entries() { return Inside::unknown_entries(content()); }
 
 // The text of a step that nobody read is copied, unless there are dependencies to look after.
 void vnStep::Write(BagWriter& writer) {
@@ -132,10 +134,10 @@ void vnStep::CopyFrom(vnStep& source) {
   CopyMembers<vnFile>(source.Files(), Files());
   CopyMembers<vnJump>(source.Jumps(), Jumps());
   CopyMembers<vnCondition>(source.Conditions(), Conditions());
-  // References to titles have no identity of their own: their text is all there is to copy.
+  // References to titles have no identity of their own: their values are all there is to copy.
   const Ref<vnTitleRefs> titles = source.PerformedBy();
   copy.performed_by.Reset(
-      KeptText(bag::BagTextOf([&](BagWriter& writer) { Inside::Write(*titles, writer); })));
+      KeptText(bag::BagTextOf([&](BagWriter& writer) { Inside::WriteValues(*titles, writer); })));
   copy.fields.Reset(KeptText(fields::TextOf(*source.Fields())));
   bag::SetBagPart(copy.properties, source.GetProperties()->Clone().get(), this);
   bag::SetBagPart(copy.attachments, source.Attachments()->Clone().get(), this);

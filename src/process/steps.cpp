@@ -18,6 +18,12 @@ namespace vndoc6 {
 using automation::Ref;
 using automation::Variant;
 
+namespace {
+
+constexpr MemberEntries kStepEntries{"T"};
+
+}  // namespace
+
 vnSteps::vnSteps() = default;
 vnSteps::~vnSteps() = default;
 
@@ -150,10 +156,10 @@ bool vnSteps::ShiftNumbers(int32_t low, int32_t high, int32_t by, const vnStep& 
   return !held || !is_gone(mover);
 }
 
-void vnSteps::Write(bag::BagWriter& writer) { WriteByKey(writer, u'T'); }
+void vnSteps::Write(bag::BagWriter& writer) { WriteText(writer, kStepEntries); }
 
 void vnSteps::Read(const bag::KeptText& text) {
-  ReadMembers(text, [this](vnStep* step) { Add(step); });
+  ReadMembers(text, kStepEntries, [this](vnStep* step) { Add(step); });
 }
 
 const automation::ClassInfo& vnSteps::classInfo() {

@@ -17,6 +17,12 @@ using automation::Variant;
 using bag::BagWriter;
 using bag::KeptText;
 
+namespace {
+
+constexpr MemberEntries kTaskEntries{"T"};
+
+}  // namespace
+
 // --- vnTask ---
 
 struct vnTask::Schema {
@@ -111,10 +117,10 @@ void vnTasks::ReportRemoval(vnTask& task) {
   }
 }
 
-void vnTasks::Write(BagWriter& writer) const { WriteByKey(writer, u'T'); }
+void vnTasks::Write(BagWriter& writer) const { WriteText(writer, kTaskEntries); }
 
 void vnTasks::Read(const KeptText& text) {
-  ReadMembers(text, [this](vnTask* task) { Add(task); });
+  ReadMembers(text, kTaskEntries, [this](vnTask* task) { Add(task); });
 }
 
 const automation::ClassInfo& vnTasks::classInfo() {

@@ -127,6 +127,7 @@ void vnTemplateLibrary::LoadLists(const bag::KeptText& text) {
     const int16_t percent = kLists[i].loading_percent;
     if (percent > 0) Raise<&Listener::Loading>(percent);
   }
+  unknown_entries().TakeFrom(reader);
 }
 
 bool vnTemplateLibrary::Save() {
@@ -164,6 +165,7 @@ void vnTemplateLibrary::WriteFile(const char16_t* source) {
                      [&](bag::BagWriter& nested) { Inside::Write(*lists_[i], nested); });
     Raise<&Listener::Saving>(kLists[i].saving_percent);
   }
+  unknown_entries().Write(writer);
   if (!platform::ReplaceFileWith(file_name, bytes)) {
     throw automation::Error(automation::kPathFileAccess, {}, source);
   }

@@ -16,6 +16,8 @@
 namespace vndoc6 {
 namespace {
 
+constexpr MemberEntries kTitleRefEntries{"TR", MemberEntries::Name::kByPosition, "R"};
+
 using automation::Variant;
 
 // Nothing for a value that has no form as text.
@@ -85,6 +87,10 @@ void vnTitleRef::Write(bag::BagWriter& writer) const {
   schema::WriteEntries<Schema>(writer, *this, *this);
 }
 
+void vnTitleRef::WriteValues(bag::BagWriter& writer) const {
+  schema::WriteRows<Schema>(writer, *this, *this);
+}
+
 void vnTitleRef::Read(const bag::KeptText& text, const Text& /*key*/) {
   bag::BagReader reader(text);
   schema::ReadEntries<Schema>(reader, *this, *this);
@@ -136,10 +142,17 @@ void vnTitleRefs::RestoreReference(vnTitleRef* reference) {
   store_.Add(reference->Ref(), *reference);
 }
 
-void vnTitleRefs::Write(bag::BagWriter& writer) const { WriteByPosition(writer, "TR"); }
+void vnTitleRefs::Write(bag::BagWriter& writer) const { WriteText(writer, kTitleRefEntries); }
+
+void vnTitleRefs::WriteValues(bag::BagWriter& writer) const {
+  for (size_t i = 0; i < store_.size(); ++i) {
+    writer.AddNested("TR" + std::to_string(i + 1),
+                     [&](bag::BagWriter& nested) { Inside::WriteValues(store_[i], nested); });
+  }
+}
 
 void vnTitleRefs::Read(const bag::KeptText& text) {
-  ReadMembers(text, [this](vnTitleRef* reference) { AddReference(*reference); });
+  ReadMembers(text, kTitleRefEntries, [this](vnTitleRef* reference) { AddReference(*reference); });
 }
 
 const automation::ClassInfo& vnTitleRef::classInfo() {

@@ -7,6 +7,7 @@
 #include "vndoc6/automation/object.h"
 #include "vndoc6/automation/picture.h"
 #include "vndoc6/bag/kept_text.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/core/member.h"
 
 namespace vndoc6 {
@@ -69,7 +70,7 @@ struct ChartValues {
 // colours hold red in the low byte, and codes mean what the drawing host means by them. Nothing
 // here reaches into figures and lines: what they have in common with the chart is what a host
 // offers as the standard look. "By default" says what a document's chart begins with.
-class vnChart : public Member {
+class vnChart : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

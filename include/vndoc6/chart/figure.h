@@ -7,6 +7,7 @@
 #include "vndoc6/automation/object.h"
 #include "vndoc6/automation/picture.h"
 #include "vndoc6/bag/kept_text.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/chart/shapes.h"
 #include "vndoc6/core/member.h"
 
@@ -59,7 +60,7 @@ struct FigureValues {
 // no document, reports nothing. Positions and sizes are in
 // the host's drawing units, colours hold red in the low byte, and codes mean what the drawing host
 // means by them. "By default" says what the figure of a step begins with.
-class vnFigure : public Member {
+class vnFigure : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

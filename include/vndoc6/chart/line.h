@@ -8,6 +8,7 @@
 #include "vndoc6/automation/font.h"
 #include "vndoc6/automation/object.h"
 #include "vndoc6/bag/kept_text.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/core/member.h"
 
 namespace vndoc6 {
@@ -56,7 +57,7 @@ struct LineValues {
 // document reports nothing. Coordinates are in the host's
 // drawing units, colours hold red in the low byte, and codes mean what the drawing host means by
 // them. "By default" says what the line of a link begins with.
-class vnLine : public Member {
+class vnLine : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
@@ -233,8 +234,8 @@ class vnLine : public Member {
   void PutPoint(int32_t index, int32_t Point::*member, int32_t value, int32_t detail_id);
   void WriteFont(bag::BagWriter& writer);
   void LoadFont(bag::BagReader& reader);
-  void WritePoints(bag::BagWriter& writer) const;
-  void ReadPoints(const bag::KeptText& text, bag::BagReader& reader);
+  void WritePoints(bag::BagWriter& writer);
+  void ReadPoints(bag::BagReader& reader);
 
   automation::Weak<vnLink> link_;
   Values values_;

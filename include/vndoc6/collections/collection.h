@@ -5,15 +5,18 @@
 
 #include "vndoc6/automation/enumerator.h"
 #include "vndoc6/bag/kept_text.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/collections/keyed_store.h"
 #include "vndoc6/core/member.h"
 
 namespace vndoc6 {
 
+struct MemberEntries;
+
 // A collection class derives from this and adds its own Add and Remove, whose events differ. Base
 // is what it belongs to.
 template <class T, class Base = Member>
-class Collection : public Base {
+class Collection : public Base, public bag::Carrier {
  public:
   // The member at a 1-based position (a number) or under a key (a text, in any letter case);
   // Nothing when there is none.
@@ -36,16 +39,19 @@ class Collection : public Base {
   void HandOnDocument();
   // Stores a member under its key, a fresh one when it has none. False when the key is taken.
   bool AddUnderOwnKey(T& member);
-  // The saved text under "<prefix><position>"; an empty collection writes nothing.
-  void WriteByPosition(bag::BagWriter& writer, std::string_view prefix) const;
-  // The saved text under "<prefix><key>".
-  void WriteByKey(bag::BagWriter& writer, char16_t prefix) const;
-  // Calls `add(member)` for a new member loaded from each entry, in order. Entry keys say nothing.
+  // The whole saved text; an empty collection writes nothing of its own.
+  void WriteText(bag::BagWriter& writer, const MemberEntries& entries) const;
+  void WriteMembers(bag::BagWriter& writer, const MemberEntries& entries) const;
+  // Calls `visit(text)` for the text of each member, in order. What else there is in the
+  // collection's text is kept.
+  template <class Visit>
+  void ForEachMember(const bag::KeptText& text, const MemberEntries& entries, Visit&& visit);
+  // Calls `add(member)` for a new member loaded from each text.
   template <class Add>
-  static void ReadMembers(const bag::KeptText& text, Add&& add);
+  void ReadMembers(const bag::KeptText& text, const MemberEntries& entries, Add&& add);
   // Adds the members of a document's own list, which were in the document already: they get the
   // document, and nothing is reported.
-  void ReadMembersQuietly(const bag::KeptText& text);
+  void ReadMembersQuietly(const bag::KeptText& text, const MemberEntries& entries);
 
   KeyedStore<T> store_;
 };

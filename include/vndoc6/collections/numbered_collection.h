@@ -19,7 +19,7 @@ class NumberedCollection : public Collection<T, Base> {
   // Gives the member the next number when it has none, and stores it under the number's decimal
   // digits. False when it was not stored: its number is taken, or the counter is at its end.
   bool AddNumbered(T& member);
-  // The members under "L<position>", then the counter. An empty list writes nothing.
+  // The members under "L<position>", then the counter. An empty list writes no counter.
   void WriteNumbered(bag::BagWriter& writer) const;
   // Sets the counter, then calls `add(member)` for each member. A text without entries changes
   // nothing.

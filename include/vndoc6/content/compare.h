@@ -30,7 +30,8 @@ struct Difference {
   // without a key stand as "#" and their position. Empty for the first object itself.
   Text object;
   std::string class_name;
-  // The property of kValue: "Left", "ExtraPointX(3)". Empty for the other kinds.
+  // The property of kValue: "Left", "ExtraPointX(3)"; of an entry that this version does not know
+  // its key, "[Later]". Empty for the other kinds.
   Text property;
   // The values of kValue, Empty where there is none. For kOrder the positions, from 1, of the first
   // member that is out of order.
@@ -42,7 +43,8 @@ struct Difference {
 // find it. Values are different when their kinds are; pictures are compared by their bytes, fonts
 // by their values, property bags entry by entry, and a host's own objects by their Text. Members of
 // collections are paired by their keys, exactly; members that have no keys, or the same, in their
-// order. What a running host adds to a document is no difference: content.h tells what that is.
+// order; entries that this version does not know (unknown_entries.h) are compared as well. What a
+// running host adds to a document is no difference: content.h tells what that is.
 //
 // Two objects of a document, or of two documents, can be compared as well, of one class as a rule:
 // if their classes differ, that is the one difference.

@@ -7,6 +7,7 @@
 
 namespace vndoc6 {
 
+class Scope;
 class vnDocument;
 
 class Member : public automation::Object {

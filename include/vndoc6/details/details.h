@@ -7,6 +7,7 @@
 #include "vndoc6/automation/variant.h"
 #include "vndoc6/bag/kept_text.h"
 #include "vndoc6/bag/lazy.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/core/member.h"
 #include "vndoc6/titles/title_ref.h"
 
@@ -15,7 +16,7 @@ namespace vndoc6 {
 // The values of DocumentStatus, DueDateType, AssignType, AssignTo and Table are the host's; they
 // are stored as they are. Published: the numbers that changes report are not those of
 // EnumVantrelDetailID.
-class vnDetails : public Member {
+class vnDetails : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

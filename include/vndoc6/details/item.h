@@ -8,7 +8,7 @@ namespace vndoc6 {
 class vnItems;
 
 // Setting an item's properties reports nothing.
-class vnItem : public Member {
+class vnItem : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

@@ -5,13 +5,14 @@
 
 #include "vndoc6/automation/variant.h"
 #include "vndoc6/bag/kept_text.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/collections/collection.h"
 #include "vndoc6/core/member.h"
 
 namespace vndoc6 {
 
 // One revision; hosts only read it.
-class vnRevision : public Member {
+class vnRevision : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

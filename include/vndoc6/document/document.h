@@ -7,6 +7,7 @@
 #include "vndoc6/automation/object.h"
 #include "vndoc6/bag/kept_text.h"
 #include "vndoc6/bag/lazy.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/core/document_events.h"
 #include "vndoc6/core/document_kind.h"
 
@@ -24,7 +25,7 @@ class vnRevisions;
 class vnSteps;
 class vnTitles;
 
-class vnDocument : public automation::Object, public automation::EventSource {
+class vnDocument : public automation::Object, public automation::EventSource, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

@@ -3,12 +3,13 @@
 
 #include <utility>
 
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/core/document_events.h"
 #include "vndoc6/process/step_member.h"
 
 namespace vndoc6 {
 
-class Attachment : public StepMember {
+class Attachment : public StepMember, public bag::Carrier {
  public:
   // The key in its collections. Empty until the host sets one, or until the object is loaded or
   // added to a collection. Setting it reports nothing.

@@ -21,10 +21,9 @@ class AttachmentList : public Collection<T, StepMember> {
 
  protected:
   friend struct Inside;
-  // `prefix` stands before the positions in the saved text, `of_document` gives the document's own
-  // list.
-  AttachmentList(const char* prefix, AttachmentList& (*of_document)(Scope&))
-      : prefix_(prefix), of_document_(of_document) {}
+  // `entries` are what the saved text has, `of_document` gives the document's own list.
+  AttachmentList(const MemberEntries& entries, AttachmentList& (*of_document)(Scope&))
+      : entries_(entries), of_document_(of_document) {}
   void Write(bag::BagWriter& writer) const;
   void Read(const bag::KeptText& text);
   // The same, for members that were in the document already: reports nothing.
@@ -37,7 +36,7 @@ class AttachmentList : public Collection<T, StepMember> {
  private:
   void Report(T& member, EnumVantrelChangeEvent type);
 
-  const char* prefix_;
+  const MemberEntries& entries_;
   AttachmentList& (*of_document_)(Scope&);
 };
 

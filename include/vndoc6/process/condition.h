@@ -9,7 +9,7 @@ namespace vndoc6 {
 
 class vnLink;
 
-class vnCondition : public Member {
+class vnCondition : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "vndoc6/bag/lazy.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/collections/collection.h"
 
 namespace vndoc6 {
@@ -11,7 +12,7 @@ namespace vndoc6 {
 class vnFigure;
 
 // Steps name their container by its key; the container keeps no list of its steps.
-class vnContainer : public Member {
+class vnContainer : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

@@ -74,6 +74,7 @@ class vnLink : public Member {
   void Write(bag::BagWriter& writer);
   void Read(const bag::KeptText& text, const vndoc6::Text& key);
   std::function<void()> RememberUnread() override;
+  bag::UnknownEntries& unknown_entries();
 
   struct Schema;
   struct Values {

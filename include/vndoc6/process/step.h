@@ -7,6 +7,7 @@
 #include "vndoc6/automation/variant.h"
 #include "vndoc6/bag/kept_text.h"
 #include "vndoc6/bag/lazy.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/core/member.h"
 
 namespace vndoc6 {
@@ -166,6 +167,7 @@ class vnStep : public Member {
   void Read(const bag::KeptText& text, const Text& key) { ReadFrom(text, key, false); }
   void Write(bag::BagWriter& writer);
   std::function<void()> RememberUnread() override;
+  bag::UnknownEntries& unknown_entries();
   // Copies everything but key, document and owners, parts included; the copied tasks, files, jumps
   // and conditions get fresh keys, and the copy's task order counts all its tasks.
   void CopyFrom(vnStep& source);

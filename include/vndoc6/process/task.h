@@ -8,7 +8,7 @@
 
 namespace vndoc6 {
 
-class vnTask : public StepMember {
+class vnTask : public StepMember, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

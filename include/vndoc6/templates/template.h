@@ -6,6 +6,7 @@
 #include "vndoc6/automation/object.h"
 #include "vndoc6/automation/variant.h"
 #include "vndoc6/bag/kept_text.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/collections/numbered_collection.h"
 #include "vndoc6/core/document_events.h"
 
@@ -14,7 +15,7 @@ namespace vndoc6 {
 class vnTemplateLibrary;
 class vnTemplates;
 
-class vnTemplate : public automation::Object {
+class vnTemplate : public automation::Object, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

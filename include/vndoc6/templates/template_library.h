@@ -13,7 +13,9 @@
 
 namespace vndoc6 {
 
-class vnTemplateLibrary : public automation::Object, public automation::EventSource {
+class vnTemplateLibrary : public automation::Object,
+                          public automation::EventSource,
+                          public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }

@@ -4,6 +4,7 @@
 #include "vndoc6/automation/object.h"
 #include "vndoc6/automation/variant.h"
 #include "vndoc6/bag/kept_text.h"
+#include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/collections/collection.h"
 #include "vndoc6/core/member.h"
 
@@ -13,7 +14,7 @@ class vnTitles;
 
 // A reference to a title of the document, with the name that the title had, so that a document
 // reads sensibly where its title handler is absent. In a document without a handler: free text.
-class vnTitleRef : public Member {
+class vnTitleRef : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
   const automation::ClassInfo* GetClassInfo() const override { return &classInfo(); }
@@ -39,6 +40,8 @@ class vnTitleRef : public Member {
  private:
   friend struct Inside;
   void Write(bag::BagWriter& writer) const;
+  // Without what the text had beside them: for copies.
+  void WriteValues(bag::BagWriter& writer) const;
   // The key says nothing. Looks nothing up among the titles.
   void Read(const bag::KeptText& text, const Text& key = {});
 
@@ -69,6 +72,7 @@ class vnTitleRefs : public Collection<vnTitleRef> {
   // takes the place of what was there.
   void AddReference(vnTitleRef& reference);
   void Write(bag::BagWriter& writer) const;
+  void WriteValues(bag::BagWriter& writer) const;
   void Read(const bag::KeptText& text);
 
   bool UsingHandler() const;
