@@ -5,7 +5,7 @@
 #include <string>
 
 #include "bag/bag_scanner.h"
-#include "content/saved_form.h"
+#include "document/saved_form.h"
 #include "vndoc6/content/salvage.h"
 
 using vndoc6::SavedEntry;

@@ -9,7 +9,7 @@ parsing_sources=(
   src/document/document_load.cpp src/process/{attachment_list,step_text}.cpp
   src/templates/{tag_text,template_library}.cpp
   hosts/vndoc/{json_reader,json_values,outline_reader,read_json}.cpp
-  src/content/{restore,saved_form}.cpp
+  src/content/restore.cpp src/document/saved_form.cpp
   src/content/salvage{,_entries,_likeness,_marks,_order,_pieces,_reader,_sound,_texts,_tree,_whole}.cpp
 )
 

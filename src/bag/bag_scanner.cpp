@@ -110,6 +110,7 @@ bool BagScanner::Next(BagEntry& entry) {
     return Next(entry);
   }
   faulty_ = true;
+  text_.NoteFault(fault_offset());
   return false;
 }
 

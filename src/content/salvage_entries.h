@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "content/salvage_marks.h"
-#include "content/saved_form.h"
+#include "document/saved_form.h"
 #include "vndoc6/bag/kept_text.h"
 
 namespace vndoc6::salvage {

@@ -5,7 +5,7 @@
 
 #include "bag/escape.h"
 #include "content/salvage_sound.h"
-#include "content/saved_form.h"
+#include "document/saved_form.h"
 
 namespace vndoc6::salvage {
 namespace {

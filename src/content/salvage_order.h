@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "content/salvage_entries.h"
-#include "content/saved_form.h"
+#include "document/saved_form.h"
 
 namespace vndoc6::salvage {
 

@@ -3,7 +3,7 @@
 #include "bag/bag_reader.h"
 #include "bag/bag_scanner.h"
 #include "content/salvage_whole.h"
-#include "content/saved_form.h"
+#include "document/saved_form.h"
 
 namespace vndoc6::salvage {
 namespace {

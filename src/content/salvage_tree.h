@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "content/saved_form.h"
+#include "document/saved_form.h"
 #include "vndoc6/content/salvage.h"
 
 namespace vndoc6::salvage {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "bag/bag_scanner.h"
-#include "content/saved_form.h"
+#include "document/saved_form.h"
 #include "vndoc6/bag/kept_text.h"
 
 namespace vndoc6::salvage {

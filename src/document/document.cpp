@@ -8,6 +8,7 @@
 #include "core/part.h"
 #include "core/scope.h"
 #include "document/document_scope.h"
+#include "document/own_files.h"
 #include "fields/fields.h"
 #include "platform/keys.h"
 #include "vndoc6/automation/error.h"
@@ -60,7 +61,8 @@ Ref<T> CopyInto(vnDocument& document, List& list, T* source) {
 
 }  // namespace
 
-vnDocument::vnDocument() : scope_(std::make_unique<OwnScope>(*this)) {
+vnDocument::vnDocument()
+    : own_files_(std::make_unique<OwnFiles>()), scope_(std::make_unique<OwnScope>(*this)) {
   details_ = Owned<vnDetails>(MakePart<vnDetails>(*this).get());
   steps_ = Owned<vnSteps>(MakePart<vnSteps>(*this).get());
   SetProperties(automation::Make<Properties>().get());

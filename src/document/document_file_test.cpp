@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 #include "core/scope.h"
 #include "document/temp_save.h"
@@ -274,6 +275,139 @@ TEST_F(DocumentFile, TheTemporarySaveOffersRecovery) {
   EXPECT_EQ(loaded->Steps()->Item(Variant(1))->Label(), u"kept");
   document->TempSaveClear();
   EXPECT_EQ(document->TempSaveTest(Name("a.vn6")), 0);
+}
+
+// Does something when the load has come so far.
+struct LoadingHandler : DocumentListener {
+  LoadingHandler(vnDocument& to, std::function<void()> what) : document(to), act(std::move(what)) {
+    document.AddListener(this);
+  }
+  ~LoadingHandler() override { document.RemoveListener(this); }
+  void Loading(int16_t percent) override {
+    if (percent == 20) act();
+  }
+  vnDocument& document;
+  std::function<void()> act;
+};
+
+TEST_F(DocumentFile, AFileThatWasNotReadWholeIsPutAside) {
+  const auto source = Make<vnDocument>();
+  source->SetReadPassword(u"read");
+  source->NewStep()->SetLabel(u"first");
+  source->NewStep()->SetInstructions(u"all of them");
+  ASSERT_TRUE(source->SaveAs(Name("a.vn6")));
+  const std::string sound = Read("a.vn6");
+  const auto with = [&](std::string_view sought, std::string_view put) {
+    std::string bytes = sound;
+    return bytes.replace(bytes.find(sought), sought.size(), put);
+  };
+  const auto load = [](vnDocument& document, const Text& name) {
+    EXPECT_TRUE(document.Load(name, u"read"));
+  };
+  const auto read_all = [&](vnDocument& document, const Text& name) {
+    load(document, name);
+    document.Steps()->Item(Variant(1))->SetLabel(u"changed");
+  };
+  using Work = std::function<void(vnDocument&, const Text&)>;
+  struct Case {
+    const char* what;
+    std::string bytes;
+    Work load;
+    bool put_aside = true;
+  };
+  const Case cases[] = {
+      {"sound", sound, read_all, false},
+      {"a stray byte before all parts", with(":DT=0:", ":DT=?:"), load},
+      {"a stray byte behind all entries", sound + "x", load},
+      {"a stray byte in a step, which nobody reads", with("TBL=0:F", "TBL=?:F"), load},
+      {"a stray byte in a step", with("TBL=0:F", "TBL=?:F"), read_all},
+      {"an unknown version", with("FV=2:", "FV=3:"),
+       [](vnDocument& document, const Text& name) { EXPECT_FALSE(document.Load(name, Text())); }},
+      {"a wrong password", sound,
+       [](vnDocument& document, const Text& name) {
+         EXPECT_FALSE(document.Load(name, u"wrong"));
+         document.EnableWrite(Text());
+       }},
+      {"a listener that fails", sound,
+       [](vnDocument& document, const Text& name) {
+         const LoadingHandler handler(document, [] { throw automation::Error(5); });
+         EXPECT_THROW(document.Load(name, u"read"), automation::Error);
+       }},
+      {"a save while it is loaded", sound,
+       [](vnDocument& document, const Text& name) {
+         const LoadingHandler handler(document, [&] { EXPECT_TRUE(document.Save()); });
+         EXPECT_TRUE(document.Load(name, u"read"));
+       }},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.what);
+    Write("b.vn6", test.bytes);
+    Write("b.vn6.aside-1", "an earlier one");
+    Write("b.~vnc", "a good one");
+    const auto document = Make<vnDocument>();
+    test.load(*document, Name("b.vn6"));
+    testing::RecordingListener events(*document);
+    ASSERT_TRUE(document->Save());
+    EXPECT_EQ(events.Take(), SavingEvents() + Lines{"SaveComplete"});
+    EXPECT_EQ(Read("b.vn6.aside-1"), "an earlier one");
+    EXPECT_EQ(Read("b.vn6.aside-2"), test.put_aside ? test.bytes : "(no such file)");
+    EXPECT_EQ(Read("b.~vnc.aside-1"), test.put_aside ? "a good one" : "(no such file)");
+    EXPECT_EQ(document->TempSaveTest(Name("b.vn6")), 0);
+    // From now on the file holds all that the document holds.
+    ASSERT_TRUE(document->Save());
+    EXPECT_EQ(Read("b.vn6.aside-3"), "(no such file)");
+    for (const char* const aside : {"b.vn6.aside-2", "b.~vnc.aside-1"}) {
+      std::filesystem::remove(folder_ / aside);
+    }
+  }
+}
+
+TEST_F(DocumentFile, HostsAreToldWhatWasNotRead) {
+  const auto source = Make<vnDocument>();
+  source->NewStep()->NewTask()->SetName(u"Pay");
+  ASSERT_TRUE(source->SaveAs(Name("a.vn6")));
+  const std::string sound = Read("a.vn6");
+  const auto told = [&](const std::string& bytes) {
+    Write("b.vn6", bytes);
+    const auto document = Make<vnDocument>();
+    document->Load(Name("b.vn6"), Text());
+    Lines lines;
+    for (const NotRead& what : document->WhatWasNotRead()) {
+      lines.push_back(what.place + " " + std::to_string(what.offset) + " " +
+                      std::to_string(what.size));
+    }
+    return lines;
+  };
+  EXPECT_EQ(told(sound), Lines());
+  EXPECT_EQ(told(sound + "x"), Lines{" " + std::to_string(sound.size()) + " 1"});
+  EXPECT_EQ(told("FV=3:DV=s1.2:"), Lines{" 0 13"});
+  // In a task that nobody has read: from the value that is none to the end of the task.
+  const size_t at = sound.find("MT=0:");
+  const size_t end = sound.find("^C", at);
+  const Ref<vnStep> step = source->Steps()->Item(Variant(1));
+  const Text place = u"S/T" + step->Key() + u"/T/T" + step->Tasks()->Item(Variant(1))->Key();
+  EXPECT_EQ(
+      told(sound.substr(0, at) + "MT=?" + sound.substr(at + 4)),
+      Lines{automation::ToUtf8(place) + " " + std::to_string(at) + " " + std::to_string(end - at)});
+}
+
+TEST_F(DocumentFile, HostsCanAskWhetherTheFileHasChanged) {
+  const auto document = Make<vnDocument>();
+  EXPECT_FALSE(document->FileChangedSinceLoad());
+  ASSERT_TRUE(document->SaveAs(Name("a.vn6")));
+  EXPECT_FALSE(document->FileChangedSinceLoad());
+  const auto other = Make<vnDocument>();
+  ASSERT_TRUE(other->Load(Name("a.vn6"), Text()));
+  EXPECT_FALSE(other->FileChangedSinceLoad());
+  const std::string before = Read("a.vn6");
+  ASSERT_TRUE(other->Save());
+  EXPECT_FALSE(other->FileChangedSinceLoad());
+  EXPECT_TRUE(document->FileChangedSinceLoad());
+  Write("a.vn6", before);
+  EXPECT_FALSE(document->FileChangedSinceLoad());
+  EXPECT_TRUE(other->FileChangedSinceLoad());
+  std::filesystem::remove(folder_ / "a.vn6");
+  EXPECT_TRUE(document->FileChangedSinceLoad());
 }
 
 TEST_F(DocumentFile, OlderFilesGoThroughTheConverter) {

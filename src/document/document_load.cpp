@@ -6,6 +6,7 @@
 #include "bag/bag_reader.h"
 #include "document/document_scope.h"
 #include "document/file_version.h"
+#include "document/own_files.h"
 #include "document/temp_save.h"
 #include "platform/file_system.h"
 #include "platform/keys.h"
@@ -99,6 +100,7 @@ bool vnDocument::LoadTempSave(const Text& psFileName, const Text& psPassword) {
   const Ref<vnDocument> self(this);
   if (!LoadAndReport(psFileName, TempSaveName(psFileName), psPassword)) return false;
   file_name_ = psFileName;
+  recovered_from_ = TempSaveName(psFileName);
   Save();
   return true;
 }
@@ -125,6 +127,8 @@ bool vnDocument::LoadAndReport(const Text& file_name, const Text& read_from, con
     if (!had_steps) steps_->RemoveAll();
     throw;
   }
+  own_files_->LoadEnded(code == kLoaded || code == kOlderDocumentVersion ||
+                        code == kNewerDocumentVersion);
   const bool version_error =
       code == kUnknownFileVersion || code == kOlderDocumentVersion || code == kNewerDocumentVersion;
   if (version_error) {
@@ -153,6 +157,7 @@ int32_t vnDocument::LoadProcedure(const Text& password) {
   LoadingScope scope(*this);
   // A file that can't be read is an empty one, which then counts as one of the older format.
   KeptText text = bag::ReadTextFile(file_name_).value_or(KeptText());
+  own_files_->LoadBegins(file_name_, text);
   file_size_ = text.raw().size();
   BagReader file(std::move(text));
   file_version_ = file.GetLong("FV", 1);
@@ -200,6 +205,7 @@ int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Tex
   db_guid_ = file.GetText("DBGUID");
   connection_string_ = file.GetText("ConStr");
   chart_type_ = file.GetLong("CT");
+  file.Finish();
   unknown_entries().TakeFrom(file);
 
   scope.End();
@@ -243,5 +249,8 @@ int32_t vnDocument::ImportOldFormat() {
   if (guid_.empty()) guid_ = platform::NewKey();
   return code;
 }
+
+std::vector<NotRead> vnDocument::WhatWasNotRead() const { return own_files_->WhatWasNotRead(); }
+bool vnDocument::FileChangedSinceLoad() const { return own_files_->HasChanged(file_name_); }
 
 }  // namespace vndoc6

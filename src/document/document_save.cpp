@@ -1,9 +1,13 @@
 // vnDocument's file, the writing side.
 #include "automation/inside.h"
+#include "bag/bag_file.h"
 #include "bag/bag_writer.h"
 #include "bag/lazy_text.h"
 #include "document/document_scope.h"
 #include "document/file_version.h"
+#include "document/own_files.h"
+#include "document/put_aside.h"
+#include "document/temp_save.h"
 #include "fields/fields.h"
 #include "platform/file_system.h"
 #include "platform/keys.h"
@@ -71,17 +75,78 @@ bool vnDocument::SaveAndReport() {
   return false;
 }
 
+// The temporary save's part in a save. A handler may give the document another name meanwhile.
+class vnDocument::TempSave {
+ public:
+  explicit TempSave(vnDocument& document) : document_(document) {}
+
+  // Where there is none, the file becomes it at once. One that is there may be all that is left of
+  // a document: it is not touched before it is certain that the save works.
+  void Begin() {
+    is_successor_wanted_ = !IsSource() && platform::MayReplaceFile(File()) && IsReadWhole(File());
+    if (!is_successor_wanted_ || platform::FileExists(Name())) return;
+    document_.TempSaveDocument();
+    is_successor_wanted_ = false;
+    is_made_ = true;
+  }
+
+  // The new content is on the disk, and about to take the file's place. False when something would
+  // be lost by that.
+  bool BeforePlacing() const {
+    const bool is_source = IsSource();
+    const bool read_whole = IsReadWhole(is_source ? Name() : File());
+    const bool file_may_go = read_whole && (!is_source || IsReadable(File()));
+    if (!file_may_go && !PutAsideIfThere(File())) return false;
+    // Without a file the temporary save is all there is.
+    const bool temp_save_may_go = is_made_ || (read_whole && platform::FileExists(File()));
+    if (!temp_save_may_go && !PutAsideIfThere(Name())) return false;
+    if (is_successor_wanted_) document_.TempSaveDocument();
+    return true;
+  }
+
+  void End() const {
+    document_.TempSaveClear();
+    if (IsSource()) document_.recovered_from_.clear();
+  }
+
+ private:
+  const Text& File() const { return document_.file_name_; }
+  Text Name() const { return TempSaveName(File()); }
+  // Whether it is what the document was loaded from.
+  bool IsSource() const { return Name() == document_.recovered_from_; }
+  bool IsReadWhole(const Text& name) const { return document_.own_files_->IsReadWhole(name); }
+  // Whether a load would read all of a file that this document never saw.
+  static bool IsReadable(const Text& name) {
+    const std::optional<bag::KeptText> text = bag::ReadTextFile(name);
+    return text && FindNotRead(*text).empty();
+  }
+  // One call of the system's that fails must not make a file look as if it were not there.
+  static bool PutAsideIfThere(const Text& name) {
+    const bool is_there = platform::FileExists(name) || platform::ReadWholeFile(name);
+    return !is_there || PutAside(name);
+  }
+
+  vnDocument& document_;
+  bool is_successor_wanted_ = false;
+  bool is_made_ = false;
+};
+
 bool vnDocument::SaveProcedure() {
   if (!allow_write_) return false;
-  TempSaveDocument();
+  TempSave temp_save(*this);
+  temp_save.Begin();
   if (guid_.empty()) guid_ = platform::NewKey();
   std::string text;
   BagWriter writer(text);
   WriteParts(writer, Purpose::kSave);
   file_size_ = text.size();
-  const bool written = platform::ReplaceFileWith(file_name_, text);
+  const bool written =
+      platform::ReplaceFileWith(file_name_, text, [&] { return temp_save.BeforePlacing(); });
   // After a failed write the temporary save is what a host can recover from.
-  if (written) TempSaveClear();
+  if (written) {
+    own_files_->Saved(file_name_, text);
+    temp_save.End();
+  }
   scope_->Raise<&DocumentListener::Saving>(int16_t{100});
   return written;
 }

@@ -1,6 +1,7 @@
 #include "document/temp_save.h"
 
 #include "automation/inside.h"
+#include "document/own_files.h"
 #include "platform/file_system.h"
 #include "vndoc6/details/details.h"
 #include "vndoc6/document/document.h"
@@ -22,7 +23,8 @@ Text TempSaveName(const Text& file_name) {
 void vnDocument::TempSaveDocument() const {
   if (!platform::FileExists(file_name_)) return;
   const Text temp_save = TempSaveName(file_name_);
-  if (platform::FileExists(temp_save)) platform::DeleteFileNamed(temp_save);
+  if (platform::FileExists(temp_save) && !own_files_->IsReadWhole(file_name_)) return;
+  // In one step: until the copy is whole on the disk, the one that is there stays.
   platform::CopyFileTo(file_name_, temp_save);
 }
 

@@ -124,9 +124,10 @@ std::string FollowLinks(std::string name) {
 // A fresh file beside the one it is to replace; gone again unless it did.
 class Replacement {
  public:
-  // Without permissions it gets those of any new file.
-  Replacement(const std::string& name, std::optional<unsigned> permissions)
-      : target_(FollowLinks(name)),
+  // `target` is no link, or one that is to be replaced. Without permissions it gets those of any
+  // new file.
+  Replacement(std::string target, std::optional<unsigned> permissions)
+      : target_(std::move(target)),
         name_(FolderOf(target_) + "." + automation::ToUtf8(NewKey()) + ".tmp"),
         permissions_(permissions),
         folder_(FolderOf(target_), O_RDONLY | O_DIRECTORY),
@@ -139,12 +140,13 @@ class Replacement {
 
   bool Write(std::string_view bytes) const { return file_.IsOpen() && file_.WriteAll(bytes); }
 
-  // Puts the file in its place for good.
-  bool Place() {
+  // Puts the file in its place for good, unless `before_placing` forbids it.
+  bool Place(const std::function<bool()>& before_placing = {}) {
     // A folder that may be written but not read can't be flushed.
     if (!folder_.IsOpen() && folder_.open_error() != EACCES) return false;
     if (permissions_ && !file_.SetMode(*permissions_)) return false;
     if (!file_.Flush() || !file_.Close()) return false;
+    if (before_placing && !before_placing()) return false;
     if (file_calls().rename(name_.c_str(), target_.c_str()) != 0) return false;
     discard_ = false;
     // Nor can every file system flush a folder.
@@ -213,20 +215,26 @@ std::optional<std::string> ReadWholeFile(TextView name) {
   return ReadToEnd(file, static_cast<size_t>(status->st_size));
 }
 
-bool ReplaceFileWith(TextView name, std::string_view bytes) {
+bool ReplaceFileWith(TextView name, std::string_view bytes,
+                     const std::function<bool()>& before_placing) {
   const std::string target = SystemName(name);
   std::optional<unsigned> permissions;
   if (!MayReplace(target, permissions)) return false;
-  Replacement replacement(target, permissions);
-  return replacement.Write(bytes) && replacement.Place();
+  Replacement replacement(FollowLinks(target), permissions);
+  return replacement.Write(bytes) && replacement.Place(before_placing);
+}
+
+bool MayReplaceFile(TextView name) {
+  std::optional<unsigned> ignored;
+  return MayReplace(SystemName(name), ignored);
 }
 
 bool CopyFileTo(TextView from, TextView to) {
   const File source(SystemName(from), O_RDONLY | O_NONBLOCK);
   const auto status = source.RegularStatus();
   const std::string target = SystemName(to);
-  std::optional<unsigned> permissions;
-  if (!status || !MayReplace(target, permissions)) return false;
+  std::optional<unsigned> ignored;
+  if (!status || !(LinkTarget(target) || MayReplace(target, ignored))) return false;
   // A copy is no easier to read than what was copied.
   Replacement replacement(target, PermissionsOf(*status));
   std::array<char, 65536> piece;
@@ -238,6 +246,18 @@ bool CopyFileTo(TextView from, TextView to) {
 }
 
 bool DeleteFileNamed(TextView name) { return file_calls().unlink(SystemName(name).c_str()) == 0; }
+
+Made MakeEmptyFile(TextView name) {
+  const File file(SystemName(name), O_WRONLY | O_CREAT | O_EXCL, 0600);
+  if (file.IsOpen()) return Made::kYes;
+  return file.open_error() == EEXIST ? Made::kNameIsTaken : Made::kNo;
+}
+
+std::optional<FileIdentity> IdentityOf(TextView name) {
+  const auto status = StatusOf(name);
+  if (!status) return std::nullopt;
+  return FileIdentity{static_cast<uint64_t>(status->st_dev), static_cast<uint64_t>(status->st_ino)};
+}
 
 std::optional<int64_t> ModificationTime(TextView name) {
   const auto status = StatusOf(name);

@@ -96,8 +96,9 @@ std::wstring FreshNameBeside(const std::wstring& name) {
 // A fresh file beside the one it is to replace; gone again unless it did.
 class Replacement {
  public:
-  explicit Replacement(const std::wstring& name)
-      : target_(FollowLinks(name)),
+  // `target` is no link, or one that is to be replaced.
+  explicit Replacement(std::wstring target)
+      : target_(std::move(target)),
         name_(FreshNameBeside(target_)),
         file_(name_, GENERIC_WRITE, 0, CREATE_NEW),
         discard_(file_.IsOpen()) {}
@@ -108,9 +109,10 @@ class Replacement {
 
   bool Write(std::string_view bytes) const { return file_.IsOpen() && file_.WriteAll(bytes); }
 
-  // Puts the file in its place for good.
-  bool Place() {
+  // Puts the file in its place for good, unless `before_placing` forbids it.
+  bool Place(const std::function<bool()>& before_placing = {}) {
     if (!file_.Flush() || !file_.Close()) return false;
+    if (before_placing && !before_placing()) return false;
     const bool replaces = Exists(target_);
     // Replacing keeps permissions and attributes, where there is a file and its system can do it.
     const bool placed = ::ReplaceFileW(target_.c_str(), name_.c_str(), nullptr,
@@ -150,12 +152,15 @@ std::optional<std::string> ReadWholeFile(TextView name) {
   return ReadToEnd(file, static_cast<size_t>(length.QuadPart));
 }
 
-bool ReplaceFileWith(TextView name, std::string_view bytes) {
+bool ReplaceFileWith(TextView name, std::string_view bytes,
+                     const std::function<bool()>& before_placing) {
   const std::wstring target = SystemName(name);
   if (!MayReplace(target)) return false;
-  Replacement replacement(target);
-  return replacement.Write(bytes) && replacement.Place();
+  Replacement replacement(FollowLinks(target));
+  return replacement.Write(bytes) && replacement.Place(before_placing);
 }
+
+bool MayReplaceFile(TextView name) { return MayReplace(SystemName(name)); }
 
 bool CopyFileTo(TextView from, TextView to) {
   const File source(SystemName(from), GENERIC_READ, kShareAll, OPEN_EXISTING,
@@ -172,6 +177,22 @@ bool CopyFileTo(TextView from, TextView to) {
 }
 
 bool DeleteFileNamed(TextView name) { return ::DeleteFileW(SystemName(name).c_str()) != 0; }
+
+Made MakeEmptyFile(TextView name) {
+  const File file(SystemName(name), GENERIC_WRITE, 0, CREATE_NEW);
+  if (file.IsOpen()) return Made::kYes;
+  return ::GetLastError() == ERROR_FILE_EXISTS ? Made::kNameIsTaken : Made::kNo;
+}
+
+std::optional<FileIdentity> IdentityOf(TextView name) {
+  const File file(SystemName(name), 0, kShareAll, OPEN_EXISTING);
+  BY_HANDLE_FILE_INFORMATION status{};
+  if (!file.IsRegular() || !::GetFileInformationByHandle(file.handle(), &status)) {
+    return std::nullopt;
+  }
+  return FileIdentity{status.dwVolumeSerialNumber,
+                      uint64_t{status.nFileIndexHigh} << 32 | status.nFileIndexLow};
+}
 
 std::optional<int64_t> ModificationTime(TextView name) {
   const auto status = StatusOf(name);

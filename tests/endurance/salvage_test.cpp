@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "bag/bag_scanner.h"
-#include "content/saved_form.h"
+#include "document/saved_form.h"
 #include "tests/endurance/soak.h"
 #include "tests/support/random_document.h"
 #include "tests/support/saved_text.h"

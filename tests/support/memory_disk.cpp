@@ -125,6 +125,7 @@ int MemoryDisk::Open(const char* name, int flags, unsigned /*mode*/) {
 int MemoryDisk::Describe(const Inode& inode, struct stat* result) const {
   *result = {};
   result->st_mode = S_IFREG | 0644;
+  result->st_ino = reinterpret_cast<ino_t>(&inode);
   result->st_size = static_cast<off_t>(inode.bytes.size());
   result->st_mtim.tv_sec = inode.time;
   return 0;

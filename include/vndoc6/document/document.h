@@ -10,9 +10,11 @@
 #include "vndoc6/bag/unknown_entries.h"
 #include "vndoc6/core/document_events.h"
 #include "vndoc6/core/document_kind.h"
+#include "vndoc6/document/not_read.h"
 
 namespace vndoc6 {
 
+class OwnFiles;
 class Properties;
 class Scope;
 class vnChart;
@@ -181,7 +183,8 @@ class vnDocument : public automation::Object, public automation::EventSource, pu
   // Whether a save did not complete: 2 when the temporary save is newer than the file, 1 when it is
   // not, 0 when one of them does not exist.
   int32_t TempSaveTest(const Text& psFileName) const;
-  // Keeps a copy of the file, if there is one, as its temporary save. Every save begins with it.
+  // Keeps a copy of the file, if there is one, as its temporary save. Every save begins with it. A
+  // file that was not read whole does not take the place of a temporary save.
   void TempSaveDocument() const;
   // Deletes the temporary save, if there is one. Every save that was completed ends with it.
   void TempSaveClear() const;
@@ -204,6 +207,17 @@ class vnDocument : public automation::Object, public automation::EventSource, pu
   const automation::EventInterfaceInfo& Events() const override { return DocumentEvents(); }
   void Connect(automation::EventSink* sink) override;
   void Disconnect(automation::EventSink* sink) override;
+
+  // --- For C++ hosts only ---
+
+  // What the load could not read of its file, in the file's order; empty when it read all. A load
+  // that did not come to a good end (LoadFailed with another code than 13, a wrong password, an
+  // error) read nothing that counts. Looks at every text of the file, also those that nobody has
+  // read yet. A save puts such a file aside before it replaces it.
+  std::vector<NotRead> WhatWasNotRead() const;
+  // Whether the file has other content than when this document was loaded from it or saved to it
+  // last, or is gone: who saves now overwrites what somebody else has saved. False without a file.
+  bool FileChangedSinceLoad() const;
 
  private:
   friend struct Inside;
@@ -235,6 +249,7 @@ class vnDocument : public automation::Object, public automation::EventSource, pu
   // Saving (document_save.cpp).
   bool SaveProcedure();
   bool SaveAndReport();
+  class TempSave;
   // Only a save moves IR on and tells how far it is.
   enum class Purpose { kSave, kText };
   void WriteParts(bag::BagWriter& writer, Purpose purpose);
@@ -249,6 +264,10 @@ class vnDocument : public automation::Object, public automation::EventSource, pu
   static void ReadDefinitions(bag::BagReader& file, Definitions& definitions);
   void ResetDefinitions(bag::BagReader& file);
   int32_t ImportOldFormat();
+
+  std::unique_ptr<OwnFiles> own_files_;
+  // The temporary save that the document was loaded from, until its file is saved.
+  Text recovered_from_;
 
   // The document as its parts see it.
   class OwnScope;

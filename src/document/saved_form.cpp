@@ -1,4 +1,4 @@
-#include "content/saved_form.h"
+#include "document/saved_form.h"
 
 #include <algorithm>
 #include <map>
