@@ -188,16 +188,17 @@ void Renumber(vnDocument& document) {
 
 // The next save removes dependencies on steps that are gone.
 void Fix(Context& context, const std::string& file) {
-  const auto document = Load(context, file, true);
-  for (const Ref<vnLink>& link : Flow(*document).dangling) {
-    document->Links()->Remove(Variant(link->Key()));
-  }
-  bool numbers_differ = false;
-  for (const Finding& finding : Checker(*document).Check()) {
-    numbers_differ = numbers_differ || std::string_view(finding.kind).ends_with("number");
-  }
-  if (numbers_differ) Renumber(*document);
-  Save(context, *document);
+  ChangeDocument(context, file, [](vnDocument& document) {
+    for (const Ref<vnLink>& link : Flow(document).dangling) {
+      document.Links()->Remove(Variant(link->Key()));
+    }
+    bool numbers_differ = false;
+    for (const Finding& finding : Checker(document).Check()) {
+      numbers_differ = numbers_differ || std::string_view(finding.kind).ends_with("number");
+    }
+    if (numbers_differ) Renumber(document);
+    return true;
+  });
 }
 
 struct CheckOptions {
@@ -211,13 +212,17 @@ class Report {
   Report(Context& context, const CheckOptions& options) : context_(context), options_(options) {}
 
   void Check(const std::string& file) {
-    std::vector<Finding> findings = Checker(*Load(context_, file)).Check();
+    Ref<vnDocument> document = Load(context_, file);
+    // Nothing of what was not read can be put right.
+    const bool refused = options_.fix && !context_.force && !document->WhatWasNotRead().empty();
+    std::vector<Finding> findings = Checker(*document).Check();
+    document = nullptr;
     for (const vndoc6::Damage& damage : vndoc6::Salvage(ReadBytes(context_, file)).damages) {
       AddDamage(damage, findings);
     }
     const bool fixable = std::any_of(findings.begin(), findings.end(),
                                      [](const Finding& finding) { return finding.fixable; });
-    const bool fixed = options_.fix && fixable && TryFix(file);
+    const bool fixed = ((options_.fix && fixable) || refused) && TryFix(file);
     for (const Finding& finding : findings) Add(file, finding, fixed && finding.fixable);
   }
 
@@ -280,6 +285,7 @@ void AddCheck(CLI::App& app, Context& context) {
   command->add_flag("--fix", options->fix,
                     "Put right what can be: remove links and dependencies that lack a step, number "
                     "the steps anew");
+  AddForce(*command, context);
   command->footer(
       "Finds links, dependencies and jumps that lead nowhere, steps that can't be reached, "
       "numbers\n"

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <CLI/App.hpp>
+#include <functional>
 #include <iosfwd>
 #include <map>
 #include <optional>
@@ -25,7 +26,7 @@ using vndoc6::automation::Ref;
 // Exit statuses. Scripts rely on them: never change one.
 enum Status : int {
   kDone = 0,
-  kFindings = 1,  // check found something; diff found a difference
+  kFindings = 1,  // check found something; diff found a difference; not all could be read
   kFailed = 2,    // unreadable, not written, or a wrong command line
 };
 
@@ -40,6 +41,7 @@ struct SaidOfFile {
   std::optional<std::string> password;
   std::optional<std::string> write_password;
   bool newer_version = false;
+  bool not_read = false;
 };
 
 // The streams and the options that all commands share.
@@ -53,15 +55,22 @@ struct Context {
   bool progress = false;
   int status = kDone;  // what the command ends with
   std::map<std::string, SaidOfFile> said = {};
+  bool force = false;  // change documents of which not all can be read
 };
 
 // The document of a file, with the passwords of the context or of a prompt. Throws Failure when it
-// can't be loaded. Write access is asked for when `to_write` is set.
+// can't be loaded. Write access is asked for when `to_write` is set. When not all of it could be
+// read, says so, and what to type, and sets the status; with `to_write` that is a Failure, unless
+// the context says otherwise.
 Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write = false);
+// Loads a document to write, changes it and saves it, if `change` gives true. Other processes wait
+// meanwhile; what one of them has saved is loaded before the change.
+void ChangeDocument(Context& context, const std::string& file,
+                    const std::function<bool(vnDocument&)>& change);
 // The document of a text that was made of a file; passwords are asked for as for that file.
 Ref<vnDocument> LoadText(Context& context, std::string_view text, const std::string& file);
-// Puts the document's temporary save in its place, in the same way. When that fails, both are as
-// they were.
+// Puts the document's temporary save in its place, in the same way, also where the document is
+// gone. When that fails, both are as they were.
 void TakeTempSave(Context& context, const std::string& file);
 // Gives write access when the context's write password is the document's.
 void UseWritePassword(const Context& context, vnDocument& document);
@@ -78,6 +87,7 @@ void WriteBytes(Context& context, const std::string& file, std::string_view byte
 
 // Each adds one subcommand, whose callback works on the context and may throw Failure or an
 // automation error.
+void AddForce(CLI::App& command, Context& context);  // an option of several
 void AddCheck(CLI::App& app, Context& context);
 void AddCompletion(CLI::App& app, Context& context);
 void AddDiff(CLI::App& app, Context& context);

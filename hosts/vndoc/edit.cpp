@@ -22,7 +22,8 @@ constexpr const char* kHelp =
     "  vndoc edit plan.vn6 call Details/NewRevision \"Reviewed\"\n"
     "  vndoc edit plan.vn6 call CopyStep @Steps/1    an object is named by @ and its path\n"
     "\n"
-    "set and call save the document.";
+    "set and call save the document. Other vndoc processes wait meanwhile; what they saved is "
+    "kept.";
 
 struct EditOptions {
   std::string file;
@@ -59,21 +60,23 @@ void Change(Context& context, const EditOptions& options, vnDocument& document) 
   }
 }
 
+void Read(Context& context, const EditOptions& options) {
+  if (!options.values.empty()) throw Failure("get takes no value");
+  const Ref<Object> root(Load(context, options.file));
+  WriteValue(GetAt(root, FindPlace(root, options.path)), context.out);
+}
+
 void Edit(Context& context, const EditOptions& options) {
-  const bool reads = options.action == "get";
-  const auto document = Load(context, options.file, !reads);
-  if (reads) {
-    if (!options.values.empty()) throw Failure("get takes no value");
-    const Ref<Object> root(document);
-    WriteValue(GetAt(root, FindPlace(root, options.path)), context.out);
-    return;
-  }
-  Change(context, options, *document);
+  if (options.action == "get") return Read(context, options);
   if (options.output.empty()) {
-    Save(context, *document);
-  } else {
-    SaveAs(context, *document, options.output);
+    return ChangeDocument(context, options.file, [&](vnDocument& document) {
+      Change(context, options, document);
+      return true;
+    });
   }
+  const auto document = Load(context, options.file, true);
+  Change(context, options, *document);
+  SaveAs(context, *document, options.output);
 }
 
 }  // namespace
@@ -90,6 +93,7 @@ void AddEdit(CLI::App& app, Context& context) {
   command->add_option("VALUE", options->values,
                       "The new value, or the arguments; behind -- when one begins with -");
   command->add_option("-o,--output", options->output, "Save under this name instead");
+  AddForce(*command, context);
   command->footer(kHelp);
   command->callback([options, &context] { Edit(context, *options); });
 }

@@ -7,10 +7,13 @@
 #include <iterator>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "bag/bag_file.h"
 #include "command.h"
 #include "document/temp_save.h"
+#include "file_lock.h"
+#include "one_line.h"
 #include "platform/file_system.h"
 #include "progress.h"
 #include "scratch_folder.h"
@@ -125,11 +128,39 @@ void RequireWriteAccess(Context& context, vnDocument& document, const std::strin
                                                : ": needs its write password to be changed"));
 }
 
-// A save that fails leaves the file whole: there is nothing to recover from its temporary save.
-void RequireSaved(bool saved, const vnDocument& document, const std::string& file) {
-  if (saved) return;
-  document.TempSaveClear();
-  throw Failure(file + ": can't be written; it is as it was");
+// A save that fails leaves the file whole: there is nothing to recover from the temporary save that
+// it has made. One that was there before stays.
+void RequireSaved(vnDocument& document, const Text& file, bool (*save)(vnDocument&, const Text&)) {
+  const bool had_temp_save = vndoc6::platform::FileExists(vndoc6::TempSaveName(file));
+  if (save(document, file)) return;
+  if (!had_temp_save) document.TempSaveClear();
+  throw Failure(ToUtf8(file) + ": can't be written; it is as it was");
+}
+
+// "12 bytes from byte 3071 on were not read, in S/T{key}; `vndoc recover ...` salvages ..."
+std::string Described(const std::vector<vndoc6::NotRead>& not_read, const std::string& file) {
+  size_t bytes = 0;
+  for (const vndoc6::NotRead& part : not_read) bytes += part.size;
+  const vndoc6::NotRead& first = not_read.front();
+  const std::string place = first.place.empty() ? "" : " in " + OneLine(FromUtf8(first.place));
+  const std::string places =
+      not_read.size() > 1 ? " in " + std::to_string(not_read.size()) + " places, the first" : "";
+  return file + ": damaged: " + std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes") +
+         " could not be read" + places + " from byte " + std::to_string(first.offset) + " on" +
+         place + "; `vndoc recover \"" + file + "\" -o NEW` salvages what is there";
+}
+
+void TellWhatWasNotRead(Context& context, const vnDocument& document, const std::string& file,
+                        bool to_write) {
+  const std::vector<vndoc6::NotRead> not_read = document.WhatWasNotRead();
+  if (not_read.empty()) return;
+  const std::string message = Described(not_read, file);
+  if (to_write && !context.force) {
+    throw Failure(message + ", --force changes the rest and puts the file aside");
+  }
+  if (!to_write && context.status == kDone) context.status = kFindings;
+  if (std::exchange(context.said[file].not_read, true)) return;
+  context.err << "vndoc: " << message << '\n';
 }
 
 // `saved` tells whether the document was saved in passing.
@@ -149,43 +180,22 @@ Ref<vnDocument> LoadBy(Context& context, LoadFunction load, const Source& source
   throw Failure(file + ": wrong password");
 }
 
-// A file that is there again at the end, unless it is let go: saving replaces a temporary save by
-// one of its own, and may fail then.
-class KeptFile {
- public:
-  explicit KeptFile(const std::string& file)
-      : file_(FromUtf8(file)), kept_(FromUtf8(file + ".kept")) {
-    RequireReadable(file);
-    std::error_code error;
-    std::filesystem::remove(kept_, error);
-    // Needs no room on a disk that may be full.
-    std::filesystem::create_hard_link(file_, kept_, error);
-    if (error) std::filesystem::copy_file(file_, kept_, error);
-    if (error) throw Failure(file + ": can't be kept: " + error.message());
-  }
-  ~KeptFile() {
-    std::error_code nothing_else_to_do;
-    if (let_go_) {
-      std::filesystem::remove(kept_, nothing_else_to_do);
-    } else {
-      std::filesystem::rename(kept_, file_, nothing_else_to_do);
-    }
-  }
-  KeptFile(const KeptFile&) = delete;
-  KeptFile& operator=(const KeptFile&) = delete;
-  void LetGo() { let_go_ = true; }
-
- private:
-  std::filesystem::path file_, kept_;
-  bool let_go_ = false;
-};
-
 }  // namespace
 
 Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write) {
   auto document = LoadBy(context, &vnDocument::Load, {file, file});
+  TellWhatWasNotRead(context, *document, file, to_write);
   if (to_write) RequireWriteAccess(context, *document, file);
   return document;
+}
+
+// Nobody waits while a password is typed.
+void ChangeDocument(Context& context, const std::string& file,
+                    const std::function<bool(vnDocument&)>& change) {
+  Ref<vnDocument> document = Load(context, file, true);
+  const FileLock lock(file);
+  if (document->FileChangedSinceLoad()) document = Load(context, file, true);
+  if (change(*document)) Save(context, *document);
 }
 
 Ref<vnDocument> LoadText(Context& context, std::string_view text, const std::string& file) {
@@ -197,15 +207,30 @@ Ref<vnDocument> LoadText(Context& context, std::string_view text, const std::str
   return LoadBy(context, &vnDocument::Load, {ToUtf8(name), file});
 }
 
+// The library keeps the temporary save until the document is saved.
 void TakeTempSave(Context& context, const std::string& file) {
-  KeptFile temp_save(ToUtf8(vndoc6::TempSaveName(FromUtf8(file))));
-  bool saved = false;
-  const auto document = LoadBy(context, &vnDocument::LoadTempSave, {file, file}, &saved);
-  if (!saved) {
+  const Text name = FromUtf8(file);
+  const Text temp_save = vndoc6::TempSaveName(name);
+  RequireReadable(ToUtf8(temp_save));
+  const FileLock lock(file);
+  const auto text = vndoc6::bag::ReadTextFile(temp_save);
+  const auto not_read = text ? vndoc6::FindNotRead(*text) : std::vector<vndoc6::NotRead>();
+  if (!not_read.empty() && !context.force) throw Failure(Described(not_read, ToUtf8(temp_save)));
+  // Only what is there can be replaced.
+  const bool was_there = vndoc6::platform::FileExists(name);
+  if (!was_there && !vndoc6::platform::CopyFileTo(temp_save, name)) {
+    throw Failure(file + ": can't be written");
+  }
+  try {
+    bool saved = false;
+    const auto document = LoadBy(context, &vnDocument::LoadTempSave, {file, file}, &saved);
+    if (saved) return;
     RequireWriteAccess(context, *document, file);
     Save(context, *document);
+  } catch (...) {
+    if (!was_there) vndoc6::platform::DeleteFileNamed(name);
+    throw;
   }
-  temp_save.LetGo();
 }
 
 // The load has tried the password that opened it, which may be the write password as well.
@@ -217,12 +242,21 @@ void UseWritePassword(const Context& context, vnDocument& document) {
 void Save(Context& context, vnDocument& document) {
   const std::string file = ToUtf8(document.FileName());
   const Progress progress(context, document, "Saving " + file);
-  RequireSaved(document.Save(), document, file);
+  RequireSaved(document, document.FileName(),
+               [](vnDocument& saved, const Text&) { return saved.Save(); });
 }
 
 void SaveAs(Context& context, vnDocument& document, const std::string& file) {
   const Progress progress(context, document, "Saving " + file);
-  RequireSaved(document.SaveAs(FromUtf8(file)), document, file);
+  const FileLock lock(file);
+  RequireSaved(document, FromUtf8(file),
+               [](vnDocument& saved, const Text& name) { return saved.SaveAs(name); });
+}
+
+void AddForce(CLI::App& command, Context& context) {
+  command.add_flag("--force", context.force,
+                   "Change a document of which not all can be read; the file as it was is put "
+                   "aside");
 }
 
 std::string ReadBytes(Context& context, const std::string& file) {

@@ -1,6 +1,7 @@
 // vndoc layout: places for the steps that have none, in the document itself.
 #include <memory>
 #include <ostream>
+#include <sstream>
 
 #include "command.h"
 #include "vndoc6/drawing.h"
@@ -36,14 +37,21 @@ void TellWhatMoved(const vndoc6::drawing::LaidOut& moved, vnDocument& document, 
 }
 
 void LayOut(Context& context, const LayoutCommandOptions& options) {
-  const auto document = Load(context, options.file, options.output.empty());
-  const auto moved = vndoc6::drawing::Layout(*document, options.layout);
-  if (!options.output.empty()) {
+  // Told when it is saved.
+  std::ostringstream told;
+  const auto lay_out = [&](vnDocument& document) {
+    const auto moved = vndoc6::drawing::Layout(document, options.layout);
+    TellWhatMoved(moved, document, told);
+    return !moved.steps.empty() || !moved.links.empty() || !moved.containers.empty();
+  };
+  if (options.output.empty()) {
+    ChangeDocument(context, options.file, lay_out);
+  } else {
+    const auto document = Load(context, options.file);
+    lay_out(*document);
     SaveAs(context, *document, options.output);
-  } else if (!moved.steps.empty() || !moved.links.empty() || !moved.containers.empty()) {
-    Save(context, *document);
   }
-  TellWhatMoved(moved, *document, context.out);
+  context.out << told.str();
 }
 
 }  // namespace
@@ -55,6 +63,7 @@ void AddLayout(CLI::App& app, Context& context) {
   command->add_flag("--all", options->layout.all,
                     "Place all steps anew, also those that have a place");
   command->add_option("-o,--output", options->output, "Save under this name instead");
+  AddForce(*command, context);
   command->footer(
       "Writes what `render` draws into the document: the places of steps and containers that "
       "nobody\n"

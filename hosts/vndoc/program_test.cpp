@@ -11,9 +11,12 @@
 
 #include <cstdlib>
 #include <functional>
+#include <sstream>
 
 #include "command.h"
+#include "platform/file_calls.h"
 #include "process.h"
+#include "tests/endurance/soak.h"
 #include "tests/support/temporary_folder.h"
 #include "vndoc6/chart/figure.h"
 #include "vndoc6/process/steps.h"
@@ -253,6 +256,90 @@ TEST_F(ProgramTest, TemporarySaveThatCannotBeTakenIsKept) {
   EXPECT_THAT(Files(), ::testing::UnorderedElementsAre("plan.vn6", "plan.~vnc"));
 }
 
+// Killed at any change of a folder: what the temporary save held is there, and can be taken again.
+TEST_F(ProgramTest, RecoveryThatIsKilledCanBeRepeated) {
+  const std::string file = Document(3, "good.vn6");
+  const std::string good = Bytes("good.vn6");
+  for (const char* const damaged : {"FV=2:DV=s1.2:DT=?", ""}) {
+    bool killed = true;
+    for (int change = 1; killed; ++change) {
+      for (const std::string& name : Files()) {
+        if (name != "good.vn6") std::filesystem::remove(folder_.path() / name);
+      }
+      if (*damaged != 0) folder_.Write("plan.vn6", damaged);
+      folder_.Write("plan.~vnc", good);
+      const pid_t process = fork();
+      if (process == 0) {
+        int made = 0;
+        vndoc6::platform::FileCalls& calls = vndoc6::platform::file_calls();
+        const auto count = [&] {
+          if (++made == change) kill(getpid(), SIGKILL);
+        };
+        const vndoc6::platform::FileCalls real = calls;
+        calls.rename = [&](const char* from, const char* to) {
+          count();
+          const int result = real.rename(from, to);
+          count();
+          return result;
+        };
+        calls.unlink = [&](const char* name) {
+          count();
+          return real.unlink(name);
+        };
+        std::stringstream streams[3];
+        Context context{streams[0], streams[1], streams[2], false, {}, {}};
+        const std::string plan = File("plan.vn6");
+        const char* const arguments[] = {"vndoc", "recover", "--temp-save", plan.c_str()};
+        _exit(vndoc::Run(4, arguments, context));
+      }
+      int status = 0;
+      waitpid(process, &status, 0);
+      killed = WIFSIGNALED(status);
+      EXPECT_TRUE(killed || WEXITSTATUS(status) == kDone);
+      if (Bytes("plan.~vnc") == good) {
+        EXPECT_EQ(Run({"recover", "--temp-save", File("plan.vn6")}).status, kDone);
+      }
+      const auto document = vndoc6::automation::Make<vnDocument>();
+      ASSERT_TRUE(document->Load(FromUtf8(File("plan.vn6")), u""));
+      EXPECT_EQ(document->Steps()->Count(), 3);
+      const bool is_aside =
+          Bytes("plan.vn6.aside-1") == damaged || Bytes("plan.vn6.aside-2") == damaged;
+      EXPECT_TRUE(*damaged == 0 || is_aside);
+      ASSERT_FALSE(HasFailure()) << change;
+    }
+  }
+}
+
+TEST_F(ProgramTest, NoEditIsLostHoweverManyChangeADocumentAtOnce) {
+  for (const int processes : {2, 8}) {
+    const std::string file = Document(1);
+    const int rounds = vndoc6::testing::Times(16) / processes;
+    std::vector<pid_t> writers;
+    for (int i = 0; i < processes; ++i) {
+      writers.push_back(fork());
+      if (writers.back() != 0) continue;
+      dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
+      for (int round = 0; round < rounds; ++round) {
+        const pid_t edit = fork();
+        if (edit == 0) Become({"edit", file, "call", "NewStep"});
+        int status = 0;
+        waitpid(edit, &status, 0);
+        if (status != 0) _exit(1);
+      }
+      _exit(0);
+    }
+    for (const pid_t writer : writers) {
+      int status = 0;
+      waitpid(writer, &status, 0);
+      EXPECT_EQ(status, 0);
+    }
+    const auto document = vndoc6::automation::Make<vnDocument>();
+    ASSERT_TRUE(document->Load(FromUtf8(file), u""));
+    EXPECT_EQ(document->Steps()->Count(), 1 + processes * rounds);
+    EXPECT_THAT(Files(), ::testing::ElementsAre("plan.vn6"));
+  }
+}
+
 // What a file-size limit or a full disk does to each command that writes.
 TEST_F(ProgramTest, FileThatCannotGrowIsLeftAsItWas) {
   const std::string file = Document(200);
@@ -359,7 +446,8 @@ complete_words vndoc completion b
 )");
   if (!said) GTEST_SKIP() << "no bash";
   EXPECT_EQ(*said,
-            "<render><report><recover>\n<--fix>\n<--password>\n<plan two.vn6><plan.vn6>\n<bash>\n");
+            "<render><report><recover>\n<--fix><--force>\n<--password>\n<plan "
+            "two.vn6><plan.vn6>\n<bash>\n");
 }
 
 TEST_F(CompletionTest, OfZshKnowsCommandsOptionsAndFiles) {

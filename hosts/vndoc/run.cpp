@@ -15,8 +15,9 @@ namespace {
 constexpr const char* kAbout =
     "Looks at, checks, converts and changes process documents (.vn6, .vn6t).";
 constexpr const char* kExitStatus =
-    "Exit status: 0 done, 1 something was found (check), differs (diff) or was lost (recover),\n"
-    "2 the document can't be read or written, or the command line is wrong.";
+    "Exit status: 0 done, 1 something was found (check), differs (diff), was lost (recover) or "
+    "could\n"
+    "not be read, 2 the document can't be read or written, or the command line is wrong.";
 
 void AddCommonOptions(CLI::App& app, Context& context) {
   app.add_option("--password", context.password, "The password to read the document with")

@@ -316,7 +316,7 @@ TEST_F(VndocTest, RecoverSalvagesAFileThatBreaksOff) {
 
 TEST_F(VndocTest, RecoverOffersTheNewerTemporarySaveAndTakesIt) {
   const std::string file = Document("Older\n");
-  EXPECT_THAT(Vndoc({"recover", file}).out, HasSubstr("no newer temporary save; -o FILE"));
+  EXPECT_THAT(Vndoc({"recover", file}).out, HasSubstr("no newer temporary save\n"));
   std::filesystem::copy_file(Document("Newer\n", "newer.vn6"), File("plan.~vnc"));
   std::filesystem::last_write_time(
       File("plan.~vnc"), std::filesystem::last_write_time(file) + std::chrono::seconds(1));
@@ -331,6 +331,65 @@ TEST_F(VndocTest, RecoverOffersTheNewerTemporarySaveAndTakesIt) {
   const Outcome again = Vndoc({"recover", "--temp-save", file});
   EXPECT_EQ(again.status, kFailed);
   EXPECT_THAT(again.err, HasSubstr("plan.~vnc: No such file"));
+}
+
+TEST_F(VndocTest, WhatWasNotReadIsToldAndNeverOverwritten) {
+  const std::string file = Document(kOutline);
+  std::string damaged = Bytes("plan.vn6");
+  damaged.replace(damaged.find(":DT=0:"), 6, ":DT=?:");
+  folder_.Write("plan.vn6", damaged);
+  const std::string advice = "`vndoc recover \"" + file + "\" -o NEW` salvages";
+  using Arguments = std::vector<std::string>;
+  for (const Arguments& reader : {Arguments{"show", file},
+                                  {"show", "--json", file},
+                                  {"check", file},
+                                  {"diff", file, file},
+                                  {"render", file, "-o", File("x.svg")},
+                                  {"report", file, "-o", File("x.html")},
+                                  {"edit", file, "get", "Steps/Count"}}) {
+    const Outcome read = Vndoc(reader);
+    EXPECT_EQ(read.status, kFindings) << reader[0];
+    EXPECT_THAT(read.err, HasSubstr("could not be read from byte " +
+                                    std::to_string(damaged.find("DT=?")) + " on; " + advice));
+  }
+  for (const Arguments& writer : {Arguments{"edit", file, "set", "Details/Title", "x"},
+                                  {"layout", "--all", file},
+                                  {"edit", file, "call", "NewStep", "-o", File("x.vn6")},
+                                  {"check", "--fix", file}}) {
+    const Outcome refused = Vndoc(writer);
+    EXPECT_EQ(refused.status, kFailed) << writer[0];
+    EXPECT_THAT(refused.err, HasSubstr(advice)) << writer[0];
+    EXPECT_EQ(Bytes("plan.vn6"), damaged) << writer[0];
+  }
+  EXPECT_FALSE(std::filesystem::exists(File("x.vn6")));
+  const Outcome told = Vndoc({"recover", file});
+  EXPECT_EQ(told.status, kFindings);
+  EXPECT_THAT(told.out, HasSubstr(file + ": is damaged; -o FILE salvages"));
+  EXPECT_THAT(told.out, HasSubstr("missing: the file: DT\n"));
+
+  EXPECT_EQ(Vndoc({"edit", file, "set", "Details/Title", "x", "--force"}).status, kDone);
+  EXPECT_EQ(Get(file, "Steps/Count"), "0\n");
+  EXPECT_EQ(Bytes("plan.vn6.aside-1"), damaged);
+  EXPECT_THAT(Vndoc({"recover", file}).out, HasSubstr(file + ".aside-1: was put aside by a save"));
+  Vndoc({"recover", file + ".aside-1", "-o", File("new.vn6")});
+  EXPECT_EQ(Get(File("new.vn6"), "Steps/Count"), "4\n");
+}
+
+TEST_F(VndocTest, TemporarySaveIsTakenWhateverBecameOfTheDocument) {
+  Document("Good\n", "good.vn6");
+  const std::string good = Bytes("good.vn6");
+  const std::string file = File("plan.vn6");
+  EXPECT_EQ(Vndoc({"recover", file}).status, kFailed);
+  folder_.Write("plan.~vnc", good);
+  EXPECT_THAT(Vndoc({"recover", file}).out, HasSubstr("is not there; --temp-save takes"));
+  EXPECT_EQ(Vndoc({"recover", "--temp-save", file}).status, kDone);
+  EXPECT_EQ(Get(file, "Steps/1/Label"), "Good\n");
+  // A damaged one takes nothing's place.
+  const std::string before = Bytes("plan.vn6");
+  folder_.Write("plan.~vnc", good + "x");
+  EXPECT_THAT(Vndoc({"recover", "--temp-save", file}).err, HasSubstr("plan.~vnc: damaged: 1 byte"));
+  EXPECT_EQ(Bytes("plan.vn6"), before);
+  EXPECT_EQ(Bytes("plan.~vnc"), good + "x");
 }
 
 // Step 5 of 20 with one byte damaged: the others stay, whatever the byte meant.
