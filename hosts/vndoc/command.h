@@ -84,6 +84,8 @@ void SaveAs(Context& context, vnDocument& document, const std::string& file);
 std::string ReadBytes(Context& context, const std::string& file);
 // Puts a whole file in its place in one step, or writes to standard output for "-". Throws Failure.
 void WriteBytes(Context& context, const std::string& file, std::string_view bytes);
+// The same for a document, while no other process changes that.
+void WriteDocument(Context& context, const std::string& file, std::string_view bytes);
 
 // Each adds one subcommand, whose callback works on the context and may throw Failure or an
 // automation error.

@@ -280,4 +280,10 @@ void WriteBytes(Context& context, const std::string& file, std::string_view byte
   }
 }
 
+void WriteDocument(Context& context, const std::string& file, std::string_view bytes) {
+  std::optional<FileLock> lock;
+  if (file != "-") lock.emplace(file);
+  WriteBytes(context, file, bytes);
+}
+
 }  // namespace vndoc

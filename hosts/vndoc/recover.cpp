@@ -55,7 +55,7 @@ void SalvageTo(Context& context, const RecoverOptions& options) {
   const vndoc6::Salvaged salvaged = vndoc6::Salvage(ReadBytes(context, options.file));
   if (salvaged.text.empty()) throw Failure(options.file + ": nothing in it can be read");
   const auto document = LoadText(context, salvaged.text, options.file);
-  WriteBytes(context, options.output, salvaged.text);
+  WriteDocument(context, options.output, salvaged.text);
   context.err << "vndoc: " << options.output << ": has " << document->Steps()->Count()
               << " steps and " << document->Links()->Count() << " links\n";
   for (const Damage& damage : salvaged.damages) {

@@ -266,10 +266,15 @@ TEST_F(DocumentFile, TheTemporarySaveOffersRecovery) {
   std::filesystem::last_write_time(folder_ / "a.~vnc", file_time + std::chrono::seconds(2));
   EXPECT_EQ(document->TempSaveTest(Name("a.vn6")), 2);
 
+  // Without a file there is nothing to recover, and nothing is touched.
+  std::filesystem::rename(folder_ / "a.vn6", folder_ / "away");
+  EXPECT_FALSE(Make<vnDocument>()->LoadTempSave(Name("a.vn6"), Text()));
+  EXPECT_TRUE(platform::FileExists(Name("a.~vnc")));
   Write("a.vn6", "cut short");
   const auto recovered = Make<vnDocument>();
   ASSERT_TRUE(recovered->LoadTempSave(Name("a.vn6"), Text()));
   EXPECT_EQ(recovered->FileName(), Name("a.vn6"));
+  EXPECT_EQ(Read("a.vn6.aside-1"), "cut short");
   const auto loaded = Make<vnDocument>();
   ASSERT_TRUE(loaded->Load(Name("a.vn6"), Text()));
   EXPECT_EQ(loaded->Steps()->Item(Variant(1))->Label(), u"kept");

@@ -15,27 +15,49 @@ using bag::BagScanner;
 using bag::KeptText;
 using Kind = SavedEntry::Kind;
 
+// What a text in the file is: an entry of an outer one.
+struct Place {
+  const Place* outer;
+  const BagScanner& scanner;
+  const BagEntry& entry;
+};
+
+std::string NameOf(const Place* place) {
+  if (place == nullptr) return {};
+  const std::string outer = NameOf(place->outer);
+  const std::string key = automation::ToUtf8(place->scanner.KeyOf(place->entry));
+  return outer.empty() ? key : outer + "/" + key;
+}
+
+// The part that an entry of an object or a collection is; null for a value. Texts in a bag are the
+// host's, whatever they look like.
+const SavedEntry* PartOf(const SavedEntry& what, std::string_view key) {
+  if (what.part == nullptr) return nullptr;
+  if (what.kind == Kind::kCollection) return &what.part->self;
+  for (const SavedEntry& entry : what.part->entries) {
+    const bool is_part = entry.part != nullptr || entry.kind == Kind::kBag;
+    if (is_part && entry.key == key) return &entry;
+  }
+  return nullptr;
+}
+
 class Search {
  public:
   explicit Search(const KeptText& file) : file_(file.raw()) {}
 
-  // Texts in a bag are the host's, whatever they look like.
-  void LookInto(const KeptText& text, const SavedEntry& what, const std::string& place,
-                size_t begin) {
+  void LookInto(const KeptText& text, const SavedEntry& what, const Place* place, size_t begin) {
     BagScanner scanner(text);
     BagEntry found;
     while (scanner.Next(found)) {
-      if (found.tag != '"' || what.part == nullptr) continue;
-      const bool is_member = what.kind == Kind::kCollection;
-      const SavedEntry* const entry = is_member ? &what.part->self : what.part->Find(found.key);
-      if (entry == nullptr || entry->kind == Kind::kText) continue;
-      const std::string key = automation::ToUtf8(scanner.KeyOf(found));
-      LookInto(scanner.TextOf(found), *entry, place.empty() ? key : place + "/" + key,
-               At(found.value, begin));
+      if (found.tag != '"' || found.value.empty()) continue;
+      const SavedEntry* const part = PartOf(what, found.key);
+      if (part == nullptr) continue;
+      const Place inner{place, scanner, found};
+      LookInto(scanner.TextOf(found), *part, &inner, At(found.value, begin));
     }
     if (!scanner.faulty()) return;
     const size_t fault = scanner.fault_offset();
-    found_.push_back({place, begin + fault, text.raw().size() - fault});
+    found_.push_back({NameOf(place), begin + fault, text.raw().size() - fault});
   }
 
   std::vector<NotRead> Take() { return std::move(found_); }
@@ -58,7 +80,7 @@ class Search {
 std::vector<NotRead> FindNotRead(const KeptText& file) {
   Search search(file);
   const std::string_view text = bag::WithoutMark(file.raw());
-  search.LookInto(KeptText(file, text, 0), DocumentForm().self, {},
+  search.LookInto(KeptText(file, text, 0), DocumentForm().self, nullptr,
                   file.raw().size() - text.size());
   return search.Take();
 }
