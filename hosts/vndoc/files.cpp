@@ -189,11 +189,13 @@ Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write) {
   return document;
 }
 
-// Nobody waits while a password is typed.
+// Nobody waits while a password is typed: where there is a person to ask, the lock comes later.
 void ChangeDocument(Context& context, const std::string& file,
                     const std::function<bool(vnDocument&)>& change) {
+  std::optional<FileLock> lock;
+  if (!context.on_terminal) lock.emplace(file);
   Ref<vnDocument> document = Load(context, file, true);
-  const FileLock lock(file);
+  if (!lock) lock.emplace(file);
   if (document->FileChangedSinceLoad()) document = Load(context, file, true);
   if (change(*document)) Save(context, *document);
 }

@@ -212,6 +212,20 @@ TEST_F(PasswordTest, ForWritingIsAskedForAsWellAndOnceOnly) {
   }
 }
 
+TEST_F(PasswordTest, EditKeepsWhatAnotherOneSavedWhileItAsked) {
+  const Arguments edit = {"--password", "r0sebud", "edit", file_, "call", "NewStep"};
+  OnTerminal terminal(edit);
+  terminal.Expect("Write password for ");
+  Arguments other = edit;
+  other.insert(other.begin(), {"--write-password", "t0psecret"});
+  EXPECT_EQ(Run(other).status, kDone);
+  terminal.Type("t0psecret\n");
+  terminal.Finish();
+  const auto document = vndoc6::automation::Make<vnDocument>();
+  ASSERT_TRUE(document->Load(FromUtf8(file_), u"r0sebud"));
+  EXPECT_EQ(document->Steps()->Count(), 3);
+}
+
 TEST_F(PasswordTest, ThatIsWrongEndsInOneLine) {
   OnTerminal terminal({"show", file_});
   terminal.Expect("Password for ");

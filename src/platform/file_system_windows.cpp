@@ -114,17 +114,31 @@ class Replacement {
     if (!file_.Flush() || !file_.Close()) return false;
     if (before_placing && !before_placing()) return false;
     const bool replaces = Exists(target_);
-    // Replacing keeps permissions and attributes, where there is a file and its system can do it.
-    const bool placed = ::ReplaceFileW(target_.c_str(), name_.c_str(), nullptr,
-                                       REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) ||
-                        ::MoveFileExW(name_.c_str(), target_.c_str(),
-                                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    const bool placed = Move();
     // A replacing that failed half-way may have left the fresh file as the only one.
     discard_ = !placed && (!replaces || Exists(target_));
     return placed;
   }
 
  private:
+  // A program that reads the target just now may be in the way for a moment.
+  bool Move() const {
+    constexpr DWORD kPause = 10;
+    for (int tries = 50; tries > 0; --tries) {
+      // Replacing keeps permissions and attributes, where there is a file and its system can do it.
+      if (::ReplaceFileW(target_.c_str(), name_.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                         nullptr, nullptr) ||
+          ::MoveFileExW(name_.c_str(), target_.c_str(),
+                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        return true;
+      }
+      const DWORD error = ::GetLastError();
+      if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) return false;
+      ::Sleep(kPause);
+    }
+    return false;
+  }
+
   std::wstring target_;
   std::wstring name_;
   File file_;
