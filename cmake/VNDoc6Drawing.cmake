@@ -25,7 +25,8 @@ set(drawing_folder ${PROJECT_SOURCE_DIR}/drawing)
 file(GLOB drawing_sources CONFIGURE_DEPENDS ${drawing_folder}/*.cpp ${drawing_folder}/layout/*.cpp)
 list(FILTER drawing_sources EXCLUDE REGEX "_test\\.cpp$")
 vndoc6_embed(page_parts vndoc6::drawing kPageStyle=${drawing_folder}/page.css
-             kPageScript=${drawing_folder}/page.js)
+             kPageScript=${drawing_folder}/page.js kPrintScript=${drawing_folder}/print.js
+             kSiteScript=${drawing_folder}/site.js)
 
 add_library(vndoc6_drawing STATIC ${drawing_sources} ${page_parts})
 add_library(vndoc6::drawing ALIAS vndoc6_drawing)

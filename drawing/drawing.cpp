@@ -13,7 +13,9 @@ std::string Svg(vnDocument& document, const SvgOptions& options) {
   return WriteSvg(ReadDrawing(document), options);
 }
 
-std::string Html(vnDocument& document, const HtmlOptions&) { return WritePage(document); }
+std::string Html(vnDocument& document, const HtmlOptions& options) {
+  return WritePage(document, options);
+}
 
 LaidOut Layout(vnDocument& document, const LayoutOptions& options) {
   const Places places = options.all ? Places::kAllAnew : Places::kOfDocument;

@@ -6,6 +6,7 @@
 #include "hops.h"
 #include "label.h"
 #include "markup.h"
+#include "page_texts.h"
 
 namespace vndoc6::drawing {
 namespace {
@@ -128,7 +129,11 @@ SetText FitText(const Text& label, const TextFont& font, double width, double he
 class SvgWriter {
  public:
   SvgWriter(const Drawing& drawing, const SvgOptions& options, SvgKind kind, std::string& out)
-      : drawing_(drawing), options_(options), in_page_(kind == SvgKind::kInPage), out_(out) {}
+      : drawing_(drawing),
+        options_(options),
+        in_page_(kind == SvgKind::kInPage),
+        words_(options.language),
+        out_(out) {}
 
   void Write() {
     Begin();
@@ -155,13 +160,14 @@ class SvgWriter {
     out_ += Attribute("font-family", kUsualFamily) + Attribute("font-size", kUsualSize);
     out_ += Attribute("stroke-linejoin", "round") + ">\n";
     out_ += "<title id=\"chart-title\">" +
-            (drawing_.title.empty() ? "Chart" : Escaped(drawing_.title)) + "</title>\n";
+            (drawing_.title.empty() ? words_(Word::kChart) : Escaped(drawing_.title)) +
+            "</title>\n";
     out_ += "<desc id=\"chart-description\">" + Description() + "</desc>\n";
   }
 
   std::string Description() const {
-    std::string text = "A flowchart of " + std::to_string(drawing_.steps.size()) + " steps and " +
-                       std::to_string(drawing_.lines.size()) + " links.";
+    std::string text = words_(Word::kChartHolds, std::to_string(drawing_.steps.size()),
+                              std::to_string(drawing_.lines.size()));
     if (!drawing_.description.empty()) text += " " + Escaped(drawing_.description);
     return text;
   }
@@ -204,9 +210,9 @@ class SvgWriter {
     Box box = place;
     if (box.width <= 0 || box.height <= 0) box.width = box.height = kUsualSide;
     const double size = std::clamp(box.height / 2, 5.0, std::max(5.0, box.width / 3));
-    out_ += std::string("<g class=\"picture\"><title>A ") + kind.name +
-            " picture, which is not shown</title><rect" + PlaceAttributes(box) +
-            Classes(false, true) + Attribute("fill", "none") + Attribute("stroke", Colour(0)) +
+    out_ += "<g class=\"picture\"><title>" + words_(Word::kPictureNotShown, kind.name, {}) +
+            "</title><rect" + PlaceAttributes(box) + Classes(false, true) +
+            Attribute("fill", "none") + Attribute("stroke", Colour(0)) +
             Attribute("stroke-dasharray", "3 2") + "/><text" + Attribute("x", box.CentreX()) +
             Attribute("y", box.CentreY() + size * kBaseline) + Attribute("text-anchor", "middle") +
             Attribute("font-size", size) + Classes(false, false, true) +
@@ -231,8 +237,9 @@ class SvgWriter {
   }
 
   void WriteTitle(const Figure& figure) {
-    out_ += "<title>" + Escaped(figure.label);
-    if (figure.step != 0) out_ += std::string(" (") + figure.outline->name + ")";
+    const std::string label = Escaped(figure.label);
+    out_ += "<title>";
+    out_ += figure.step != 0 ? words_(Word::kStepOfShape, label, figure.outline->name) : label;
     if (!figure.tooltip.empty()) out_ += "\n" + Escaped(figure.tooltip);
     out_ += "</title>\n";
   }
@@ -329,9 +336,9 @@ class SvgWriter {
     if (figure.jumps.empty()) return;
     const double x = figure.box.Right() - 5;
     const double y = figure.box.Bottom() - 5;
-    out_ += "<g class=\"jump\"><title>Jumps to " + Escaped(figure.jumps) + "</title><circle" +
-            Attribute("cx", x) + Attribute("cy", y) + Attribute("r", 7) +
-            Attribute("fill", "#2456a6") + "/><path" +
+    out_ += std::string("<g class=\"jump\"><title>") + words_(Word::kJumpsTo) + " " +
+            Escaped(figure.jumps) + "</title><circle" + Attribute("cx", x) + Attribute("cy", y) +
+            Attribute("r", 7) + Attribute("fill", "#2456a6") + "/><path" +
             Attribute("d", "M" + At({x - 3, y + 3}) + " L" + At({x + 3, y - 3}) + " M" +
                                At({x - 1.5, y - 3}) + " L" + At({x + 3, y - 3}) + " L" +
                                At({x + 3, y + 1.5})) +
@@ -462,6 +469,7 @@ class SvgWriter {
   const Drawing& drawing_;
   const SvgOptions& options_;
   const bool in_page_;
+  const Words words_;
   std::string& out_;
 };
 

@@ -4,6 +4,7 @@ declare -A packages=(
   [build]="g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev"
   [test]="libgtest-dev libgmock-dev googletest zsh"
   [browser]="chromium"
+  [npm]="npm"
   [lint]="clang clang-format clang-tidy libclang-rt-14-dev libc++-dev libc++abi-dev"
   [coverage]="llvm"
   [analyse]="cppcheck"
@@ -59,4 +60,18 @@ require() {
   compgen -G "$1" >/dev/null && return 0
   echo "dev: $2" >&2
   return 1
+}
+
+# axe-core, which looks for what keeps people out of a page: from npm's registry, of one version, under
+# build. npm comes with Node.js or as a package of its own.
+axe_version=4.14.1
+axe_script=build/axe-core-$axe_version/package/axe.min.js
+setup_axe() {
+  if [[ -e $axe_script ]]; then return 0; fi
+  if ! command -v npm >/dev/null; then setup npm || return 1; fi
+  local folder
+  folder=$(dirname "$(dirname "$axe_script")")
+  mkdir -p "$folder" &&
+    npm pack --silent --pack-destination "$folder" "axe-core@$axe_version" >/dev/null &&
+    tar -xzf "$folder/axe-core-$axe_version.tgz" -C "$folder"
 }

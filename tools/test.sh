@@ -42,7 +42,7 @@ test_native() {
 test_more() {
   check "format" check_format
   check "speed against what was reached" build/native/vndoc6_bench --guard
-  check "report in a browser" tests/vndoc/browser_test.sh build/native/vndoc "build/demo/purchase approval.vn6"
+  check "report in a browser" check_report
   check "consumer with the sources" check_consumer_sources
   test_clang
   test_sanitizers
@@ -51,6 +51,10 @@ test_more() {
 
 check_format() {
   source_files | xargs -0 -r clang-format --dry-run -Werror
+}
+
+check_report() {
+  setup_axe && tests/vndoc/browser_test.sh build/native/vndoc "build/demo/purchase approval.vn6" "$axe_script"
 }
 
 install_package() {

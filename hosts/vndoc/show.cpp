@@ -1,10 +1,12 @@
 // vndoc show: what is in a document, for people or as JSON.
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <ostream>
 
 #include "command.h"
 #include "document_json.h"
+#include "drawing/other_values.h"
 #include "flow.h"
 #include "one_line.h"
 #include "vndoc6/bag/properties.h"
@@ -64,13 +66,31 @@ class Account {
     if (!line.empty()) out_ << indent << what << line << '\n';
   }
 
+  // Codes, numbers and free values of the host's.
+  void Others(const char* indent, Object& object) {
+    for (const vndoc6::drawing::OtherValue& value : other_values_.Of(object)) {
+      out_ << indent << OneLine(vndoc6::automation::FromUtf8(value.name)) << " = "
+           << OneLine(value.value) << '\n';
+    }
+  }
+  // The same behind something else.
+  Text Trailing(Object& object) {
+    Text text;
+    for (const vndoc6::drawing::OtherValue& value : other_values_.Of(object)) {
+      text += (text.empty() ? u" [" : u", ") + vndoc6::automation::FromUtf8(value.name) + u" = " +
+              value.value;
+    }
+    return text.empty() ? text : text + u"]";
+  }
+
   void WriteDetails() {
     const Ref<vnDetails> details = document_.Details();
     const std::string title = OneLine(details->Title());
     out_ << (title.empty() ? "(no title)" : title) << '\n';
     Line("  ", "Code         ", details->DocumentCode());
-    Line("  ", "Revision     ", Variant(details->Revision()).ToText());
-    Line("  ", "Status       ", Variant(details->DocumentStatus()).ToText());
+    if (details->Revision() != 0) {
+      Line("  ", "Revision     ", Variant(details->Revision()).ToText());
+    }
     Line("  ", "Scope        ", details->Scope());
     Line("  ", "Purpose      ", details->Purpose());
     Line("  ", "Description  ", details->Description());
@@ -78,7 +98,11 @@ class Account {
     if (details->DateApproved().days != 0) {
       Line("  ", "Approved     ", Variant(details->DateApproved()).ToText());
     }
+    Line("  ", "Takes        ", details->Duration());
+    Line("  ", "Form         ", details->Form());
     Line("  ", "Notes        ", details->Notes());
+    Others("  ", *details);
+    Others("  ", document_);
   }
 
   std::string NameOf(const FlowStep& step) {
@@ -106,10 +130,11 @@ class Account {
       Line(kIndent, "by ", role.DisplayName());
       steps_of_roles_[OneLine(role.DisplayName())] += ' ' + NumberOf(flow_step);
     });
-    ForEach<vnTask>(*step.Tasks(), [&](vnTask& task) {
-      const Text& more = task.Description();
-      Line(kIndent, "task: ", more.empty() ? task.Name() : task.Name() + u": " + more);
-    });
+    for (const Ref<vnTask>& task : TasksOf(step)) {
+      const Text& more = task->Description();
+      Line(kIndent,
+           "task: ", (more.empty() ? task->Name() : task->Name() + u": " + more) + Trailing(*task));
+    }
     ForEach<vnCondition>(*step.Conditions(),
                          [&](vnCondition& condition) { Line(kIndent, "if ", TextOf(condition)); });
     ForEach<vndoc6::Property>(*step.Dependancies(), [&](vndoc6::Property& dependency) {
@@ -119,16 +144,28 @@ class Account {
     });
     ForEach<vnFile>(*step.Files(), [&](vnFile& file) { Line(kIndent, "file: ", NameOf(file)); });
     ForEach<vnJump>(*step.Jumps(), [&](vnJump& jump) { Line(kIndent, "jump: ", NameOf(jump)); });
+    Others(kIndent, step);
   }
 
-  static Text TextOf(vnCondition& condition) {
-    Text text = condition.DisplayName() + u": " + condition.ConditionTest();
+  // In the order that they are to be done.
+  static std::vector<Ref<vnTask>> TasksOf(vnStep& step) {
+    std::vector<Ref<vnTask>> tasks;
+    ForEach<vnTask>(*step.Tasks(), [&](vnTask& task) { tasks.emplace_back(&task); });
+    std::stable_sort(tasks.begin(), tasks.end(),
+                     [](const auto& a, const auto& b) { return a->TaskOrder() < b->TaskOrder(); });
+    return tasks;
+  }
+
+  Text TextOf(vnCondition& condition) {
+    Text text = condition.DisplayName();
+    if (!text.empty() && !condition.ConditionTest().empty()) text += u": ";
+    text += condition.ConditionTest();
     if (!condition.FailMessage().empty()) text += u" - " + condition.FailMessage();
-    return text;
+    return text + Trailing(condition);
   }
 
   // When a link is taken, in one line; empty for always.
-  static std::string ConditionsOf(vnLink& link) {
+  std::string ConditionsOf(vnLink& link) {
     std::string text = OneLine(link.ConditionExpression());
     ForEach<vnCondition>(*link.Conditions(), [&](vnCondition& condition) {
       text += (text.empty() ? "" : "; ") + OneLine(TextOf(condition));
@@ -136,9 +173,13 @@ class Account {
     return text.empty() ? "" : "(if " + text + ") ";
   }
 
-  static Text NameOf(const vndoc6::Attachment& attachment) {
-    if (attachment.DisplayName().empty()) return attachment.FileName();
-    return attachment.DisplayName() + u" (" + attachment.FileName() + u")";
+  Text NameOf(vndoc6::Attachment& attachment) {
+    const Text& name = attachment.DisplayName();
+    const Text& file = attachment.FileName();
+    return (name.empty()   ? file
+            : file.empty() ? name
+                           : name + u" (" + file + u")") +
+           Trailing(attachment);
   }
 
   // The links as a tree: an arrow for the only way on, a star for each of several. What follows a
@@ -154,8 +195,10 @@ class Account {
     }
     for (const Ref<vnLink>& link : flow_.dangling) {
       out_ << "  a link that lacks a step";
-      Line(": ", "", link->Text().empty() ? link->Key() : link->Text());
-      if (link->Text().empty() && link->Key().empty()) out_ << '\n';
+      const Text name = (link->Text().empty() ? link->Key() : link->Text()) +
+                        vndoc6::automation::FromUtf8(" " + ConditionsOf(*link)) + Trailing(*link);
+      Line(": ", "", name);
+      if (OneLine(name).empty()) out_ << '\n';
     }
   }
 
@@ -191,13 +234,16 @@ class Account {
 
   void WriteVisit(const Visit& visit) {
     out_ << std::string(visit.column, ' ');
+    std::string more;
     if (visit.link != nullptr) {
       const vndoc6::PassingRead reading(*visit.link);
       const std::string text = OneLine(visit.link->Text());
       out_ << (visit.is_branch ? "* " : "-> ") << (text.empty() ? "" : "[" + text + "] ")
            << ConditionsOf(*visit.link);
+      more = OneLine(Trailing(*visit.link));
     }
-    out_ << NameOf(flow_.steps[visit.step]) << (shown_[visit.step] ? " (see above)\n" : "\n");
+    out_ << NameOf(flow_.steps[visit.step]) << more
+         << (shown_[visit.step] ? " (see above)\n" : "\n");
   }
 
   void WriteGrouped(const char* title, const std::map<std::string, std::string>& groups) {
@@ -215,7 +261,7 @@ class Account {
     }
     std::map<std::string, std::string> containers;
     ForEach<vnContainer>(*document_.Containers().ToObject(), [&](vnContainer& container) {
-      const std::string description = OneLine(container.Description());
+      const std::string description = OneLine(container.Description() + Trailing(container));
       const std::string& steps = members[container.Key()];
       std::string& said = containers[OneLine(container.Label())];
       said += steps.empty() && !description.empty() ? " no step" : steps;
@@ -236,14 +282,17 @@ class Account {
     if (document_.RevisionHistory()->Count() > 0) Heading("Revisions");
     ForEach<vnRevision>(*document_.RevisionHistory(), [&](vnRevision& revision) {
       Line("  ", "",
-           Variant(revision.RevisionDate()).ToText() + u"  " +
-               Variant(revision.Revision()).ToText() + u"  " + revision.Reason());
+           Variant(revision.RevisionDate()).ToText() + u"  " + Variant(revision.IR()).ToText() +
+               (revision.Revision() != 0 ? u"  revision " + Variant(revision.Revision()).ToText()
+                                         : Text()) +
+               u"  " + revision.Reason());
     });
   }
 
   vnDocument& document_;
   std::ostream& out_;
   Flow flow_;
+  vndoc6::drawing::OtherValues other_values_;
   std::vector<bool> shown_;
   std::map<std::string, std::string> steps_of_roles_;
 };

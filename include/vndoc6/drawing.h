@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,11 +15,15 @@ class vnDocument;
 
 namespace vndoc6::drawing {
 
+// What pictures and pages say by themselves is said in one of these.
+enum class Language { kEnglish, kGerman, kFrench };
+
 struct SvgOptions {
   bool grid = false;          // the chart's grid
   bool page_margins = false;  // where the chart's pages end
   double scale = 1;           // of the picture's size
   double width = 0;           // the picture's width in pixels; 0 leaves it to the scale
+  Language language = Language::kEnglish;
 };
 
 // The chart as a whole SVG document, in UTF-8. Steps that were never given a place, when there are
@@ -26,10 +31,49 @@ struct SvgOptions {
 // The document stays as it is.
 std::string Svg(vnDocument& document, const SvgOptions& options = {});
 
-struct HtmlOptions {};
+// The file with the report of the document that a jump names, as a path seen from the page; empty
+// where there is none.
+using ReportOf = std::function<std::u16string(const std::u16string& file_name)>;
+
+struct HtmlOptions {
+  Language language = Language::kEnglish;
+  // The path of the folder that relative names of files are in, as the page sees it; empty for the
+  // page's own.
+  std::u16string folder;
+  // Where it gives nothing, and without it, a jump leads to the document itself.
+  ReportOf report_of;
+  // The index of the page's site, as a path seen from the page; empty for none.
+  std::u16string index;
+};
 
 // The report: the document as one page of HTML that needs nothing else, in UTF-8.
 std::string Html(vnDocument& document, const HtmlOptions& options = {});
+
+// What the index of several reports tells of one of them.
+struct SiteEntry {
+  struct Found {
+    std::u16string text;  // a step, a task, a role, a file
+    std::string place;    // in the report: "step-3"; empty for the report as a whole
+  };
+  struct Jump {
+    std::u16string name;    // of the document that is jumped to
+    std::u16string report;  // its report's file; empty where there is none
+  };
+  std::u16string report;  // the file with the document's report, as a path seen from the index
+  std::u16string title;
+  std::u16string code;
+  std::vector<Found> texts;  // what a search finds
+  std::vector<Jump> jumps;
+};
+
+// Reads it of a document. Paths are those that the index sees.
+SiteEntry ReadSiteEntry(vnDocument& document, const std::u16string& report,
+                        const ReportOf& report_of);
+
+// The index as a page of HTML, in UTF-8: the documents in their order, a search in all of them, and
+// a map of who jumps to whom.
+std::string SiteIndex(const std::vector<SiteEntry>& entries,
+                      Language language = Language::kEnglish);
 
 struct LayoutOptions {
   // Steps that have a place, and lines that have points, get new ones as well.

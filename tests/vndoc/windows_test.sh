@@ -13,6 +13,7 @@ windows_test() {
   say edit "$(windows_path "$file")" set Steps/1/Label "Señor “λ”" || return 1
   diff <("$native" show --json "$file") <(say show --json "$(windows_path "$file")") || return 1
   diff <("$native" render "$file" -o -) <(say render "$(windows_path "$file")" -o -) || return 1
+  diff <("$native" report "$file" -o -) <(say report "$(windows_path "$file")" -o -) || return 1
   "$native" show "$file" | grep -q 'Señor “λ”' || return 1
   say check "$(windows_path "$file")" || return 1
   "$native" show --json "$file" >"$folder/plan.json"
