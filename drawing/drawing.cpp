@@ -9,8 +9,20 @@
 
 namespace vndoc6::drawing {
 
+namespace {
+
+Drawing Read(vnDocument& document, const SvgOptions& options) {
+  return ReadDrawing(document, {options.lanes != Lanes::kNone, options.direction, options.lanes});
+}
+
+}  // namespace
+
 std::string Svg(vnDocument& document, const SvgOptions& options) {
-  return WriteSvg(ReadDrawing(document), options);
+  return WriteSvg(Read(document, options), options);
+}
+
+std::vector<std::string> SvgPages(vnDocument& document, const SvgOptions& options) {
+  return WriteSheets(Read(document, options), options);
 }
 
 std::string Html(vnDocument& document, const HtmlOptions& options) {
@@ -18,8 +30,8 @@ std::string Html(vnDocument& document, const HtmlOptions& options) {
 }
 
 LaidOut Layout(vnDocument& document, const LayoutOptions& options) {
-  const Places places = options.all ? Places::kAllAnew : Places::kOfDocument;
-  return WritePlaces(ReadDrawing(document, places), document);
+  return WritePlaces(ReadDrawing(document, {options.all, options.direction, Lanes::kNone}),
+                     document);
 }
 
 Extent Measure(std::u16string_view text, const Font& font) {

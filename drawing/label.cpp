@@ -36,7 +36,7 @@ constexpr std::array kMarks = {
     Range{0xE34, 0xE3A},   Range{0xE47, 0xE4E},   Range{0x1AB0, 0x1AFF},  Range{0x200B, 0x200F},
     Range{0x20D0, 0x20FF}, Range{0xFE00, 0xFE0F}, Range{0x1F3FB, 0x1F3FF}};
 // Ideographs, kana, Hangul, full-width forms and emoji: as wide as high, and lines may break
-// between any two of them.
+// between any two of them other than Hangul.
 constexpr std::array kWide = {
     Range{0x1100, 0x115F},   Range{0x2E80, 0x303E},  Range{0x3041, 0xA4CF}, Range{0xAC00, 0xD7A3},
     Range{0xF900, 0xFAFF},   Range{0xFE30, 0xFE4F},  Range{0xFF00, 0xFF60}, Range{0xFFE0, 0xFFE6},
@@ -73,10 +73,18 @@ double WidthOf(char32_t c) {
   return .58;
 }
 
+bool IsHangul(char32_t c) {
+  return (c >= 0x1100 && c <= 0x115F) || (c >= 0x3131 && c <= 0x318E) ||
+         (c >= 0xAC00 && c <= 0xD7A3);
+}
+
 // Whether a line may end between two characters.
 bool MayBreak(char32_t before, char32_t after) {
   if (IsBlank(after) || StaysWithPrevious(after)) return false;
-  return BreaksAfter(before) || IsIn(kWide, before) || IsIn(kWide, after);
+  if (BreaksAfter(before)) return true;
+  // Korean has blanks between its words, and breaks there only.
+  const auto breaks = [](char32_t c) { return IsIn(kWide, c) && !IsHangul(c); };
+  return breaks(before) || breaks(after);
 }
 
 Text Trimmed(TextView line) {

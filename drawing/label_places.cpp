@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <unordered_map>
 
+#include "box_index.h"
 #include "label.h"
 
 namespace vndoc6::drawing {
@@ -37,7 +38,7 @@ class Obstacles {
     }
   }
 
-  // How many lie in a box, other than the line of that number.
+  // How much lies in a box; parts of the line of that number count less than all else.
   size_t Count(const Box& box, size_t line) const {
     size_t count = 0;
     ForEachCell(box, [&](int64_t cell) {
@@ -46,14 +47,14 @@ class Obstacles {
       const size_t most = std::min(found->second.size(), kMostInCell);
       for (size_t i = 0; i < most; ++i) {
         const Entry& entry = found->second[i];
-        if (entry.line == line && line != kNobody) continue;
-        if (Overlap(entry.box, box)) ++count;
+        if (Overlaps(entry.box, box)) count += entry.line == line && line != kNobody ? 1 : kOther;
       }
     });
     return count;
   }
 
  private:
+  static constexpr size_t kOther = 4;
   static constexpr double kCell = 64;
   static constexpr double kPiece = 24;
   static constexpr double kMostCells = 4'096;  // of one obstacle; larger ones are not looked at
@@ -63,9 +64,6 @@ class Obstacles {
     size_t line;
   };
 
-  static bool Overlap(const Box& a, const Box& b) {
-    return a.left < b.Right() && b.left < a.Right() && a.top < b.Bottom() && b.top < a.Bottom();
-  }
   template <class Visit>
   static void ForEachCell(const Box& box, Visit&& visit) {
     if (!((box.width / kCell + 1) * (box.height / kCell + 1) < kMostCells)) return;
@@ -85,12 +83,13 @@ class Placer {
   explicit Placer(Drawing& drawing) : drawing_(drawing) {}
 
   void Place() {
-    bool any = false;
+    bool any = !drawing_.containers.empty();
     for (const Line& line : drawing_.lines) any |= IsWaiting(line);
     if (!any) return;
     for (const Figure& step : drawing_.steps) obstacles_.Add(step.box, kNobody);
     for (const Figure& container : drawing_.containers) AddFrame(container.box);
     for (size_t i = 0; i < drawing_.lines.size(); ++i) AddLine(i);
+    for (Figure& container : drawing_.containers) PlaceTitle(container);
     for (size_t i = 0; i < drawing_.lines.size(); ++i) {
       if (IsWaiting(drawing_.lines[i])) PlaceLabel(i);
     }
@@ -107,6 +106,24 @@ class Placer {
                              {box.Right(), box.Bottom()},
                              {box.left, box.Bottom()}};
     for (size_t i = 0; i < 4; ++i) obstacles_.AddPart(corners[i], corners[(i + 1) % 4], kNobody);
+  }
+
+  // At the left of the container's upper side, or farther right where no line runs through it.
+  void PlaceTitle(Figure& container) {
+    constexpr double kStep = 6;
+    constexpr double kInset = 8;
+    const double size = container.font.size;
+    const double width = TextWidth(container.label, container.font.bold) * size;
+    if (width <= 0) return;
+    Box place{container.box.left + kInset, container.box.top + 6, width, size * kLineHeight};
+    for (double left = place.left; left + width <= container.box.Right() - kInset; left += kStep) {
+      const Box there{left, place.top, width, place.height};
+      if (obstacles_.Count(there, kNobody) > 0) continue;
+      container.title_at = {left, place.top};
+      place = there;
+      break;
+    }
+    obstacles_.Add(place, kNobody);
   }
 
   // Arrow heads are wider than their lines, also for the line's own label.
@@ -139,7 +156,7 @@ class Placer {
   // From the beginning on, on both sides of each part; farther from the line where it has to be.
   Box BestPlace(size_t number, const LineLabel& label) const {
     Best best;
-    for (const double beside : {kBeside, 3 * kBeside, 6 * kBeside}) {
+    for (const double beside : {kBeside, 3 * kBeside, 6 * kBeside, 10 * kBeside}) {
       const std::vector<Point>& points = drawing_.lines[number].points;
       for (size_t i = 1; i < points.size() && best.covered > 0; ++i) {
         TryPart(number, points[i - 1], points[i], beside, label, best);

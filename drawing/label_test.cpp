@@ -23,6 +23,10 @@ TEST(WrapText, BreaksBetweenIdeographsButNotBeforeTheirFullStop) {
   EXPECT_EQ(WrapText(u"取締役会。", 4.5, false), (Lines{u"取締役", u"会。"}));
 }
 
+TEST(WrapText, BreaksKoreanBetweenItsWords) {
+  EXPECT_EQ(WrapText(u"주문을 확인한다", 5, false), (Lines{u"주문을", u"확인한다"}));
+}
+
 TEST(WrapText, KeepsPairsAndMarksTogether) {
   EXPECT_EQ(WrapText(u"\U0001F600\U0001F600", 1.2, false), (Lines{u"\U0001F600", u"\U0001F600"}));
   EXPECT_EQ(WrapText(u"e\u0301e\u0301", 0.7, false), (Lines{u"e\u0301", u"e\u0301"}));

@@ -7,7 +7,6 @@
 
 #include "automation/number_chars.h"
 #include "vndoc6/automation/base64.h"
-#include "vndoc6/automation/base64.h"
 
 namespace vndoc6::drawing {
 namespace {

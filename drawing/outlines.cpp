@@ -143,8 +143,8 @@ constexpr std::array kOutlines = {
             "M.146 .146 L.854 .854 M.854 .146 L.146 .854", kRound, kNone},
     Outline{vnsOr, "or", kCircle, "M.5 0 L.5 1 M0 .5 L1 .5", kRound, kNone},
     Outline{
-        vnsCollate68, "collate", "M0 0 L1 0 L0 1 L1 1 Z", "", {.1, .02, .1, .55}, {.5, 0, .5, 0}},
-    Outline{vnsSort, "sort", kRhomb, "M0 .5 L1 .5", {.2, .1, .2, .5}, kNone},
+        vnsCollate68, "collate", "M0 0 L1 0 L0 1 L1 1 Z", "", {.25, .03, .25, .71}, {.5, 0, .5, 0}},
+    Outline{vnsSort, "sort", kRhomb, "M0 .5 L1 .5", {.25, .24, .25, .52}, kNone},
     Outline{vnsExtract, "extract", kUp, "", {.2, .4, .2, .04}, {.25, 0, .25, 0}},
     Outline{vnsMerge, "merge", kDown, "", {.2, .04, .2, .4}, {.25, 0, .25, 0}},
     Outline{vnsStoredData,
@@ -395,6 +395,17 @@ Point MeetBorder(const Outline& outline, const Box& box, int quarters, Side side
   if (found < 0) return at;
   found = std::clamp(found, 0.0, 1.0);
   return upright ? Point{at.x, box.top + found * height} : Point{box.left + found * width, at.y};
+}
+
+bool HoldsLine(const Outline& outline, const Box& box, int quarters, const Box& line) {
+  if (outline.corner > 0 || outline.border == kBox) return true;
+  constexpr double kTouch = .5;
+  for (const double y : {line.top, line.Bottom()}) {
+    const Point left = MeetBorder(outline, box, quarters, Side::kLeft, {box.left, y});
+    const Point right = MeetBorder(outline, box, quarters, Side::kRight, {box.Right(), y});
+    if (left.x > line.left + kTouch || right.x < line.Right() - kTouch) return false;
+  }
+  return true;
 }
 
 bool HasCorners(const Outline& outline, int quarters) {

@@ -40,6 +40,9 @@ Point EndPoint(const Outline& outline, const Box& box, int quarters, Side side);
 // side of the box.
 Point MeetBorder(const Outline& outline, const Box& box, int quarters, Side side, Point at);
 
+// True when a line of text lies between the left and the right side of the outline.
+bool HoldsLine(const Outline& outline, const Box& box, int quarters, const Box& line);
+
 // True when the lower side is a corner, and lines had better leave at corners.
 bool HasCorners(const Outline& outline, int quarters);
 

@@ -7,9 +7,10 @@
 
 #include "label.h"
 #include "label_places.h"
-#include "layout/layout.h"
 #include "model.h"
+#include "place_steps.h"
 #include "router.h"
+#include "text_room.h"
 
 namespace vndoc6::drawing {
 namespace {
@@ -28,9 +29,6 @@ double Pixels(double twips) {
 }
 
 double WholeTwips(double pixels) { return std::round(pixels * kTwipsPerPixel) / kTwipsPerPixel; }
-// Half of it is a whole number, too.
-double Even(double pixels) { return 2 * std::ceil(pixels / 2); }
-
 TextFont FontOf(const automation::Font& font) {
   constexpr double kPixelsPerPoint = 96.0 / 72;
   const double size = static_cast<double>(font.Size().scaled) / 10000 * kPixelsPerPoint;
@@ -79,44 +77,20 @@ bool IsUnplaced(const vnFigure& figure) {
   return figure.Left() == kUnplaced && figure.Top() == kUnplaced;
 }
 
-// A box with room for its label, for a figure that nobody gave a place or a size.
-void FitToLabel(Figure& figure) {
-  const Insets& insets = figure.outline->text;
-  const double kWidest = std::max(84.0, 150 * (1 - insets.left - insets.right));
-  const std::vector<Text> lines =
-      WrapText(figure.label, kWidest / figure.font.size, figure.font.bold);
-  double width = 0;
-  for (const Text& line : lines) width = std::max(width, TextWidth(line, figure.font.bold));
-  const double text_width = width * figure.font.size + 12;
-  const double text_height = static_cast<double>(lines.size()) * figure.font.size * 1.25 + 10;
-  figure.box.width = Even(std::max(110.0, text_width / (1 - insets.left - insets.right)));
-  figure.box.height = Even(std::max(44.0, text_height / (1 - insets.top - insets.bottom)));
-}
-
-// Room for the lines at the sides of such a box.
-void FitToLines(Figure& figure, int above, int below, int loops) {
-  constexpr double kBetween = 9;
-  constexpr double kMost = 400;  // beyond, lines share their places
-  const double needed = Even(kBetween * (std::max(above, below) + 1));
-  figure.box.width = std::max(figure.box.width, std::min(needed, kMost));
-  if (loops > 0) {
-    const double high = (kBetween + 1) * (2 * loops + 3);
-    figure.box.height = std::max(figure.box.height, std::min(high, kMost));
-  }
-}
-
 class Reader {
  public:
-  Reader(vnDocument& document, Places places) : document_(document), places_(places) {}
+  Reader(vnDocument& document, const ReadOptions& options)
+      : document_(document), options_(options) {}
 
   Drawing Read() {
     out_.title = document_.Details()->Title();
     out_.description = document_.Details()->Description();
+    out_.revision = document_.Details()->Revision();
     ReadChart();
     ReadSteps();
     ReadLinks();
     ReadContainers();
-    PlaceSteps();
+    PlaceAll();
     PlaceContainers();
     SortByOrder(out_.containers);
     SortByOrder(out_.lines);
@@ -131,8 +105,8 @@ class Reader {
     Ref<vnLink> link;
     size_t number;    // among the document's, from 1 on
     size_t from, to;  // places in out_.steps
-    bool has_points;
     LineLabel label;
+    std::vector<Point> points;  // its own
   };
   struct Container {
     Text key;
@@ -163,7 +137,6 @@ class Reader {
       const Ref<vnStep> step = steps->Item(Variant(i));
       const PassingRead reading(*step);
       const auto figure = step->Figure();
-      container_of_.push_back(step->ContainerKey());
       if (figure->Hidden()) continue;
       Figure out = ReadFigure(*figure);
       out.step = static_cast<size_t>(i);
@@ -178,15 +151,28 @@ class Reader {
         if (k > 1) out.jumps += u'\n';
         out.jumps += jump->DisplayName().empty() ? jump->FileName() : jump->DisplayName();
       }
-      unplaced_.push_back(IsToPlace(*figure));
-      usual_size_.push_back(figure->Width() == kUsualWidth && figure->Height() == kUsualHeight);
+      to_place_.push_back({IsToPlace(*figure),
+                           figure->Width() == kUsualWidth && figure->Height() == kUsualHeight,
+                           options_.lanes == Lanes::kRole ? RoleOf(*step) : step->ContainerKey()});
       place_of_.emplace(step->Key(), out_.steps.size());
+      // A chart that cuts its labels keeps its sizes.
+      if (!to_place_.back().unplaced && !out_.ellipsis && out.picture.empty()) {
+        const Box before = out.box;
+        GrowToLabel(out);
+        grown_.push_back(before);
+      } else {
+        grown_.push_back(out.box);
+      }
       out_.steps.push_back(std::move(out));
     }
   }
 
-  bool IsToPlace(const vnFigure& figure) const {
-    return places_ == Places::kAllAnew || IsUnplaced(figure);
+  bool IsToPlace(const vnFigure& figure) const { return options_.all_anew || IsUnplaced(figure); }
+
+  // Who performs a step; the first one, when there are several.
+  static Text RoleOf(vnStep& step) {
+    const auto roles = step.PerformedBy();
+    return roles->Count() > 0 ? roles->Item(Variant(1))->DisplayName() : Text();
   }
 
   void ReadLinks() {
@@ -199,117 +185,71 @@ class Reader {
       if (from == place_of_.end() || to == place_of_.end() || link->Line()->Hidden()) continue;
       const auto line = link->Line();
       const TextFont font = FontOf(*line->Font());
-      const bool has_points = places_ == Places::kOfDocument && HasCoordinates(*line);
-      links_.push_back({link, static_cast<size_t>(i), from->second, to->second, has_points,
-                        SetLineLabel(link->Text(), font.size, font.bold)});
+      links_.push_back({link,
+                        static_cast<size_t>(i),
+                        from->second,
+                        to->second,
+                        SetLineLabel(link->Text(), font.size, font.bold),
+                        {}});
+      if (!options_.all_anew && HasCoordinates(*line)) {
+        links_.back().points = OwnPoints(links_.back(), *line);
+      }
     }
   }
 
   // One step alone at the usual place is where it belongs; several are a pile.
-  void PlaceSteps() {
-    if (places_ == Places::kOfDocument && out_.steps.size() > 1 &&
-        std::count(unplaced_.begin(), unplaced_.end(), true) < 2) {
-      unplaced_.assign(unplaced_.size(), false);
+  void PlaceAll() {
+    const auto is_unplaced = [](const StepToPlace& step) { return step.unplaced; };
+    if (!options_.all_anew && out_.steps.size() > 1 &&
+        std::count_if(to_place_.begin(), to_place_.end(), is_unplaced) < 2) {
+      for (StepToPlace& step : to_place_) step.unplaced = false;
     }
-    LayOutPile();
-    std::vector<Box> boxes;
-    for (const Figure& figure : out_.steps) boxes.push_back(figure.box);
-    Router router(boxes);
-    for (size_t i = 0; i < links_.size(); ++i) AddLine(i, router);
+    std::vector<LinkToPlace> links;
+    for (const Link& link : links_) {
+      links.push_back({link.from, link.to, link.label.width, link.label.height, link.points});
+    }
+    const LayoutStyle style{options_.direction == Direction::kRight,
+                            options_.lanes != Lanes::kNone};
+    PlacedSteps placed = PlaceSteps(out_.steps, to_place_, links, Groups(), style);
+    frames_ = std::move(placed.frames);
+    AddLines(placed.lines);
   }
 
-  // The unplaced steps go below everything else.
-  void LayOutPile() {
-    std::vector<size_t> members;
-    std::vector<size_t> place(out_.steps.size(), 0);
-    Point origin{kMargin, kMargin};
-    for (size_t i = 0; i < out_.steps.size(); ++i) {
-      if (!unplaced_[i]) {
-        origin.y = std::max(origin.y, out_.steps[i].box.Bottom() + 2 * kMargin);
-        continue;
-      }
-      place[i] = members.size();
-      members.push_back(i);
-    }
-    if (members.empty()) return;
-    std::vector<LayoutEdge> edges;
-    std::vector<size_t> edge_links;
-    for (size_t i = 0; i < links_.size(); ++i) {
-      if (!unplaced_[links_[i].from] || !unplaced_[links_[i].to] || links_[i].has_points) continue;
-      edges.push_back({place[links_[i].from], place[links_[i].to], links_[i].label.width,
-                       links_[i].label.height});
-      edge_links.push_back(i);
-    }
-    const ChartLayout layout = LayOutMembers(members, edges);
-    // Whole pixels: the document can hold them as they are.
-    const auto moved = [&](Point point) {
-      return Point{std::round(point.x + origin.x), std::round(point.y + origin.y)};
+  std::unordered_map<Text, GroupToPlace> Groups() const {
+    std::unordered_map<Text, GroupToPlace> groups;
+    const auto add = [&](const Text& key, const Figure& figure, bool placed) {
+      const double title = TextWidth(figure.label, figure.font.bold) * figure.font.size;
+      groups.try_emplace(key, GroupToPlace{title + 2 * kFrameMargin, placed, figure.box});
     };
-    for (size_t i = 0; i < members.size(); ++i) {
-      Figure& figure = out_.steps[members[i]];
-      const Point corner = moved({layout.boxes[i].left, layout.boxes[i].top});
-      figure.box = {corner.x, corner.y, layout.boxes[i].width, layout.boxes[i].height};
-      figure.laid_out = true;
-    }
-    for (size_t i = 0; i < edges.size(); ++i) {
-      std::vector<Point> points = layout.lines[i];
-      std::transform(points.begin(), points.end(), points.begin(), moved);
-      laid_out_.emplace(edge_links[i], std::move(points));
-    }
-    for (const auto& [key, group] : groups_) {
-      const Box& frame = layout.frames[group];
-      const Point corner = moved({frame.left, frame.top});
-      const Point opposite = moved({frame.Right(), frame.Bottom()});
-      frames_.emplace(key, Box{corner.x, corner.y, opposite.x - corner.x, opposite.y - corner.y});
-    }
-  }
-
-  ChartLayout LayOutMembers(const std::vector<size_t>& members,
-                            const std::vector<LayoutEdge>& edges) {
-    std::vector<int> above(members.size()), below(members.size()), loops(members.size());
-    for (const LayoutEdge& edge : edges) {
-      if (edge.from == edge.to) {
-        ++loops[edge.from];
-      } else {
-        ++below[edge.from];
-        ++above[edge.to];
+    if (options_.lanes == Lanes::kRole) {
+      for (const StepToPlace& step : to_place_) {
+        Figure lane;
+        lane.label = step.group;
+        add(step.group, lane, false);
       }
+      return groups;
     }
-    std::vector<LayoutBox> boxes;
-    for (size_t i = 0; i < members.size(); ++i) {
-      Figure& figure = out_.steps[members[i]];
-      if (usual_size_[members[i]]) {
-        FitToLabel(figure);
-        FitToLines(figure, above[i], below[i], loops[i]);
-      }
-      boxes.push_back(
-          {figure.box.width, figure.box.height, HasCorners(*figure.outline, figure.quarters)});
-    }
-    const std::vector<size_t> groups = ContainersOf(members);
-    return LayOut(boxes, edges, groups, TitleWidths());
-  }
-
-  // Numbers from 1 on; empty when no step is in a container.
-  std::vector<size_t> ContainersOf(const std::vector<size_t>& members) {
-    std::vector<size_t> groups;
-    for (const size_t member : members) {
-      const Text& key = container_of_[out_.steps[member].step - 1];
-      groups.push_back(key.empty() ? 0
-                                   : groups_.try_emplace(key, groups_.size() + 1).first->second);
-    }
-    return groups_.empty() ? std::vector<size_t>() : groups;
-  }
-
-  std::vector<double> TitleWidths() {
-    std::vector<double> widths(groups_.size() + 1);
     for (const Container& container : containers_) {
-      const auto group = groups_.find(container.key);
-      if (group == groups_.end()) continue;
-      const Figure& figure = container.figure;
-      widths[group->second] =
-          TextWidth(figure.label, figure.font.bold) * figure.font.size + kFrameMargin;
+      add(container.key, container.figure, !container.unplaced);
     }
-    return widths;
+    return groups;
+  }
+
+  // Those that have their points first: the others go around them.
+  void AddLines(std::vector<std::vector<Point>>& laid_out) {
+    std::vector<RouterBox> boxes;
+    for (const Figure& figure : out_.steps) {
+      boxes.push_back({figure.box, HasCorners(*figure.outline, figure.quarters)});
+    }
+    Router router(boxes);
+    for (size_t i = 0; i < links_.size(); ++i) {
+      if (!links_[i].points.empty()) {
+        router.AddLine(links_[i].points);
+      } else if (!laid_out[i].empty()) {
+        router.AddLine(laid_out[i]);
+      }
+    }
+    for (size_t i = 0; i < links_.size(); ++i) AddLine(links_[i], laid_out[i], router);
   }
 
   Point End(size_t step, Side side) const {
@@ -317,28 +257,21 @@ class Reader {
     return EndPoint(*figure.outline, figure.box, figure.quarters, side);
   }
 
-  void AddLine(size_t index, Router& router) {
-    const Link& link = links_[index];
+  void AddLine(Link& link, std::vector<Point>& laid_out, Router& router) {
     const PassingRead reading(*link.link);
-    const auto source = link.link->Line();
-    Line line = ReadLine(*source);
+    Line line = ReadLine(*link.link->Line());
     line.link = link.number;
     line.from = out_.steps[link.from].step;
     line.to = out_.steps[link.to].step;
     line.label = link.link->Text();
     line.tooltip = link.link->Tooltip();
-    const auto laid_out = laid_out_.find(index);
-    if (laid_out != laid_out_.end()) {
-      SetLaidOutWay(line, link, laid_out->second);
-    } else if (link.has_points) {
-      SetOwnPoints(line, link, *source);
+    if (!link.points.empty()) {
+      line.points = std::move(link.points);
     } else {
-      Point from[4], to[4];
-      for (size_t side = 0; side < 4; ++side) {
-        from[side] = End(link.from, static_cast<Side>(side));
-        to[side] = End(link.to, static_cast<Side>(side));
-      }
-      SetWay(line, link, router.Between(link.from, from, link.to, to));
+      line.points = laid_out.empty() ? router.Between(link.from, link.to) : std::move(laid_out);
+      line.laid_out = true;
+      MeetShape(link.from, line.points[1], line.points.front());
+      MeetShape(link.to, line.points[line.points.size() - 2], line.points.back());
     }
     out_.lines.push_back(std::move(line));
   }
@@ -365,20 +298,7 @@ class Reader {
     return line.ExtraPointCount() > 0 || (HasOrigin(line) && HasDestination(line));
   }
 
-  void SetWay(Line& line, const Link& link, const Route& route) const {
-    line.points.push_back(End(link.from, route.from));
-    line.points.insert(line.points.end(), route.bends.begin(), route.bends.end());
-    line.points.push_back(End(link.to, route.to));
-  }
-
-  // The layout knows boxes; a line ends where the shape does.
-  void SetLaidOutWay(Line& line, const Link& link, std::vector<Point>& points) const {
-    line.points = std::move(points);
-    line.laid_out = true;
-    MeetShape(link.from, line.points[1], line.points.front());
-    MeetShape(link.to, line.points[line.points.size() - 2], line.points.back());
-  }
-
+  // What found the way knows boxes; a line ends where the shape does.
   void MeetShape(size_t step, Point before, Point& end) const {
     const Figure& figure = out_.steps[step];
     const Side side = before.x == end.x ? (before.y < end.y ? Side::kTop : Side::kBottom)
@@ -387,17 +307,30 @@ class Reader {
     end = {WholeTwips(end.x), WholeTwips(end.y)};
   }
 
-  void SetOwnPoints(Line& line, const Link& link, const vnLine& source) const {
+  std::vector<Point> OwnPoints(const Link& link, const vnLine& source) const {
+    std::vector<Point> points;
     for (const int32_t i : source.ExtraPointNumbers()) {
-      line.points.push_back({Pixels(source.ExtraPointX(i)), Pixels(source.ExtraPointY(i))});
+      points.push_back({Pixels(source.ExtraPointX(i)), Pixels(source.ExtraPointY(i))});
     }
-    const auto& points = line.points;
     const Point start = HasOrigin(source) ? Point{Pixels(source.OrigX()), Pixels(source.OrigY())}
                                           : End(link.from, Facing(link.from, points.front()));
     const Point end = HasDestination(source) ? Point{Pixels(source.DestX()), Pixels(source.DestY())}
                                              : End(link.to, Facing(link.to, points.back()));
-    line.points.insert(line.points.begin(), start);
-    line.points.push_back(end);
+    points.insert(points.begin(), start);
+    points.push_back(end);
+    StayOutside(link.from, points[1], points.front());
+    StayOutside(link.to, points[points.size() - 2], points.back());
+    return points;
+  }
+
+  // Where a figure grew, the ends of its lines stand on its new sides.
+  void StayOutside(size_t step, Point before, Point& end) const {
+    const Box &old = grown_[step], &box = out_.steps[step].box;
+    if (old.width == box.width && old.height == box.height) return;
+    const bool inside =
+        end.x >= box.left && end.x <= box.Right() && end.y >= box.top && end.y <= box.Bottom();
+    if (!inside || (before.x != end.x && before.y != end.y)) return;
+    MeetShape(step, before, end);
   }
 
   // The side of a figure that looks towards a point.
@@ -410,6 +343,7 @@ class Reader {
   }
 
   void ReadContainers() {
+    if (options_.lanes == Lanes::kRole) return;
     const auto containers = document_.Containers().ToObject();
     auto* list = dynamic_cast<vnContainers*>(containers.get());
     if (list == nullptr) return;
@@ -426,14 +360,14 @@ class Reader {
 
   // An unplaced container goes around its steps.
   void PlaceContainers() {
+    if (options_.lanes != Lanes::kNone) return AddLanes();
     std::unordered_map<Text, Box> around;
-    for (const Figure& figure : out_.steps) {
-      const Text& key = container_of_[figure.step - 1];
-      if (key.empty()) continue;
-      const Box frame{figure.box.left - kFrameMargin, figure.box.top - kFrameTop,
-                      figure.box.width + 2 * kFrameMargin,
-                      figure.box.height + kFrameTop + kFrameMargin};
-      const auto [entry, added] = around.try_emplace(key, frame);
+    for (size_t i = 0; i < out_.steps.size(); ++i) {
+      const Box& box = out_.steps[i].box;
+      if (to_place_[i].group.empty()) continue;
+      const Box frame{box.left - kFrameMargin, box.top - kFrameTop, box.width + 2 * kFrameMargin,
+                      box.height + kFrameTop + kFrameMargin};
+      const auto [entry, added] = around.try_emplace(to_place_[i].group, frame);
       if (!added) entry->second = Union(entry->second, frame);
     }
     for (Container& container : containers_) {
@@ -441,11 +375,37 @@ class Reader {
       if (container.unplaced && members != around.end()) {
         container.figure.laid_out = true;
         const auto frame = frames_.find(container.key);
-        container.figure.box =
-            frame == frames_.end() ? members->second : Union(members->second, frame->second);
+        Box& box = container.figure.box;
+        box = frame == frames_.end() ? members->second : Union(members->second, frame->second);
+        // A document holds no place outside its chart.
+        box = {std::max(box.left, 0.0), std::max(box.top, 0.0), box.width + std::min(box.left, 0.0),
+               box.height + std::min(box.top, 0.0)};
       }
       out_.containers.push_back(std::move(container.figure));
     }
+  }
+
+  // In place of the containers, from the left to the right.
+  void AddLanes() {
+    std::unordered_map<Text, Figure> known;
+    for (Container& container : containers_) {
+      known.emplace(container.key, std::move(container.figure));
+    }
+    for (const auto& [key, box] : frames_) {
+      const auto container = known.find(key);
+      Figure lane = container == known.end() ? Figure() : std::move(container->second);
+      if (container == known.end()) {
+        lane.outline = &OutlineOf(vnsRectangle);
+        lane.filled = false;
+        lane.label = key;
+      }
+      lane.laid_out = true;
+      lane.box = box;
+      out_.containers.push_back(std::move(lane));
+    }
+    std::sort(out_.containers.begin(), out_.containers.end(), [](const Figure& a, const Figure& b) {
+      return a.box.left != b.box.left ? a.box.left < b.box.left : a.box.top < b.box.top;
+    });
   }
 
   template <class T>
@@ -472,23 +432,22 @@ class Reader {
   }
 
   vnDocument& document_;
-  const Places places_;
+  const ReadOptions options_;
   Drawing out_;
   bool show_numbers_ = false;
   Text number_separator_;
+  std::vector<Box> grown_;                     // the steps' boxes before they grew
   std::unordered_map<Text, size_t> place_of_;  // of a step's key in out_.steps
-  std::vector<Text> container_of_;             // of every step of the document
-  std::vector<bool> unplaced_;                 // of the steps drawn
-  std::vector<bool> usual_size_;
+  std::vector<StepToPlace> to_place_;          // the steps drawn
   std::vector<Link> links_;
   std::vector<Container> containers_;
-  std::unordered_map<Text, size_t> groups_;                  // the layout's number of a container
-  std::unordered_map<Text, Box> frames_;                     // that the layout gave
-  std::unordered_map<size_t, std::vector<Point>> laid_out_;  // by link
+  std::unordered_map<Text, Box> frames_;  // that the layout gave to containers or lanes
 };
 
 }  // namespace
 
-Drawing ReadDrawing(vnDocument& document, Places places) { return Reader(document, places).Read(); }
+Drawing ReadDrawing(vnDocument& document, const ReadOptions& options) {
+  return Reader(document, options).Read();
+}
 
 }  // namespace vndoc6::drawing

@@ -9,6 +9,7 @@
 #include "geometry.h"
 #include "model.h"
 #include "outlines.h"
+#include "vndoc6/drawing.h"
 
 namespace vndoc6::drawing {
 
@@ -53,7 +54,8 @@ struct Figure {
   int32_t picture_position = 9;
   int32_t z_order = 0;
   Text jumps;             // where its jumps lead, one on a line
-  size_t container = 0;   // of a container: its place among the document's, from 1 on
+  size_t container = 0;   // of a container: its place among the document's, from 1 on; 0: a lane
+  Point title_at;         // of a container: where its title begins; {0, 0} leaves it to the drawing
   bool laid_out = false;  // its place is not the document's
 };
 
@@ -87,6 +89,7 @@ struct Line {
 struct Drawing {
   Text title;
   Text description;
+  float revision = 0;
   Box extent;
   int32_t back_colour = 0xFFFFFF;
   int32_t shadow_colour = 0;
@@ -103,11 +106,16 @@ struct Drawing {
   std::vector<Figure> steps;
 };
 
-enum class Places { kOfDocument, kAllAnew };
+struct ReadOptions {
+  // No place and no point of the document counts. Lanes need it.
+  bool all_anew = false;
+  Direction direction = Direction::kDown;
+  Lanes lanes = Lanes::kNone;
+};
 
-// Steps that were never given a place, when there are several, are laid out below those that were.
-// Lines without coordinates are given a way. Hidden figures and lines are left out, and so are
-// lines that join no two drawn steps. With kAllAnew no place and no point of the document counts.
-Drawing ReadDrawing(vnDocument& document, Places places = Places::kOfDocument);
+// Steps that were never given a place, when there are several, are laid out, near the placed ones
+// that they are linked to. Lines without coordinates are given a way. Hidden figures and lines are
+// left out, and so are lines that join no two drawn steps.
+Drawing ReadDrawing(vnDocument& document, const ReadOptions& options = {});
 
 }  // namespace vndoc6::drawing

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <limits>
 
-
 namespace vndoc6::drawing {
 
 Ref<vnContainers> ContainersOf(vnDocument& document) {

@@ -10,8 +10,8 @@
 #include "picture.h"
 #include "procedure.h"
 #include "svg.h"
-#include "vndoc6/drawing.h"
 #include "vndoc6/content/walk.h"
+#include "vndoc6/drawing.h"
 
 namespace vndoc6::drawing {
 namespace {

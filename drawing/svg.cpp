@@ -3,10 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "box_index.h"
 #include "hops.h"
 #include "label.h"
+#include "legend.h"
 #include "markup.h"
 #include "page_texts.h"
+#include "sheets.h"
+#include "text_room.h"
+#include "theme.h"
 
 namespace vndoc6::drawing {
 namespace {
@@ -15,8 +20,6 @@ constexpr double kBaseline = 0.36;  // of the font's size, below the middle of a
 constexpr int32_t kWhite = 0xFFFFFF;
 constexpr const char* kUsualFamily = "Tahoma, Verdana, 'DejaVu Sans', sans-serif";
 constexpr double kUsualSize = 12;
-// A label that does not fit is set smaller, down to this part of its size; then it is cut.
-constexpr double kSmallest = 0.7;
 
 std::string Attribute(const char* name, const std::string& value) {
   return std::string(" ") + name + "=\"" + value + "\"";
@@ -62,10 +65,10 @@ std::string Dashes(const Pen& pen) {
   return Attribute("stroke-dasharray", kDashes[pen.style]);
 }
 
-std::string StrokeAttributes(const Pen& pen) {
+std::string StrokeAttributes(const Pen& pen, const Palette& palette) {
   constexpr int32_t kInvisible = 5;
   if (pen.style == kInvisible) return Attribute("stroke", "none");
-  std::string out = Attribute("stroke", Colour(pen.colour));
+  std::string out = Attribute("stroke", palette.Pen(pen.colour));
   if (pen.width != 1) out += Attribute("stroke-width", pen.width);
   return out + Dashes(pen);
 }
@@ -113,15 +116,10 @@ struct SetText {
   double Height() const { return static_cast<double>(lines.size()) * size * kLineHeight; }
 };
 
-// `most` is the height at which the smallest text is cut.
-SetText FitText(const Text& label, const TextFont& font, double width, double height, double most) {
-  SetText set;
-  for (double part = 1; part > kSmallest - 0.01; part -= 0.06) {
-    set.size = font.size * part;
-    set.lines = WrapText(label, width / set.size, font.bold);
-    if (set.Height() <= height && WidestWord(label, font.bold) * set.size <= width) return set;
-  }
-  const double room = std::floor(std::max(height, most) / (set.size * kLineHeight));
+// `most` is the height beyond which lines are cut.
+SetText FitText(const Text& label, const TextFont& font, double width, double most) {
+  SetText set{WrapText(label, width / font.size, font.bold), font.size};
+  const double room = std::floor((most + .5) / (set.size * kLineHeight));
   CutLines(set.lines, static_cast<size_t>(std::clamp(room, 1.0, 1000.0)));
   return set;
 }
@@ -131,28 +129,145 @@ class SvgWriter {
   SvgWriter(const Drawing& drawing, const SvgOptions& options, SvgKind kind, std::string& out)
       : drawing_(drawing),
         options_(options),
+        palette_(options.theme),
         in_page_(kind == SvgKind::kInPage),
         words_(options.language),
-        out_(out) {}
+        out_(out),
+        region_(drawing.extent) {}
 
   void Write() {
-    Begin();
-    Background();
-    for (const Figure& figure : drawing_.containers) WriteFigure(figure);
-    WriteLines();
-    for (const Figure& figure : drawing_.steps) WriteFigure(figure);
-    for (const Line& line : drawing_.lines) WriteLineLabel(line);
+    Box extent = drawing_.extent;
+    if (options_.title) extent = WithHeading(extent);
+    const double legend_top = extent.Bottom();
+    const Legend legend = options_.legend ? LegendOf(drawing_, extent) : Legend();
+    extent.height += legend.height;
+    const double scale =
+        options_.width > 0 && extent.width > 0 ? options_.width / extent.width : options_.scale;
+    Begin(extent, extent.width * scale, extent.height * scale);
+    WriteRectangle(extent);
+    Content();
+    if (options_.title) WriteHeading({extent.left + kHeadingMargin, extent.top});
+    WriteLegend(legend, {extent.left, legend_top});
+    out_ += "</svg>\n";
+  }
+
+  // One sheet of several: a part of the chart, with connectors around it.
+  void WriteSheet(const Sheets& sheets, size_t number) {
+    const Sheet& sheet = sheets.sheets[number];
+    Begin({0, 0, sheets.paper.x, sheets.paper.y}, sheets.paper.x, sheets.paper.y);
+    WriteRectangle({0, 0, sheets.paper.x, sheets.paper.y});
+    region_ = sheet.region;
+    const double width = region_.width * sheets.scale, height = region_.height * sheets.scale;
+    const double left = (sheets.paper.x - width) / 2;
+    out_ += "<svg" + PlaceAttributes({left, kSheetMargin, width, height}) +
+            Attribute("viewBox", Number(region_.left) + " " + Number(region_.top) + " " +
+                                     Number(region_.width) + " " + Number(region_.height)) +
+            ">\n";
+    Content();
+    out_ += "</svg>\n";
+    for (const Connector& connector : sheet.connectors)
+      WriteConnector(connector, sheets.scale, left);
+    if (options_.title) WriteHeading({kSheetMargin, 4});
+    const bool last = number + 1 == sheets.sheets.size();
+    const Legend legend = options_.legend && last
+                              ? LegendOf(drawing_, {0, 0, sheets.paper.x - 2 * kSheetMargin, 0})
+                              : Legend();
+    // Where the last sheet has no room for it, the margin has to do.
+    WriteLegend(legend, {kSheetMargin,
+                         std::min(kSheetMargin + height + 16, sheets.paper.y - legend.height - 4)});
+    WritePlain(
+        "Sheet " + std::to_string(number + 1) + " of " + std::to_string(sheets.sheets.size()),
+        {sheets.paper.x - kSheetMargin, sheets.paper.y - 14}, 11, "end");
     out_ += "</svg>\n";
   }
 
  private:
-  void Begin() {
-    const Box& extent = drawing_.extent;
+  static constexpr double kHeadingMargin = 24;
+  static constexpr double kHeadingHeight = 40;
+
+  static Box WithHeading(Box extent) {
+    extent.top -= kHeadingHeight - 12;
+    extent.height += kHeadingHeight - 12;
+    return extent;
+  }
+
+  void Content() {
+    Background();
+    for (const Figure& figure : drawing_.containers) {
+      if (IsSeen(figure.box)) WriteFigure(figure);
+    }
+    WriteLines();
+    for (const Figure& figure : drawing_.steps) {
+      if (IsSeen(figure.box)) WriteFigure(figure);
+    }
+    for (const Line& line : drawing_.lines) {
+      if (IsSeen(line.label_box)) WriteLineLabel(line);
+    }
+  }
+
+  // Shadows and pens reach a little farther.
+  bool IsSeen(const Box& box) const { return Overlaps(Grown(box, 12), region_); }
+  bool IsSeen(const Line& line) const {
+    for (size_t i = 1; i < line.points.size(); ++i) {
+      if (IsSeen(Around(line.points[i - 1], line.points[i]))) return true;
+    }
+    return false;
+  }
+
+  void WritePlain(const std::string& text, Point at, double size, const char* anchor,
+                  const char* weight = "normal") {
+    out_ += "<text" + Attribute("x", at.x) + Attribute("y", at.y) +
+            Attribute("text-anchor", anchor) + Attribute("font-size", size) +
+            Attribute("font-weight", weight) + Attribute("fill", palette_.Ink(0, kWhite)) + ">" +
+            text + "</text>\n";
+  }
+
+  // The title, and the revision where there is one.
+  void WriteHeading(Point corner) {
+    constexpr double kSize = 18;
+    std::string text = drawing_.title.empty() ? "Chart" : Escaped(drawing_.title);
+    if (drawing_.revision != 0) {
+      text += "<tspan font-size=\"11\" font-weight=\"normal\" dx=\"10\">Revision " +
+              Escaped(automation::NumberText(drawing_.revision)) + "</tspan>";
+    }
+    WritePlain(text, {corner.x, corner.y + 28}, kSize, "start", "bold");
+  }
+
+  void WriteLegend(const Legend& legend, Point corner) {
+    for (Legend::Entry entry : legend.entries) {
+      entry.sample.box.left += corner.x;
+      entry.sample.box.top += corner.y;
+      out_ += "<g class=\"legend\">";
+      WriteShape(entry.sample);
+      WritePlain(entry.sample.outline->name,
+                 {entry.sample.box.Right() + 8, entry.sample.box.CentreY() + 4}, 11, "start");
+      out_ += "</g>\n";
+    }
+  }
+
+  // In the margin beside the region; neighbours don't stand on each other.
+  void WriteConnector(const Connector& connector, double scale, double left) {
+    constexpr double kRadius = 7;
+    const bool upright = connector.side == Side::kTop || connector.side == Side::kBottom;
+    const double away = kRadius + 1 + static_cast<double>(connector.row) * 2 * kRadius;
+    const double outwards =
+        connector.side == Side::kTop || connector.side == Side::kLeft ? -away : away;
+    Point at{left + (connector.at.x - region_.left) * scale,
+             kSheetMargin + (connector.at.y - region_.top) * scale};
+    const Point border = at;
+    (upright ? at.y : at.x) += outwards;
+    out_ += "<g class=\"connector\"><path" + Attribute("d", "M" + At(border) + " L" + At(at)) +
+            Attribute("stroke", palette_.Pen(0)) + "/><circle" + Attribute("cx", at.x) +
+            Attribute("cy", at.y) + Attribute("r", kRadius) +
+            Attribute("fill", palette_.Fill(kWhite)) + Attribute("stroke", palette_.Pen(0)) + "/>";
+    WritePlain(std::to_string(connector.number), {at.x, at.y + 3}, 8, "middle");
+    out_ += "</g>\n";
+  }
+
+  void Begin(const Box& extent, double width, double height) {
     if (!in_page_) out_ += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     out_ += "<svg xmlns=\"http://www.w3.org/2000/svg\"";
-    const double scale =
-        options_.width > 0 && extent.width > 0 ? options_.width / extent.width : options_.scale;
-    out_ += Attribute("width", extent.width * scale) + Attribute("height", extent.height * scale);
+    out_ += Attribute("width", width) + Attribute("height", height);
     out_ += Attribute("viewBox", Number(extent.left) + " " + Number(extent.top) + " " +
                                      Number(extent.width) + " " + Number(extent.height));
     out_ += Attribute("role", in_page_ ? "group" : "img");
@@ -172,10 +287,12 @@ class SvgWriter {
     return text;
   }
 
+  void WriteRectangle(const Box& extent) {
+    out_ += "<rect" + PlaceAttributes(extent) + Classes(drawing_.back_colour == kWhite, false) +
+            Attribute("fill", palette_.Back(drawing_.back_colour)) + "/>\n";
+  }
+
   void Background() {
-    out_ += "<rect" + PlaceAttributes(drawing_.extent) +
-            Classes(drawing_.back_colour == kWhite, false) +
-            Attribute("fill", Colour(drawing_.back_colour)) + "/>\n";
     if (options_.grid && drawing_.grid.x >= 2 && drawing_.grid.y >= 2) {
       WriteLattice("grid", drawing_.grid, drawing_.grid_colour, "0.15");
     }
@@ -254,7 +371,7 @@ class SvgWriter {
 
   void WriteShape(const Figure& figure) {
     const bool usual_pen = figure.pen.colour == 0;
-    if (figure.shadow) {
+    if (figure.shadow && palette_.HasShadows()) {
       Box box = figure.box;
       box.left += drawing_.shadow_offset.x;
       box.top += drawing_.shadow_offset.y;
@@ -262,35 +379,32 @@ class SvgWriter {
     }
     out_ += Shape(figure, figure.box) +
             Classes(figure.filled && figure.fill == kWhite, usual_pen, false, "shape") +
-            Attribute("fill", figure.filled ? Colour(figure.fill) : "none") +
-            StrokeAttributes(figure.pen) + "/>\n";
+            Attribute("fill", figure.filled ? palette_.Fill(figure.fill) : "none") +
+            StrokeAttributes(figure.pen, palette_) + "/>\n";
     if (*figure.outline->detail == '\0') return;
     out_ += "<path" +
             Attribute("d", PathData(figure.outline->detail, figure.box, figure.quarters)) +
-            Classes(false, usual_pen) + Attribute("fill", "none") + StrokeAttributes(figure.pen) +
-            "/>\n";
+            Classes(false, usual_pen) + Attribute("fill", "none") +
+            StrokeAttributes(figure.pen, palette_) + "/>\n";
   }
 
   // The picture, then the label in the room that is left.
   void WriteLabel(const Figure& figure) {
-    Box room = TextBox(*figure.outline, figure.box, figure.quarters);
-    room.left += figure.margin.x;
-    room.top += figure.margin.y;
-    room.width = std::max(room.width - 2 * figure.margin.x, 8.0);
-    room.height = std::max(room.height - 2 * figure.margin.y, 8.0);
+    Box room = LabelOf(figure).room;
     WritePicture(figure, room);
     Alignment alignment = AlignmentOf(figure.alignment);
     if (figure.step == 0 && alignment.down == Down::kMiddle) {
       // The middle of a container is where its steps are.
       alignment = {Across::kLeft, Down::kTop};
-      room = {figure.box.left + 8, figure.box.top + 6, std::max(figure.box.width - 16, 8.0), 40};
+      room = TitleRoom(figure);
     }
-    const SetText set = FitText(figure.label, figure.font, room.width, room.height,
-                                drawing_.ellipsis ? 0 : figure.box.height);
-    const bool usual = figure.text_colour == 0 && (!figure.filled || figure.fill == kWhite);
-    WriteText(set, figure.font, figure.text_colour,
+    const double most = drawing_.ellipsis ? room.height : std::max(room.height, figure.box.height);
+    const SetText set =
+        FitText(figure.label, figure.font, room.width, figure.step == 0 ? room.height : most);
+    const int32_t fill = figure.filled ? figure.fill : kWhite;
+    WriteText(set, figure.font, palette_.Ink(figure.text_colour, fill),
               Placed(room.width, set.Height(), room, alignment), alignment.across,
-              Classes(false, false, usual));
+              Classes(false, false, figure.text_colour == 0 && fill == kWhite));
   }
 
   void WritePicture(const Figure& figure, Box& room) {
@@ -309,8 +423,8 @@ class SvgWriter {
     room.width = std::max(room.width - width - 3, 8.0);
   }
 
-  void WriteText(const SetText& set, const TextFont& font, int32_t colour, const Box& box,
-                 Across across, const std::string& more) {
+  void WriteText(const SetText& set, const TextFont& font, const std::string& colour,
+                 const Box& box, Across across, const std::string& more) {
     if (set.lines.empty()) return;
     const bool backwards = std::any_of(set.lines.begin(), set.lines.begin() + 1,
                                        [](const Text& line) { return RunsRightToLeft(line); });
@@ -322,7 +436,7 @@ class SvgWriter {
       anchor = left == backwards ? Attribute("text-anchor", "end") : "";
     }
     out_ += "<text" + anchor + (backwards ? Attribute("direction", "rtl") : "") + more +
-            FontAttributes(font, set.size) + Attribute("fill", Colour(colour)) + ">";
+            FontAttributes(font, set.size) + Attribute("fill", colour) + ">";
     double y = box.top + set.size * (kLineHeight / 2 + kBaseline);
     for (const Text& line : set.lines) {
       out_ += "<tspan" + Attribute("x", x) + Attribute("y", y) + ">" + Escaped(line) + "</tspan>";
@@ -350,6 +464,7 @@ class SvgWriter {
     const Hops hops = FindHops(drawing_.lines);
     for (size_t i = 0; i < drawing_.lines.size(); ++i) {
       const Line& line = drawing_.lines[i];
+      if (!IsSeen(line)) continue;
       const std::string classes = Classes(false, line.pen.colour == 0);
       out_ += "<g class=\"line\"";
       if (in_page_) {
@@ -360,7 +475,7 @@ class SvgWriter {
       if (!line.tooltip.empty()) out_ += "<title>" + Escaped(line.tooltip) + "</title>";
       out_ += "<path" +
               Attribute("d", line.curved ? CurvedPath(line) : StraightPath(line, hops[i])) +
-              classes + Attribute("fill", "none") + StrokeAttributes(line.pen) + "/>";
+              classes + Attribute("fill", "none") + StrokeAttributes(line.pen, palette_) + "/>";
       const auto& points = line.points;
       WriteArrow(line, line.dest, points[points.size() - 2], points.back());
       WriteArrow(line, line.orig, points[1], points.front());
@@ -419,7 +534,7 @@ class SvgWriter {
       return At({tip.x - along.x * back * length - along.y * aside * length,
                  tip.y - along.y * back * length + along.x * aside * length});
     };
-    const std::string colour = Colour(line.pen.colour);
+    const std::string colour = palette_.Pen(line.pen.colour);
     const bool usual = line.pen.colour == 0;
     if (arrow.kind == 1) {
       out_ += "<path" + Attribute("d", "M" + at(1, .42) + " L" + at(0, 0) + " L" + at(1, -.42)) +
@@ -460,17 +575,20 @@ class SvgWriter {
     std::string halo = Classes(false, false, line.text_colour == 0);
     if (line.opaque) {
       halo = Attribute("class", line.text_colour == 0 ? "ink halo" : "halo") +
-             Attribute("stroke", Colour(drawing_.back_colour)) + Attribute("stroke-width", 5) +
-             Attribute("paint-order", "stroke");
+             Attribute("stroke", palette_.Back(drawing_.back_colour)) +
+             Attribute("stroke-width", 5) + Attribute("paint-order", "stroke");
     }
-    WriteText(set, line.font, line.text_colour, line.label_box, Across::kMiddle, halo);
+    WriteText(set, line.font, palette_.Ink(line.text_colour, drawing_.back_colour), line.label_box,
+              Across::kMiddle, halo);
   }
 
   const Drawing& drawing_;
   const SvgOptions& options_;
+  const Palette palette_;
   const bool in_page_;
   const Words words_;
   std::string& out_;
+  Box region_;  // what is seen of the chart
 };
 
 }  // namespace
@@ -478,6 +596,15 @@ class SvgWriter {
 std::string WriteSvg(const Drawing& drawing, const SvgOptions& options) {
   std::string out;
   AppendSvg(drawing, options, SvgKind::kDocument, out);
+  return out;
+}
+
+std::vector<std::string> WriteSheets(const Drawing& drawing, const SvgOptions& options) {
+  const Sheets sheets = FindSheets(drawing, options.paper);
+  std::vector<std::string> out(sheets.sheets.size());
+  for (size_t i = 0; i < out.size(); ++i) {
+    SvgWriter(drawing, options, SvgKind::kDocument, out[i]).WriteSheet(sheets, i);
+  }
   return out;
 }
 

@@ -14,6 +14,8 @@ enum class SvgKind { kDocument, kInPage };
 
 // What is drawn in the usual black on white bears the classes `fill`, `pen` and `ink`, so that a
 // page can give them other colours.
+// The sheets of the options' paper.
+std::vector<std::string> WriteSheets(const Drawing& drawing, const SvgOptions& options);
 std::string WriteSvg(const Drawing& drawing, const SvgOptions& options);
 void AppendSvg(const Drawing& drawing, const SvgOptions& options, SvgKind kind, std::string& out);
 

@@ -2,7 +2,7 @@
 
 declare -A packages=(
   [build]="g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev"
-  [test]="libgtest-dev libgmock-dev googletest zsh"
+  [test]="libgtest-dev libgmock-dev googletest zsh python3 librsvg2-bin"
   [browser]="chromium"
   [npm]="npm"
   [lint]="clang clang-format clang-tidy libclang-rt-14-dev libc++-dev libc++abi-dev"

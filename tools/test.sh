@@ -33,6 +33,7 @@ test_native() {
   check "manifest" build/native/vndoc6_idl --check idl/VNDoc6.manifest
   check "reference" build/native/vndoc6_idl --check docs/reference.md
   check "demo" demo_native
+  check "shapes in a browser" tests/vndoc/shapes_test.sh build/native/vndoc
   check "demo: picture and page" demo_pictures
   check "consumer of the package" check_consumer_package
   check "README: C++ example" check_readme_cpp

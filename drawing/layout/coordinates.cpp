@@ -287,7 +287,7 @@ double Skew(const LayeredGraph& graph, const Segment& segment) {
   return skew > -kSame && skew < kSame ? 0 : skew;
 }
 
-std::vector<std::vector<double>> AlignCells(const LayeredGraph& graph) {
+void AlignCells(LayeredGraph& graph) {
   const Straightness straight(graph);
   std::vector<std::vector<double>> places;
   for (const bool from_bottom : {false, true}) {
@@ -295,8 +295,8 @@ std::vector<std::vector<double>> AlignCells(const LayeredGraph& graph) {
       places.push_back(Alignment(graph, straight, from_bottom, from_right).Place());
     }
   }
-  places.push_back(Average(graph, places));
-  return places;
+  const std::vector<double> average = Average(graph, places);
+  for (size_t cell = 0; cell < average.size(); ++cell) graph.cells[cell].x = average[cell];
 }
 
 }  // namespace vndoc6::drawing

@@ -12,7 +12,7 @@ double Distance(const Cell& left, const Cell& right);
 // How far a segment is from straight: the x of its lower end less that of its upper end.
 double Skew(const LayeredGraph& graph, const Segment& segment);
 
-// The places of the cells by the four alignments and by their average, each a list by cell.
-std::vector<std::vector<double>> AlignCells(const LayeredGraph& graph);
+// Gives the cells their places: the average of the four alignments.
+void AlignCells(LayeredGraph& graph);
 
 }  // namespace vndoc6::drawing

@@ -44,6 +44,7 @@ class LabelLayerMaker {
     out_.edge_segments.resize(graph_.edge_segments.size());
     out_.groups = graph_.groups;
     out_.title_widths = graph_.title_widths;
+    out_.style = graph_.style;
     for (size_t layer = 0; layer < graph_.layers.size(); ++layer) {
       new_layer_[layer] = out_.layers.size();
       out_.layers.push_back(graph_.layers[layer]);
@@ -84,6 +85,7 @@ class LabelLayerMaker {
     cell.owner = segment.IsFrame() ? upper.owner : segment.edge;
     cell.group = out_.groups[upper.group].last > layer ? upper.group : 0;
     cell.layer = layer;
+    if (segment.IsFrame()) cell.right = upper.right;
     if (bears_label_[number]) cell.kind = CellKind::kLabel;
     middle_[number] = out_.AddCell(cell);
     out_.layers[layer].push_back(middle_[number]);

@@ -17,8 +17,10 @@ constexpr int kGroupWeight = 2;
 class LayerMaker {
  public:
   LayerMaker(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
-             const std::vector<size_t>& groups)
-      : boxes_(boxes), edges_(edges), groups_(groups) {}
+             const std::vector<size_t>& groups, const LayoutStyle& style)
+      : boxes_(boxes), edges_(edges), groups_(groups) {
+    out_.style = style;
+  }
 
   LayeredGraph Make() {
     FindReversed();
@@ -54,17 +56,18 @@ class LayerMaker {
     for (size_t i = 0; i < edges_.size(); ++i) {
       if (edges_[i].from != edges_[i].to) rank_edges.push_back({Upper(i), Lower(i), 1, 1});
     }
+    const size_t rank_groups = out_.style.lanes ? 1 : group_count;
     const auto top_of = [&](size_t group) { return boxes_.size() + 2 * (group - 1); };
     for (size_t i = 0; i < groups_.size(); ++i) {
-      if (groups_[i] == 0) continue;
+      if (groups_[i] == 0 || out_.style.lanes) continue;
       rank_edges.push_back({top_of(groups_[i]), i, 0, 0});
       rank_edges.push_back({i, top_of(groups_[i]) + 1, 0, 0});
     }
-    for (size_t group = 1; group < group_count; ++group) {
+    for (size_t group = 1; group < rank_groups; ++group) {
       rank_edges.push_back({top_of(group), top_of(group) + 1, 0, kGroupWeight});
     }
     AddRows(rank_edges);
-    const size_t node_count = boxes_.size() + 2 * (group_count - 1);
+    const size_t node_count = boxes_.size() + 2 * (rank_groups - 1);
     ranks_ = RankNodes(node_count, rank_edges, kRankWork / (rank_edges.size() + 1));
   }
 
@@ -107,6 +110,10 @@ class LayerMaker {
       span.first = std::min(span.first, cell.layer);
       span.last = std::max(span.last, cell.layer);
     }
+    if (!out_.style.lanes) return;
+    for (LayeredGraph::Span& span : out_.groups) {
+      if (span.first != kNone) span = {0, out_.layers.size() - 1};
+    }
   }
 
   size_t SpanOf(size_t edge) const {
@@ -131,9 +138,11 @@ class LayerMaker {
     }
   }
 
-  // The group whose frame a line stays in while it passes a layer: that of both its ends.
+  // The group whose frame a line stays in while it passes a layer: that of both its ends; a lane
+  // is never left before the last layer.
   size_t GroupAt(size_t edge, size_t layer) const {
     const size_t group = out_.cells[Upper(edge)].group;
+    if (out_.style.lanes) return group;
     if (group == 0 || group != out_.cells[Lower(edge)].group) return 0;
     return layer <= out_.groups[group].last ? group : 0;
   }
@@ -177,6 +186,8 @@ class LayerMaker {
           cell.kind = CellKind::kFrame;
           cell.owner = cell.group = group;
           cell.layer = layer;
+          // The title is there when the layers stand beside each other.
+          if (side == 0 && out_.style.to_right) cell.right = kFrameTop - kFrameMargin;
           const size_t added = out_.AddCell(cell);
           if (previous != kNone) {
             Segment segment;
@@ -231,9 +242,9 @@ std::vector<std::pair<size_t, size_t>> LayeredGraph::FrameSides() const {
 }
 
 LayeredGraph MakeLayers(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
-                        const std::vector<size_t>& groups,
-                        const std::vector<double>& title_widths) {
-  LayeredGraph graph = LayerMaker(boxes, edges, groups).Make();
+                        const std::vector<size_t>& groups, const std::vector<double>& title_widths,
+                        const LayoutStyle& style) {
+  LayeredGraph graph = LayerMaker(boxes, edges, groups, style).Make();
   graph.title_widths = title_widths;
   return graph;
 }

@@ -61,6 +61,9 @@ struct LayeredGraph {
     size_t last = 0;
   };
   std::vector<Span> groups;
+  LayoutStyle style;
+  // How far a frame reaches beyond its first layer.
+  double FrameTop() const { return style.to_right ? kFrameMargin : kFrameTop; }
   std::vector<double> title_widths;  // of each group's frame; may be empty
   std::vector<bool> label_layer;     // for each layer: it holds labels, and no boxes
 
@@ -79,6 +82,7 @@ struct LayeredGraph {
 
 // Finds the layers, and the cells of boxes, lines and frames. Far cells are in no layer's list.
 LayeredGraph MakeLayers(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
-                        const std::vector<size_t>& groups, const std::vector<double>& title_widths);
+                        const std::vector<size_t>& groups, const std::vector<double>& title_widths,
+                        const LayoutStyle& style);
 
 }  // namespace vndoc6::drawing

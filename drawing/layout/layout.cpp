@@ -11,6 +11,7 @@
 #include "packing.h"
 #include "ports.h"
 #include "routes.h"
+#include "shorten.h"
 #include "slide_ports.h"
 #include "tighten.h"
 
@@ -22,60 +23,58 @@ constexpr double kPartsApart = 40;
 // How much is done for a graph of so many cells.
 struct Effort {
   size_t orders;  // of the layers that are tried
-  bool try_all;   // each of the alignments, not only their average
+  int repeats;
   int rounds;
+  size_t pivots;  // for lines as short as can be
 };
 
 Effort EffortFor(size_t cells) {
-  if (cells < 150) return {12, true, 20};
-  if (cells < 500) return {4, true, 20};
-  if (cells < 2'000) return {1, true, 20};
-  if (cells < 20'000) return {1, false, 8};
-  return {1, false, 2};
+  if (cells < 150) return {12, 1, 20, 20'000};
+  if (cells < 500) return {4, 1, 20, 20'000};
+  if (cells < 2'000) return {1, 1, 20, 20'000};
+  if (cells < 20'000) return {1, 6, 8, 0};
+  if (cells < 200'000) return {1, 3, 2, 0};
+  return {1, 1, 2, 0};
 }
 
-// The best that is found for a graph, and how good it is.
-struct Best {
-  LayeredGraph graph;
-  double cost = -1;
-};
-
-// Places the cells across: the best of what the alignments lead to.
-void PlaceAcross(const LayeredGraph& graph, const std::vector<LayoutBox>& boxes,
-                 const Effort& effort, Best& best) {
-  std::vector<std::vector<double>> places = AlignCells(graph);
-  if (!effort.try_all) places.erase(places.begin(), places.end() - 1);
-  for (const std::vector<double>& x : places) {
-    LayeredGraph attempt = graph;
-    for (size_t cell = 0; cell < x.size(); ++cell) attempt.cells[cell].x = x[cell];
-    Tighten(attempt, effort.rounds);
-    SlidePorts(attempt, boxes);
-    Tighten(attempt, effort.rounds);
-    AvoidJogs(attempt, boxes);
-    SlidePorts(attempt, boxes);
-    const double cost = CostOf(attempt);
-    if (best.cost >= 0 && cost >= best.cost) continue;
-    best.cost = cost;
-    best.graph = std::move(attempt);
+LayeredGraph PlacedAcross(LayeredGraph graph, const std::vector<LayoutBox>& boxes,
+                          const Effort& effort) {
+  AlignCells(graph);
+  for (int i = 0; i < effort.repeats; ++i) {
+    Tighten(graph, effort.rounds);
+    SlidePorts(graph, boxes);
   }
+  if (effort.pivots > 0) {
+    Shorten(graph, boxes, effort.pivots);
+    Straighten(graph);
+  }
+  AvoidJogs(graph, boxes);
+  SlidePorts(graph, boxes);
+  return graph;
 }
 
 // What lines or a group join.
 ChartLayout LayOutPart(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
-                       const std::vector<size_t>& groups, const std::vector<double>& title_widths) {
-  LayeredGraph graph = MakeLayers(boxes, edges, groups, title_widths);
+                       const std::vector<size_t>& groups, const std::vector<double>& title_widths,
+                       const LayoutStyle& style) {
+  LayeredGraph graph = MakeLayers(boxes, edges, groups, title_widths, style);
   FindMainPaths(graph);
   const Effort effort = EffortFor(graph.cells.size());
-  Best best;
+  LayeredGraph best;
+  double least = -1;
   for (LayerOrder& order : OrderLayers(graph, effort.orders)) {
     graph.layers = std::move(order);
     for (size_t layer = 0; layer < graph.layers.size(); ++layer) graph.NumberLayer(layer);
     LayeredGraph labelled = WithLabelLayers(graph, edges);
     ChoosePorts(labelled, boxes, edges);
-    PlaceAcross(labelled, boxes, effort, best);
+    labelled = PlacedAcross(std::move(labelled), boxes, effort);
+    const double cost = CostOf(labelled);
+    if (least >= 0 && cost >= least) continue;
+    least = cost;
+    best = std::move(labelled);
   }
-  ExtendSides(best.graph, boxes);
-  return Draw(best.graph, boxes, edges);
+  ExtendSides(best, boxes);
+  return Draw(best, boxes, edges);
 }
 
 // A part of the whole, under numbers of its own.
@@ -90,8 +89,9 @@ struct Part {
 class Whole {
  public:
   Whole(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
-        const std::vector<size_t>& groups, const std::vector<double>& title_widths)
-      : boxes_(boxes), edges_(edges), groups_(groups), title_widths_(title_widths) {
+        const std::vector<size_t>& groups, const std::vector<double>& title_widths,
+        const LayoutStyle& style)
+      : boxes_(boxes), edges_(edges), groups_(groups), title_widths_(title_widths), style_(style) {
     out_.boxes.resize(boxes.size());
     out_.lines.resize(edges.size());
     out_.labels.resize(edges.size());
@@ -105,8 +105,8 @@ class Whole {
     std::vector<ChartLayout> layouts;
     std::vector<Box> places;
     for (const Part& part : parts_) {
-      layouts.push_back(
-          LayOutPart(part.part_boxes, part.part_edges, part.part_groups, part.title_widths));
+      layouts.push_back(LayOutPart(part.part_boxes, part.part_edges, part.part_groups,
+                                   part.title_widths, style_));
       places.push_back({0, 0, layouts.back().width, layouts.back().height});
     }
     Pack(places, kPartsApart);
@@ -124,6 +124,7 @@ class Whole {
     leader_.resize(boxes_.size());
     std::iota(leader_.begin(), leader_.end(), size_t{0});
     for (const LayoutEdge& edge : edges_) leader_[Find(edge.to)] = Find(edge.from);
+    for (size_t box = 1; style_.lanes && box < boxes_.size(); ++box) leader_[Find(box)] = Find(0);
     std::vector<size_t> first_of_group(out_.frames.size(), kNone);
     for (size_t box = 0; box < groups_.size(); ++box) {
       if (groups_[box] == 0) continue;
@@ -197,16 +198,39 @@ class Whole {
   const std::vector<LayoutEdge>& edges_;
   const std::vector<size_t>& groups_;
   const std::vector<double>& title_widths_;
+  const LayoutStyle& style_;
   std::vector<size_t> leader_;
   std::vector<Part> parts_;
   ChartLayout out_;
 };
 
+Box Turned(const Box& box) { return {box.top, box.left, box.height, box.width}; }
+
+// The layers beside each other: the same with both directions exchanged.
+void Turn(ChartLayout& layout) {
+  for (auto* const boxes : {&layout.boxes, &layout.labels, &layout.frames}) {
+    std::transform(boxes->begin(), boxes->end(), boxes->begin(), Turned);
+  }
+  for (auto& line : layout.lines) {
+    for (Point& point : line) std::swap(point.x, point.y);
+  }
+  std::swap(layout.width, layout.height);
+}
+
 }  // namespace
 
 ChartLayout LayOut(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
-                   const std::vector<size_t>& groups, const std::vector<double>& title_widths) {
-  return Whole(boxes, edges, groups, title_widths).LayOut();
+                   const std::vector<size_t>& groups, const std::vector<double>& title_widths,
+                   const LayoutStyle& style) {
+  if (!style.to_right) return Whole(boxes, edges, groups, title_widths, style).LayOut();
+  std::vector<LayoutBox> turned = boxes;
+  for (LayoutBox& box : turned) std::swap(box.width, box.height);
+  std::vector<LayoutEdge> turned_edges = edges;
+  for (LayoutEdge& edge : turned_edges) std::swap(edge.label_width, edge.label_height);
+  // Titles stand along the layers, where there is room.
+  ChartLayout layout = Whole(turned, turned_edges, groups, {}, style).LayOut();
+  Turn(layout);
+  return layout;
 }
 
 }  // namespace vndoc6::drawing

@@ -33,6 +33,13 @@ struct ChartLayout {
   double height = 0;
 };
 
+struct LayoutStyle {
+  bool to_right = false;  // the layers stand beside each other, not below
+  // Each group has a lane of its own from the first layer to the last; boxes without a group share
+  // no lane.
+  bool lanes = false;
+};
+
 // The boxes of a group (0 is none) stay together: no other box, and no other group, gets between
 // them. Empty `groups`: none is in a group. A group's frame is at least as wide as its title.
 //
@@ -40,7 +47,7 @@ struct ChartLayout {
 // gives the same layout. The order of the boxes decides where nothing else does.
 ChartLayout LayOut(const std::vector<LayoutBox>& boxes, const std::vector<LayoutEdge>& edges,
                    const std::vector<size_t>& groups = {},
-                   const std::vector<double>& title_widths = {});
+                   const std::vector<double>& title_widths = {}, const LayoutStyle& style = {});
 
 // So far the frame around a group reaches beyond its boxes, and farther above them.
 constexpr double kFrameMargin = 14;

@@ -86,15 +86,15 @@ TEST(Layout, ChartsAreAsGoodAsTheyWere) {
     double mean_length;
   };
   const Case cases[] = {
-      {"fork", Fork(12), 0, 420},
-      {"incident", Incident(), 0, 215},
+      {"fork", Fork(12), 0, 415},
+      {"incident", Incident(), 0, 212},
       {"parallel", ChartOf(3, {{0, 1}, {0, 1}, {0, 1}, {1, 0}, {1, 0}, {1, 2}, {2, 2}}, 30), 0,
-       125},
-      {"19 steps", RandomChart(19, 6, 1), 0, 120},
-      {"30 steps, many links", RandomChart(30, 30, 2), 4, 220},
-      {"67 steps in 8 groups", RandomChart(67, 20, 3, 8), 2, 145},
-      {"40 steps in 4 groups", RandomChart(40, 12, 4, 4), 1, 175},
-      {"300 steps", RandomChart(300, 90, 5), 3, 130},
+       100},
+      {"19 steps", RandomChart(19, 6, 1), 0, 108},
+      {"30 steps, many links", RandomChart(30, 30, 2), 3, 197},
+      {"67 steps in 8 groups", RandomChart(67, 20, 3, 8), 1, 132},
+      {"40 steps in 4 groups", RandomChart(40, 12, 4, 4), 0, 164},
+      {"300 steps", RandomChart(300, 90, 5), 1, 117},
   };
   for (const Case& test : cases) {
     const ChartMetric metric = ChartMeasurer(LayOutChart(test.chart), test.chart.edges).Measure();
@@ -152,6 +152,17 @@ TEST(Layout, GroupsStayTogetherInAnyGraph) {
       }
     }
   }
+}
+
+TEST(Layout, LayersStandBesideEachOtherWhenAskedFor) {
+  const Chart chart = RandomChart(40, 12, 4, 4);
+  LayoutStyle style;
+  style.to_right = true;
+  const ChartLayout layout = LayOut(chart.boxes, chart.edges, chart.groups, {}, style);
+  const ChartMetric metric = ChartMeasurer(layout, chart.edges).Measure();
+  EXPECT_EQ(metric.lines_through_boxes + metric.box_overlaps + metric.short_bends, 0);
+  EXPECT_LT(layout.boxes[0].Right(), layout.boxes[1].left);
+  EXPECT_GT(layout.width, layout.height);
 }
 
 TEST(Layout, WhatNoLineJoinsFillsThePage) {

@@ -24,8 +24,26 @@ class NetworkSimplex {
     }
   }
 
+  void StartAt(const std::vector<int>& ranks) { rank_ = ranks; }
+
+  void RankByLongestPaths() {
+    std::vector<size_t> arriving(nodes_.size());
+    for (const RankEdge& edge : edges_) ++arriving[edge.head];
+    std::vector<size_t> ready;
+    for (size_t node = 0; node < nodes_.size(); ++node) {
+      if (arriving[node] == 0) ready.push_back(node);
+    }
+    for (size_t i = 0; i < ready.size(); ++i) {
+      for (const size_t edge : nodes_[ready[i]].edges) {
+        if (edges_[edge].tail != ready[i]) continue;
+        int& rank = rank_[edges_[edge].head];
+        rank = std::max(rank, rank_[ready[i]] + edges_[edge].length);
+        if (--arriving[edges_[edge].head] == 0) ready.push_back(edges_[edge].head);
+      }
+    }
+  }
+
   std::vector<int> Run(size_t most_pivots) {
-    RankByLongestPaths();
     GrowTrees();
     for (const size_t root : roots_) Number(root, post_order_.size());
     for (const size_t node : post_order_) SetCutValue(nodes_[node].parent);
@@ -52,23 +70,6 @@ class NetworkSimplex {
   }
   size_t Other(size_t edge, size_t node) const {
     return edges_[edge].tail == node ? edges_[edge].head : edges_[edge].tail;
-  }
-
-  void RankByLongestPaths() {
-    std::vector<size_t> arriving(nodes_.size());
-    for (const RankEdge& edge : edges_) ++arriving[edge.head];
-    std::vector<size_t> ready;
-    for (size_t node = 0; node < nodes_.size(); ++node) {
-      if (arriving[node] == 0) ready.push_back(node);
-    }
-    for (size_t i = 0; i < ready.size(); ++i) {
-      for (const size_t edge : nodes_[ready[i]].edges) {
-        if (edges_[edge].tail != ready[i]) continue;
-        int& rank = rank_[edges_[edge].head];
-        rank = std::max(rank, rank_[ready[i]] + edges_[edge].length);
-        if (--arriving[edges_[edge].head] == 0) ready.push_back(edges_[edge].head);
-      }
-    }
   }
 
   // A tree of edges without slack in each part of the graph. A tree grows by the edge that has the
@@ -282,7 +283,16 @@ class NetworkSimplex {
 
 std::vector<int> RankNodes(size_t node_count, const std::vector<RankEdge>& edges,
                            size_t most_pivots) {
-  return NetworkSimplex(node_count, edges).Run(most_pivots);
+  NetworkSimplex simplex(node_count, edges);
+  simplex.RankByLongestPaths();
+  return simplex.Run(most_pivots);
+}
+
+std::vector<int> RankNodes(const std::vector<int>& start, const std::vector<RankEdge>& edges,
+                           size_t most_pivots) {
+  NetworkSimplex simplex(start.size(), edges);
+  simplex.StartAt(start);
+  return simplex.Run(most_pivots);
 }
 
 }  // namespace vndoc6::drawing

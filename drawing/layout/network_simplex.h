@@ -19,5 +19,8 @@ struct RankEdge {
 // edges the layers are right, though not the best.
 std::vector<int> RankNodes(size_t node_count, const std::vector<RankEdge>& edges,
                            size_t most_pivots);
+// The same from ranks that keep all lengths. Lengths may be negative, and edges make circles.
+std::vector<int> RankNodes(const std::vector<int>& start, const std::vector<RankEdge>& edges,
+                           size_t most_pivots);
 
 }  // namespace vndoc6::drawing

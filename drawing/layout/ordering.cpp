@@ -26,7 +26,8 @@ Effort EffortFor(size_t size) {
   if (size < 1'200) return {5, 16, 6, 8};
   if (size < 5'000) return {2, 12, 4, 4};
   if (size < 60'000) return {2, 6, 3, 2};
-  return {1, 4, 2, 1};
+  if (size < 400'000) return {1, 4, 2, 1};
+  return {1, 2, 1, 1};
 }
 
 // The same numbers everywhere.
@@ -298,20 +299,19 @@ class Orderer {
     Number(layer);
   }
 
-  std::vector<Unit> Units(size_t layer) const {
+  std::vector<Unit> Units(size_t layer) {
     std::vector<Unit> units;
-    std::vector<std::pair<size_t, size_t>> place_of;  // of groups among the units
+    unit_of_.resize(graph_.groups.size(), kNone);
     for (const size_t cell : layers_[layer]) {
       const size_t group = graph_.cells[cell].group;
-      const auto found = std::find_if(place_of.begin(), place_of.end(),
-                                      [&](const auto& entry) { return entry.first == group; });
-      if (group != 0 && found != place_of.end()) {
-        units[found->second].cells.push_back(cell);
+      if (group != 0 && unit_of_[group] != kNone) {
+        units[unit_of_[group]].cells.push_back(cell);
         continue;
       }
-      if (group != 0) place_of.emplace_back(group, units.size());
+      if (group != 0) unit_of_[group] = units.size();
       units.push_back({{cell}, group, group == 0 ? value_[cell] : -1});
     }
+    for (const Unit& unit : units) unit_of_[unit.group] = kNone;
     return units;
   }
 
@@ -465,6 +465,7 @@ class Orderer {
   std::vector<size_t> best_rank_;
   int64_t best_ = -1;
   std::vector<double> places_;
+  std::vector<size_t> unit_of_;  // of each group in the layer at hand
   std::vector<Crosser> crossers_;
 };
 

@@ -145,7 +145,7 @@ class Drawer {
       if (graph_.groups[group].first == kNone) continue;
       frame_begins[graph_.groups[group].first] = frame_ends[graph_.groups[group].last] = true;
     }
-    double y = count > 0 && frame_begins[0] ? kFrameTop : 0;
+    double y = count > 0 && frame_begins[0] ? graph_.FrameTop() : 0;
     for (size_t layer = 0; layer < count; ++layer) {
       top_[layer] = y;
       bottom_[layer] = y + heights_[layer];
@@ -153,10 +153,10 @@ class Drawer {
       Channel& channel = channels_[layer];
       const double frames = frame_ends[layer] ? kFrameMargin : 0;
       const double before = frames + Before(layer);
-      const double after = After(layer + 1) + (frame_begins[layer + 1] ? kFrameTop : 0);
+      const double after = After(layer + 1) + (frame_begins[layer + 1] ? graph_.FrameTop() : 0);
       channel.first_track = bottom_[layer] + before;
       if (channel.tracks.count == 0) {
-        channel.height = frames + Gap(layer) + (frame_begins[layer + 1] ? kFrameTop : 0);
+        channel.height = frames + Gap(layer) + (frame_begins[layer + 1] ? graph_.FrameTop() : 0);
       } else {
         channel.height = before + after + kTrackGap * static_cast<double>(channel.tracks.count - 1);
       }
@@ -332,9 +332,27 @@ class Drawer {
     for (size_t group = 1; group < sides.size(); ++group) {
       if (sides[group].first == kNone) continue;
       const double left = graph_.cells[sides[group].first].x;
-      const double top = top_[graph_.groups[group].first] - kFrameTop;
+      const double top = top_[graph_.groups[group].first] - graph_.FrameTop();
       out_.frames[group] = {left, top, graph_.cells[sides[group].second].x - left,
                             bottom_[graph_.groups[group].last] + kFrameMargin - top};
+    }
+    if (graph_.style.lanes) JoinLanes();
+  }
+
+  // Lanes touch each other.
+  void JoinLanes() {
+    std::vector<Box*> lanes;
+    for (Box& frame : out_.frames) {
+      if (frame.width > 0) lanes.push_back(&frame);
+    }
+    std::sort(lanes.begin(), lanes.end(),
+              [](const Box* a, const Box* b) { return a->left < b->left; });
+    for (size_t i = 1; i < lanes.size(); ++i) {
+      Box &before = *lanes[i - 1], &after = *lanes[i];
+      const double border = std::round((before.Right() + after.left) / 2);
+      after.width += after.left - border;
+      after.left = border;
+      before.width = border - before.left;
     }
   }
 

@@ -54,7 +54,7 @@ class PortSlider {
 
   void Move(size_t number, bool right) {
     const Segment& segment = graph_.segments[ports_[number]];
-    if (segment.path != kNone || graph_.IsFar(segment)) return;
+    if (segment.path == 0 || graph_.IsFar(segment)) return;
     const double wish = Wish(ports_[number]);
     if (wish == 0 || (wish > 0) != right) return;
     double& port = Port(ports_[number]);

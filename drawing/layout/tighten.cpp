@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <limits>
 #include <numeric>
 
@@ -13,15 +14,17 @@ namespace {
 
 constexpr double kSame = 0.01;
 constexpr double kBendCost = 24;
+constexpr double kMainBendCost = 120;  // on the main path
+constexpr double kFrameCost = 0.7;     // of a pixel that a frame is wide
 constexpr double kJogCost = 400;
-constexpr size_t kMostTogether = 400;  // blocks that are pushed at once
+constexpr size_t kMostTogether = 300;  // blocks that are pushed at once
 constexpr size_t kWorkPerPull = 400;   // after which the best so far has to do
 constexpr size_t kMostWork = 2'000;    // to weigh what would move as one
 
-double SegmentCost(double skew) {
+double SegmentCost(double skew, bool main) {
   const double length = std::abs(skew);
   if (length < kSame) return 0;
-  return length + (length < kShortest ? kJogCost : kBendCost);
+  return length + (length < kShortest ? kJogCost : main ? kMainBendCost : kBendCost);
 }
 
 // Cells joined by straight lines, and how blocks stand beside each other.
@@ -52,8 +55,23 @@ class Blocks {
   void AvoidJogs() {
     for (int round = 0; round < 4; ++round) {
       bool found = false;
-      for (size_t i = 0; i < pulls_.size(); ++i) {
-        if (!pulls_[i].frame && IsJog(pulls_[i])) found |= AvoidJog(pulls_[i]);
+      for (const Pull& pull : pulls_) {
+        if (pull.frame || !IsJog(pull)) continue;
+        const double skew = SkewOf(pull);
+        const double away = skew > 0 ? kShortest : -kShortest;
+        found |= MoveAnEnd(pull, {-skew, away - skew, -away - skew});
+      }
+      if (!found) break;
+    }
+    Store();
+  }
+
+  void Straighten() {
+    for (int round = 0; round < 4; ++round) {
+      bool found = false;
+      for (const Pull& pull : pulls_) {
+        const double skew = SkewOf(pull);
+        if (!pull.frame && std::abs(skew) >= kSame) found |= MoveAnEnd(pull, {-skew});
       }
       if (!found) break;
     }
@@ -70,6 +88,7 @@ class Blocks {
     size_t from, to;
     double offset;  // the skew is x[to] - x[from] + offset
     bool frame;
+    bool main;
   };
 
   size_t Find(size_t cell) {
@@ -122,19 +141,20 @@ class Blocks {
       const auto [left, right] = sides[group];
       if (left == kNone) continue;
       add(left, right, graph_.TitleWidth(group));
-      AddPull(left, right, 0, true);
+      AddPull(left, right, 0, true, false);
     }
   }
 
-  void AddPull(size_t a, size_t b, double skew_offset, bool frame) {
-    pulls_.push_back({block_[a], block_[b], offset_[b] - offset_[a] + skew_offset, frame});
+  void AddPull(size_t a, size_t b, double skew_offset, bool frame, bool main) {
+    pulls_.push_back({block_[a], block_[b], offset_[b] - offset_[a] + skew_offset, frame, main});
   }
 
   void FindPulls() {
     for (const Segment& segment : graph_.segments) {
       if (segment.IsFrame() || graph_.IsFar(segment)) continue;
       if (block_[segment.upper] == block_[segment.lower]) continue;
-      AddPull(segment.upper, segment.lower, segment.lower_port - segment.upper_port, false);
+      AddPull(segment.upper, segment.lower, segment.lower_port - segment.upper_port, false,
+              segment.path == 0);
     }
     pulls_of_.resize(x_.size());
     for (size_t i = 0; i < pulls_.size(); ++i) {
@@ -206,14 +226,12 @@ class Blocks {
     }
   }
 
-  // Of the ways to make a nearly straight line straight, or less so, the cheapest.
-  bool AvoidJog(const Pull& pull) {
-    const double skew = SkewOf(pull);
-    const double away = (skew > 0 ? kShortest : -kShortest) - skew;
-    const double across = (skew > 0 ? -kShortest : kShortest) - skew;
-    double best = 0;
+  // Of the ways to change how far a line is from straight, the cheapest; none when all cost more
+  // than they save.
+  bool MoveAnEnd(const Pull& pull, std::initializer_list<double> changes) {
+    double best = -kSame;
     std::vector<std::pair<size_t, double>> best_move;
-    for (const double change : {-skew, away, across}) {
+    for (const double change : changes) {
       for (const bool move_to : {true, false}) {
         Push(move_to ? pull.to : pull.from, move_to ? change : -change);
         const double cost = PushCost();
@@ -234,7 +252,12 @@ class Blocks {
     place_of_.resize(x_.size());
     mark_[block] = marks_;
     place_of_[block] = 0;
-    for (size_t i = 0; i < pushed_.size() && pushed_.size() < kMostTogether; ++i) {
+    went_too_far_ = false;
+    for (size_t i = 0; i < pushed_.size(); ++i) {
+      if (pushed_.size() > kMostTogether) {
+        went_too_far_ = true;
+        return;
+      }
       const auto [from, move] = pushed_[i];
       for (const Neighbour& next : (right ? right_ : left_)[from]) {
         const double needed = std::abs(move) - Slack(from, next, right);
@@ -274,15 +297,20 @@ class Blocks {
 
   // The change of cost by what was pushed; nothing is gained by a push that went on too far.
   double PushCost() const {
-    if (pushed_.size() >= kMostTogether / 2) return 0;
+    if (went_too_far_) return 0;
     double cost = 0;
     for (const auto& [block, move] : pushed_) {
       for (const size_t number : pulls_of_[block]) {
         const Pull& pull = pulls_[number];
         const bool both = mark_[pull.from] == marks_ && mark_[pull.to] == marks_;
-        if (pull.frame || (both && block != pull.from)) continue;
+        if (both && block != pull.from) continue;
         const double skew = SkewOf(pull);
-        cost += SegmentCost(skew + MoveOf(pull.to) - MoveOf(pull.from)) - SegmentCost(skew);
+        if (pull.frame) {
+          cost += kFrameCost * (MoveOf(pull.to) - MoveOf(pull.from));
+          continue;
+        }
+        cost += SegmentCost(skew + MoveOf(pull.to) - MoveOf(pull.from), pull.main) -
+                SegmentCost(skew, pull.main);
       }
     }
     return cost;
@@ -307,13 +335,16 @@ class Blocks {
   size_t work_ = 0;
   std::vector<size_t> together_;
   std::vector<std::pair<size_t, double>> pushed_;
+  bool went_too_far_ = false;     // the push; nothing is known of what it costs
   std::vector<size_t> place_of_;  // of a block among those pushed
 };
 
 }  // namespace
 
-void Tighten(LayeredGraph& graph, int rounds) {
-  for (int i = 0; i < 3; ++i) Blocks(graph).Tighten(rounds);
+void Tighten(LayeredGraph& graph, int rounds) { Blocks(graph).Tighten(rounds); }
+
+void Straighten(LayeredGraph& graph) {
+  for (int i = 0; i < 2; ++i) Blocks(graph).Straighten();
 }
 
 void AvoidJogs(LayeredGraph& graph, const std::vector<LayoutBox>& boxes) {
@@ -325,7 +356,9 @@ void AvoidJogs(LayeredGraph& graph, const std::vector<LayoutBox>& boxes) {
 double CostOf(const LayeredGraph& graph) {
   double cost = 0;
   for (const Segment& segment : graph.segments) {
-    if (!segment.IsFrame() && !graph.IsFar(segment)) cost += SegmentCost(Skew(graph, segment));
+    if (!segment.IsFrame() && !graph.IsFar(segment)) {
+      cost += SegmentCost(Skew(graph, segment), segment.path == 0);
+    }
   }
   return cost;
 }

@@ -13,6 +13,9 @@ constexpr double kShortest = 10;
 // Moves the cells within their layers.
 void Tighten(LayeredGraph& graph, int rounds);
 
+// Makes lines straight that then save more than others get longer.
+void Straighten(LayeredGraph& graph);
+
 // Makes lines straight that nearly are, or else less so.
 void AvoidJogs(LayeredGraph& graph, const std::vector<LayoutBox>& boxes);
 

@@ -1,4 +1,5 @@
 // vndoc layout: places for the steps that have none, in the document itself.
+#include <map>
 #include <memory>
 #include <ostream>
 #include <sstream>
@@ -62,12 +63,21 @@ void AddLayout(CLI::App& app, Context& context) {
   command->add_option("FILE", options->file, "The document")->required();
   command->add_flag("--all", options->layout.all,
                     "Place all steps anew, also those that have a place");
+  command
+      ->add_option("--direction", options->layout.direction,
+                   "Where the next steps stand: down or right")
+      ->transform(CLI::CheckedTransformer(
+          std::map<std::string, vndoc6::drawing::Direction>{
+              {"down", vndoc6::drawing::Direction::kDown},
+              {"right", vndoc6::drawing::Direction::kRight}},
+          CLI::ignore_case))
+      ->option_text("down|right");
   command->add_option("-o,--output", options->output, "Save under this name instead");
   AddForce(*command, context);
   command->footer(
       "Writes what `render` draws into the document: the places of steps and containers that "
       "nobody\n"
-      "placed, and the bends of the lines between them. Every editor then shows the same chart.");
+      "placed, and the bends of lines without points. Every editor then shows the same chart.");
   command->callback([options, &context] { LayOut(context, *options); });
 }
 

@@ -15,6 +15,7 @@
 #include "tests/support/temporary_folder.h"
 #include "vndoc6/automation/late_bound.h"
 #include "vndoc6/bag/properties.h"
+#include "vndoc6/chart/figure.h"
 #include "vndoc6/details/details.h"
 #include "vndoc6/process/condition.h"
 #include "vndoc6/process/container.h"
@@ -242,6 +243,25 @@ TEST_F(RenderTest, ThePictureIsOfTheKindThatItsNameSays) {
   EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", svg.c_str(), "--width", "640"}), kDone);
   EXPECT_THAT(Bytes(svg), HasSubstr(" width=\"640\" "));
   EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", svg.c_str(), "--scale", "0"}), kFailed);
+}
+
+TEST_F(RenderTest, ALargeChartIsAFileForEachSheet) {
+  const auto document = vndoc6::automation::Make<vnDocument>();
+  for (int i = 0; i < 20; ++i)
+    document->NewStep()->Figure()->SetTop(1500.0F * static_cast<float>(i));
+  document->SaveAs(vndoc6::automation::FromUtf8(file_));
+  const std::string svg = folder_ + "/sheet.svg";
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", svg.c_str(), "--paper", "A4", "--legend",
+                     "--lanes", "role", "--direction", "right", "--theme", "dark", "--title"}),
+            kDone)
+      << err_.str();
+  EXPECT_TRUE(std::filesystem::exists(svg)) << "one sheet keeps its name";
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", svg.c_str(), "--paper", "a4"}), kDone);
+  EXPECT_EQ(out_.str(), folder_ + "/sheet-1.svg\n" + folder_ + "/sheet-2.svg\n");
+  EXPECT_THAT(Bytes(folder_ + "/sheet-2.svg"), HasSubstr("Sheet 2 of 2"));
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", "-", "--paper", "a4"}), kFailed);
+  EXPECT_THAT(err_.str(), HasSubstr("takes 2 sheets: give a name"));
+  EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", svg.c_str(), "--paper", "a0"}), kFailed);
 }
 
 TEST_F(RenderTest, WhatCannotBeReadLeavesTheTargetAlone) {

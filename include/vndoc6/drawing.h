@@ -18,18 +18,43 @@ namespace vndoc6::drawing {
 // What pictures and pages say by themselves is said in one of these.
 enum class Language { kEnglish, kGerman, kFrench };
 
+// Where the steps that follow stand: below, or to the right.
+enum class Direction { kDown, kRight };
+
+// Which steps have a lane of the chart to themselves: those that the same role performs (the first
+// one of each step), or those of the same container.
+enum class Lanes { kNone, kRole, kContainer };
+
+// Colours: as the document has them; the same with what is black on white light on dark; black on
+// white throughout, without backgrounds and shadows, to save ink.
+enum class Theme { kLight, kDark, kPrint };
+
+enum class Paper { kNone, kA4, kA3, kLetter };
+
 struct SvgOptions {
-  bool grid = false;          // the chart's grid
-  bool page_margins = false;  // where the chart's pages end
-  double scale = 1;           // of the picture's size
-  double width = 0;           // the picture's width in pixels; 0 leaves it to the scale
+  Direction direction = Direction::kDown;  // of what has no place
+  Lanes lanes = Lanes::kNone;              // with lanes no place of the document counts
+  Theme theme = Theme::kLight;
+  bool title = false;          // the document's title and revision stand above the chart
+  bool legend = false;         // the shapes that are used, with their names, stand below it
+  Paper paper = Paper::kNone;  // of SvgPages
+  bool grid = false;           // the chart's grid
+  bool page_margins = false;   // where the chart's pages end
+  double scale = 1;            // of the picture's size
+  double width = 0;            // the picture's width in pixels; 0 leaves it to the scale
   Language language = Language::kEnglish;
 };
 
 // The chart as a whole SVG document, in UTF-8. Steps that were never given a place, when there are
-// several, are laid out below those that were; a line without points of its own is given a way.
-// The document stays as it is.
+// several, are laid out, near the placed ones that they are linked to; a line without points of its
+// own is given a way around the steps. The document stays as it is.
 std::string Svg(vnDocument& document, const SvgOptions& options = {});
+
+// The chart on sheets of paper, each a whole SVG document of the paper's size: as few as hold it
+// with letters of 8 points at least (smaller where that would take some 500), cut between layers. A
+// line that is cut has a connector of the same number on both sheets. A4 where no paper is chosen;
+// `scale` and `width` count for nothing.
+std::vector<std::string> SvgPages(vnDocument& document, const SvgOptions& options = {});
 
 // The file with the report of the document that a jump names, as a path seen from the page; empty
 // where there is none.
@@ -78,6 +103,7 @@ std::string SiteIndex(const std::vector<SiteEntry>& entries,
 struct LayoutOptions {
   // Steps that have a place, and lines that have points, get new ones as well.
   bool all = false;
+  Direction direction = Direction::kDown;
 };
 
 // What a layout has placed: the numbers of steps, links and containers among the document's own,
@@ -89,8 +115,8 @@ struct LaidOut {
 };
 
 // Writes the places and the lines' points that Svg would draw into the document: those of steps and
-// containers without a place, and of the lines between such steps. From then on it draws the same,
-// here and in any editor. The document reports each change and is not saved.
+// containers without a place, and of lines without points. From then on it draws the same, here
+// and in any editor. The document reports each change and is not saved.
 LaidOut Layout(vnDocument& document, const LayoutOptions& options = {});
 
 struct Font {

@@ -58,8 +58,9 @@ struct FigureValues {
 // Every put stores its value as it is, unless its comment says more, and then reports its number
 // (vndLeft and so on) as a change of the figure's step or container; a figure that has neither, or
 // no document, reports nothing. Positions and sizes are in
-// the host's drawing units, colours hold red in the low byte, and codes mean what the drawing host
-// means by them. "By default" says what the figure of a step begins with.
+// the host's drawing units, for which `vndoc` takes twips (15 make a pixel, 1440 an inch); colours
+// hold red in the low byte; codes mean what the drawing host means by them, and their comments say
+// how `vndoc` draws them. "By default" says what the figure of a step begins with.
 class vnFigure : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
@@ -136,32 +137,36 @@ class vnFigure : public Member, public bag::Carrier {
   // EnumVantrelShapes has are stored too.
   EnumVantrelShapes Shape() const { return values_.shape; }
   void SetShape(EnumVantrelShapes peShape) { Put(&Values::shape, peShape); }
-  // A code for where the text stands; 7 by default.
+  // A code for where the text stands; 7 by default. 0 to 2 are on the left, at the top, in the
+  // middle and at the bottom, 3 to 5 on the right, 6 to 8 in the middle; any other is drawn as 7.
   int32_t Alignment() const { return values_.alignment; }
   void SetAlignment(int32_t plAlignment) { Put(&Values::alignment, plAlignment); }
   // A code for how figure, text and picture fit each other; 0 by default.
   int32_t AutoSize() const { return values_.auto_size; }
   void SetAutoSize(int32_t plAutoSize) { Put(&Values::auto_size, plAutoSize); }
-  // A code for where the picture stands; 9 by default.
+  // A code for where the picture stands; 9 by default. 0 to 8 are the places of Alignment, over the
+  // text; any other is left of the text.
   int32_t PicturePosition() const { return values_.picture_position; }
   void SetPicturePosition(int32_t plPicturePosition) {
     Put(&Values::picture_position, plPicturePosition);
   }
-  // A code for how the shape is turned; 0 by default.
+  // A code for how the shape is turned; 0 by default. 1 to 3 are quarters clockwise; of any other
+  // number the two lowest bits count.
   int32_t ShapeOrientation() const { return values_.shape_orientation; }
   void SetShapeOrientation(int32_t plShapeOrientation) {
     Put(&Values::shape_orientation, plShapeOrientation);
   }
-  // A code for the pen's pattern, solid or dashed; 0 by default.
+  // A code for the pen's pattern, solid or dashed; 0 by default. 0 is solid, 1 dashes, 2 dots, 3
+  // dashes and dots, 4 dashes and two dots, 5 no line; any other is drawn solid.
   int32_t DrawStyle() const { return values_.draw_style; }
   void SetDrawStyle(int32_t plDrawStyle) { Put(&Values::draw_style, plDrawStyle); }
-  // The pen's width; 1 by default.
+  // The pen's width in pixels; 1 by default. Drawn from 1 to 40.
   int32_t DrawWidth() const { return values_.draw_width; }
   void SetDrawWidth(int32_t plDrawWidth) { Put(&Values::draw_width, plDrawWidth); }
-  // The distance of the text from the left and right edges; 0 by default.
+  // The distance of the text from the left and right edges, in drawing units; 0 by default.
   int32_t TextMarginX() const { return values_.text_margin_x; }
   void SetTextMarginX(int32_t plTextMarginX) { Put(&Values::text_margin_x, plTextMarginX); }
-  // The distance of the text from the upper and lower edges; 0 by default.
+  // The distance of the text from the upper and lower edges, in drawing units; 0 by default.
   int32_t TextMarginY() const { return values_.text_margin_y; }
   void SetTextMarginY(int32_t plTextMarginY) { Put(&Values::text_margin_y, plTextMarginY); }
   // The colour inside; white (16777215) by default.
@@ -198,7 +203,8 @@ class vnFigure : public Member, public bag::Carrier {
   automation::Ref<automation::Picture> Picture();
   void SetPicture(automation::Picture* poPicture);
 
-  // A code for the shadow; 0, which is none, by default.
+  // A code for the shadow; 0, which is none, by default. Any other is drawn as one of the chart's
+  // ShadowColour, ShadowOffsetX and ShadowOffsetY.
   int32_t Shadow() const { return values_.shadow; }
   void SetShadow(int32_t plShadow) { Put(&Values::shadow, plShadow); }
   // Whether the figure takes part in the procedure's logic; True by default.

@@ -55,8 +55,9 @@ struct LineValues {
 // Every put stores its value as it is and then reports its number (vndOrigFigureIndex and so on)
 // as a change of the line's link, unless its comment says more; a line without a link or without a
 // document reports nothing. Coordinates are in the host's
-// drawing units, colours hold red in the low byte, and codes mean what the drawing host means by
-// them. "By default" says what the line of a link begins with.
+// drawing units, for which `vndoc` takes twips (15 make a pixel, 1440 an inch); colours hold red in
+// the low byte; codes mean what the drawing host means by them, and their comments say how `vndoc`
+// draws them. "By default" says what the line of a link begins with.
 class vnLine : public Member, public bag::Carrier {
  public:
   static const automation::ClassInfo& classInfo();
@@ -116,41 +117,50 @@ class vnLine : public Member, public bag::Carrier {
   bool Rigid() const { return values_.rigid; }
   void SetRigid(bool pbRigid) { Put(&Values::rigid, pbRigid); }
 
-  // A code for what is behind texts and dashes; 2 by default.
+  // A code for what is behind texts and dashes; 2 by default. 1 lets the line show through it;
+  // with any other the text covers it.
   int32_t BackMode() const { return values_.back_mode; }
   void SetBackMode(int32_t plBackMode) { Put(&Values::back_mode, plBackMode); }
-  // A code for how the line runs; 0 by default.
+  // A code for how the line runs; 0 by default. 1 and 2 are curves along the points; any other goes
+  // straight from point to point.
   int32_t LinkStyle() const { return values_.link_style; }
   void SetLinkStyle(int32_t plLinkStyle) { Put(&Values::link_style, plLinkStyle); }
-  // A code for the arrow at the end; 3 by default.
+  // A code for the arrow at the end; 3 by default. 0 is none, 1 an open tip, 2 a diamond, 4 a dot;
+  // any other is a filled tip.
   int32_t ArrowDest() const { return values_.arrow_dest; }
   void SetArrowDest(int32_t plArrowDest) { Put(&Values::arrow_dest, plArrowDest); }
-  // A code for the arrow at the beginning; 0 by default.
+  // A code for the arrow at the beginning; 0 by default. The codes are those of ArrowDest.
   int32_t ArrowOrig() const { return values_.arrow_orig; }
   void SetArrowOrig(int32_t plArrowOrig) { Put(&Values::arrow_orig, plArrowOrig); }
-  // A code for the arrow in the middle; 0 by default.
+  // A code for the arrow in the middle of the longest part; 0 by default. The codes are those of
+  // ArrowDest.
   int32_t ArrowMid() const { return values_.arrow_mid; }
   void SetArrowMid(int32_t plArrowMid) { Put(&Values::arrow_mid, plArrowMid); }
-  // A code for the size of the arrow at the end; 0 by default.
+  // A code for the size of the arrow at the end; 0 by default. 1 is small, 2 large; any other is
+  // between the two.
   int32_t ArrowDestSize() const { return values_.arrow_dest_size; }
   void SetArrowDestSize(int32_t plArrowDestSize) { Put(&Values::arrow_dest_size, plArrowDestSize); }
-  // A code for the size of the arrow at the beginning; 0 by default.
+  // A code for the size of the arrow at the beginning; 0 by default. The codes are those of
+  // ArrowDestSize.
   int32_t ArrowOrigSize() const { return values_.arrow_orig_size; }
   void SetArrowOrigSize(int32_t plArrowOrigSize) { Put(&Values::arrow_orig_size, plArrowOrigSize); }
-  // A code for the size of the arrow in the middle; 0 by default.
+  // A code for the size of the arrow in the middle; 0 by default. The codes are those of
+  // ArrowDestSize.
   int32_t ArrowMidSize() const { return values_.arrow_mid_size; }
   void SetArrowMidSize(int32_t plArrowMidSize) { Put(&Values::arrow_mid_size, plArrowMidSize); }
-  // A code for the pen's pattern, solid or dashed; 0 by default.
+  // A code for the pen's pattern, solid or dashed; 0 by default. 0 is solid, 1 dashes, 2 dots, 3
+  // dashes and dots, 4 dashes and two dots, 5 no line; any other is drawn solid.
   int32_t DrawStyle() const { return values_.draw_style; }
   void SetDrawStyle(int32_t plDrawStyle) { Put(&Values::draw_style, plDrawStyle); }
-  // The pen's width; 1 by default.
+  // The pen's width in pixels; 1 by default. Drawn from 1 to 40.
   int32_t DrawWidth() const { return values_.draw_width; }
   void SetDrawWidth(int32_t plDrawWidth) { Put(&Values::draw_width, plDrawWidth); }
   // Whether the line hops over lines that it crosses: a number that stands for a flag, True (-1) by
   // default.
   int32_t ShowJump() const { return values_.show_jump; }
   void SetShowJump(int32_t plShowJump) { Put(&Values::show_jump, plShowJump); }
-  // A code for the segment that bears the text; 0 by default.
+  // A code for the segment that bears the text; 0 by default. 1 is the first; the text then stands
+  // on it. With any other it stands beside the line, near the line's beginning.
   int32_t TextSegment() const { return values_.text_segment; }
   void SetTextSegment(int32_t plTextSegment) { Put(&Values::text_segment, plTextSegment); }
   // The pen's colour; black (0) by default.
