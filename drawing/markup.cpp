@@ -5,7 +5,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "automation/number_chars.h"
+#include "vndoc6/automation/number_chars.h"
 #include "vndoc6/automation/base64.h"
 
 namespace vndoc6::drawing {

@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "fields/fields.h"
+#include "vndoc6/automation/late_bound.h"
 #include "vndoc6/bag/properties.h"
 #include "vndoc6/content/content.h"
 
@@ -101,7 +101,7 @@ Variant Read(const MemberInfo& member, Object& object) { return member.thunk(obj
 Text TextOf(const Variant& value) {
   if (!value.IsObject()) return Plain(value);
   const Ref<Object>& object = value.ToObject();
-  return object ? fields::TextOf(*object) : Text();
+  return object ? automation::Get(*object, u"Text").ToText() : Text();
 }
 
 }  // namespace

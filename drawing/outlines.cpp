@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "automation/number_chars.h"
+#include "vndoc6/automation/number_chars.h"
 #include "markup.h"
 
 namespace vndoc6::drawing {

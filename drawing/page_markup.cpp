@@ -7,7 +7,7 @@
 
 #include "markup.h"
 #include "sha256.h"
-#include "vndoc6/bag/base64.h"
+#include "vndoc6/automation/base64.h"
 
 namespace vndoc6::drawing {
 namespace {
@@ -15,7 +15,7 @@ namespace {
 // As a policy names what may work: by the SHA-256 of all that is between the tags.
 std::string Named(std::string_view content) {
   std::string name = "'sha256-";
-  bag::AppendBase64(Sha256(content), name);
+  automation::AppendBase64(Sha256(content), name);
   return name + "'";
 }
 

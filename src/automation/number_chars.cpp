@@ -1,4 +1,4 @@
-#include "automation/number_chars.h"
+#include "vndoc6/automation/number_chars.h"
 
 #include <algorithm>
 #include <array>

@@ -8,7 +8,7 @@
 #include <system_error>
 
 #include "automation/currency_text.h"
-#include "automation/number_chars.h"
+#include "vndoc6/automation/number_chars.h"
 #include "vndoc6/automation/error.h"
 
 namespace vndoc6::automation {

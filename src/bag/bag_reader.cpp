@@ -168,6 +168,11 @@ T BagReader::GetAs(std::string_view key, T (Variant::*convert)() const, T missin
   return ConvertedOr(value, convert, missing);
 }
 
+int32_t BagReader::LongOf(const BagEntry& entry, int32_t missing) const {
+  Variant value;
+  return scanner_.ValueOf(entry, value) ? ConvertedOr(value, &Variant::ToLong, missing) : missing;
+}
+
 int32_t BagReader::GetLong(std::string_view key, int32_t missing) {
   return GetAs(key, &Variant::ToLong, missing);
 }

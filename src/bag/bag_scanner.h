@@ -7,7 +7,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "automation/number_chars.h"
+#include "vndoc6/automation/number_chars.h"
 #include "vndoc6/automation/text.h"
 #include "vndoc6/automation/variant.h"
 #include "vndoc6/bag/kept_text.h"

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "automation/currency_text.h"
-#include "automation/number_chars.h"
+#include "vndoc6/automation/number_chars.h"
 #include "bag/escape.h"
 #include "bag/levelled_text.h"
 #include "vndoc6/automation/base64.h"
