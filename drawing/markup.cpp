@@ -5,8 +5,8 @@
 #include <cmath>
 #include <string_view>
 
-#include "vndoc6/automation/number_chars.h"
 #include "vndoc6/automation/base64.h"
+#include "vndoc6/automation/number_chars.h"
 
 namespace vndoc6::drawing {
 namespace {

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "vndoc6/automation/number_chars.h"
 #include "markup.h"
+#include "vndoc6/automation/number_chars.h"
 
 namespace vndoc6::drawing {
 namespace {

@@ -8,8 +8,8 @@
 #include <system_error>
 
 #include "automation/currency_text.h"
-#include "vndoc6/automation/number_chars.h"
 #include "vndoc6/automation/error.h"
+#include "vndoc6/automation/number_chars.h"
 
 namespace vndoc6::automation {
 namespace {

@@ -130,12 +130,6 @@ const BagEntry* BagReader::FindByKey(std::string_view key) {
   return &many_->entries[*found];
 }
 
-void BagReader::Finish() {
-  BagEntry ignored;
-  while (scanner_.Next(ignored)) {
-  }
-}
-
 std::optional<Variant> BagReader::Get(std::string_view key) {
   const BagEntry* const entry = Find(key);
   Variant value;

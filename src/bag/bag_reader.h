@@ -60,9 +60,6 @@ class BagReader {
   int32_t LongOf(const BagEntry& entry, int32_t missing = 0) const;
   KeptText WholeOf(const BagEntry& entry) const { return scanner_.WholeOf(entry); }
 
-  // Reads on to the end, so that a fault behind all that was asked for is noted, too.
-  void Finish();
-
  private:
   // Up to so many entries are kept in the reader itself and searched one by one. As many as there
   // are bits in `asked_`.

@@ -3,11 +3,11 @@
 #include <cmath>
 
 #include "automation/currency_text.h"
-#include "vndoc6/automation/number_chars.h"
 #include "bag/escape.h"
 #include "bag/levelled_text.h"
 #include "vndoc6/automation/base64.h"
 #include "vndoc6/automation/error.h"
+#include "vndoc6/automation/number_chars.h"
 #include "vndoc6/automation/picture.h"
 
 namespace vndoc6::bag {

@@ -25,8 +25,8 @@ automation::Ref<T> MakePart(Owner& owner) {
   return part;
 }
 
-// The part, built from its kept text on the first read. The lists of a whole document are built
-// without a report: what they hold was in the document already.
+// The part, built from its kept text on the first read. The document's own lists are built without
+// a report: what they hold was in the document already. A step's report what they hold.
 template <class T, class Owner>
 automation::Ref<T> ReadPart(bag::Lazy<T>& part, Owner& owner) {
   if (T* const built = part.built()) return built;
@@ -34,7 +34,8 @@ automation::Ref<T> ReadPart(bag::Lazy<T>& part, Owner& owner) {
   const automation::Ref<Owner> self(&owner);
   return part.Get([&] { return MakePart<T>(owner); },
                   [](T& object, const bag::KeptText& text) {
-                    if constexpr (requires { Inside::ReadQuietly(object, text); }) {
+                    constexpr bool kIsDocuments = !std::is_base_of_v<Member, Owner>;
+                    if constexpr (kIsDocuments && requires { Inside::ReadQuietly(object, text); }) {
                       Inside::ReadQuietly(object, text);
                     } else if constexpr (requires { Inside::Read(object, text); }) {
                       Inside::Read(object, text);

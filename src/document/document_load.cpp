@@ -205,7 +205,6 @@ int32_t vnDocument::ReadVersion2(BagReader& file, LoadingScope& scope, const Tex
   db_guid_ = file.GetText("DBGUID");
   connection_string_ = file.GetText("ConStr");
   chart_type_ = file.GetLong("CT");
-  file.Finish();
   unknown_entries().TakeFrom(file);
 
   scope.End();

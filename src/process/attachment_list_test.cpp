@@ -117,14 +117,16 @@ TYPED_TEST(AttachmentListTest, PutsReportTheirOwnNumbers) {
 }
 
 TYPED_TEST(AttachmentListTest, AStepsListReportsWhatItReads) {
-  const auto list = Make<typename TestFixture::List>();
-  for (const Text& key : testing::kHostileKeys) list->Add(this->Keyed(key).get());
-  const std::string saved = SavedText(*list);
-  // The document has them all already.
-  Inside::ReadQuietly(*this->of_document_, Kept(saved));
-  Inside::Read(*this->of_step_, Kept(saved));
-  EXPECT_EQ(this->listener_.Take().size(), std::size(testing::kHostileKeys));
-  EXPECT_EQ(this->of_document_->Count(), this->of_step_->Count());
+  const auto source = Make<vnStep>();
+  for (const Text& key : testing::kHostileKeys) {
+    TypeParam::Of(*source)->Add(this->Keyed(key).get());
+  }
+  this->step_->Load(source->Save());
+  EXPECT_EQ(this->listener_.Take(), Lines{});
+  EXPECT_EQ(TypeParam::Of(*this->step_)->Count(), TypeParam::Of(*source)->Count());
+  // Twice each: the document's list has them now.
+  EXPECT_EQ(this->listener_.Take().size(), 2 * std::size(testing::kHostileKeys));
+  EXPECT_EQ(this->of_document_->Count(), TypeParam::Of(*source)->Count());
 }
 
 TYPED_TEST(AttachmentListTest, AHandlerMayLetGoOfEverything) {
