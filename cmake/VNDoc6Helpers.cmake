@@ -90,6 +90,10 @@ endfunction()
 # names to itself, so tests are compiled one by one.
 function(vndoc6_unity target)
   set_target_properties(${target} PROPERTIES UNITY_BUILD ${VNDOC6_UNITY} UNITY_BUILD_BATCH_SIZE 12)
+  # The platform's header makes macros of names that the model has.
+  get_target_property(sources ${target} SOURCES)
+  list(FILTER sources INCLUDE REGEX "_windows\\.cpp$|/src/com/")
+  set_source_files_properties(${sources} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
 # What all targets of the project have in common.

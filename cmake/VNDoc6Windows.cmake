@@ -97,6 +97,7 @@ endfunction()
 # `./dev bench windows`: what a call through the door costs.
 function(vndoc6_windows_bench)
   vndoc6_program(vndoc6_door_bench ${PROJECT_SOURCE_DIR}/bench/windows/door_bench.cpp ${VNDOC6_HEADER})
+  vndoc6_inside(vndoc6_door_bench)
   add_dependencies(vndoc6_door_bench vndoc6_dll)
   target_include_directories(vndoc6_door_bench SYSTEM PRIVATE ${PROJECT_BINARY_DIR})
 endfunction()

@@ -238,7 +238,7 @@ class Report {
       Fix(context_, file);
       return true;
     } catch (const Failure& failure) {
-      context_.err << "vndoc: " << failure.what() << '\n';
+      context_.err << "vndoc: " << OneLine(vndoc6::automation::FromUtf8(failure.what())) << '\n';
       context_.status = kFailed;
       return false;
     }
@@ -252,8 +252,8 @@ class Report {
       json_ += json_.empty() ? "[\n  " : ",\n  ";
       json_ += json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
     } else {
-      context_.out << file << ": " << finding.kind << ": " << finding.message
-                   << (fixed ? " (fixed)\n" : "\n");
+      context_.out << OneLine(vndoc6::automation::FromUtf8(file)) << ": " << finding.kind << ": "
+                   << finding.message << (fixed ? " (fixed)\n" : "\n");
     }
   }
 
@@ -268,7 +268,7 @@ void CheckAll(Context& context, const CheckOptions& options) {
     try {
       report.Check(file);
     } catch (const Failure& failure) {
-      context.err << "vndoc: " << failure.what() << '\n';
+      context.err << "vndoc: " << OneLine(vndoc6::automation::FromUtf8(failure.what())) << '\n';
       context.status = kFailed;
     }
   }

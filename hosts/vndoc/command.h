@@ -84,6 +84,9 @@ void SaveAs(Context& context, vnDocument& document, const std::string& file);
 std::string ReadBytes(Context& context, const std::string& file);
 // Puts a whole file in its place in one step, or writes to standard output for "-". Throws Failure.
 void WriteBytes(Context& context, const std::string& file, std::string_view bytes);
+// The same for a picture or a page. What is there must be one of the same kind, unless the command
+// is given --force. Throws Failure.
+void WriteOutput(Context& context, const std::string& file, std::string_view bytes);
 // The same for a document, while no other process changes that.
 void WriteDocument(Context& context, const std::string& file, std::string_view bytes);
 

@@ -33,8 +33,17 @@ constexpr int32_t kNewerDocumentVersion = 13;
 
 std::string SystemError() { return std::strerror(errno != 0 ? errno : EIO); }
 
-// A file that can't be read would count as an old, empty one: say what is wrong with it instead.
+// What a shell puts in the place of a command's output. It can be read once.
+bool IsSubstitution(const std::string& file) {
+  return file.starts_with("/dev/fd/") || file.starts_with("/proc/self/fd/");
+}
+
+// A file that can't be read would count as an old, empty one: say what is wrong with it instead. A
+// pipe that nobody writes to would never open.
 void RequireReadable(const std::string& file) {
+  std::error_code unknown;
+  const auto status = std::filesystem::status(std::filesystem::path(FromUtf8(file)), unknown);
+  if (std::filesystem::is_other(status)) throw Failure(file + ": not a file that can be read");
   errno = 0;
   std::ifstream stream(std::filesystem::path(FromUtf8(file)), std::ios::binary);
   char first = 0;
@@ -132,7 +141,13 @@ void RequireWriteAccess(Context& context, vnDocument& document, const std::strin
 // it has made. One that was there before stays.
 void RequireSaved(vnDocument& document, const Text& file, bool (*save)(vnDocument&, const Text&)) {
   const bool had_temp_save = vndoc6::platform::FileExists(vndoc6::TempSaveName(file));
-  if (save(document, file)) return;
+  try {
+    if (save(document, file)) return;
+  } catch (const Error& error) {
+    if (error.number() != vndoc6::automation::kOverflow) throw;
+    throw Failure(ToUtf8(file) +
+                  ": can't be saved, for its counter IR is at its highest value; it is as it was");
+  }
   if (!had_temp_save) document.TempSaveClear();
   throw Failure(ToUtf8(file) + ": can't be written; it is as it was");
 }
@@ -183,6 +198,9 @@ Ref<vnDocument> LoadBy(Context& context, LoadFunction load, const Source& source
 }  // namespace
 
 Ref<vnDocument> Load(Context& context, const std::string& file, bool to_write) {
+  if (!to_write && IsSubstitution(file)) {
+    return LoadText(context, ReadBytes(context, file), file);
+  }
   auto document = LoadBy(context, &vnDocument::Load, {file, file});
   TellWhatWasNotRead(context, *document, file, to_write);
   if (to_write) RequireWriteAccess(context, *document, file);
@@ -265,6 +283,9 @@ std::string ReadBytes(Context& context, const std::string& file) {
   std::optional<std::string> bytes;
   if (file == "-") {
     bytes.emplace(std::istreambuf_iterator<char>(context.in), std::istreambuf_iterator<char>());
+  } else if (IsSubstitution(file)) {
+    std::ifstream stream(file, std::ios::binary);
+    bytes.emplace(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
   } else {
     RequireReadable(file);
     bytes = vndoc6::platform::ReadWholeFile(FromUtf8(file));
@@ -280,6 +301,31 @@ void WriteBytes(Context& context, const std::string& file, std::string_view byte
   } else if (!vndoc6::platform::ReplaceFileWith(FromUtf8(file), bytes)) {
     throw Failure(file + ": can't be written; it is as it was");
   }
+}
+
+// Pictures and pages tell what they are near their beginning.
+std::string_view KindOfOutput(std::string_view bytes) {
+  constexpr std::pair<std::string_view, std::string_view> kMarks[] = {{"\x89PNG", "png"},
+                                                                      {"%PDF", "pdf"},
+                                                                      {"<!DOCTYPE html", "html"},
+                                                                      {"<!doctype html", "html"},
+                                                                      {"<svg", "svg"}};
+  bytes = bytes.substr(0, 1024);
+  for (const auto& [mark, kind] : kMarks) {
+    if (bytes.find(mark) != bytes.npos) return kind;
+  }
+  return {};
+}
+
+void WriteOutput(Context& context, const std::string& file, std::string_view bytes) {
+  const auto previous =
+      file == "-" ? std::nullopt : vndoc6::platform::ReadWholeFile(FromUtf8(file));
+  const bool is_other =
+      previous && !previous->empty() && KindOfOutput(*previous) != KindOfOutput(bytes);
+  if (is_other && !context.force) {
+    throw Failure(file + ": is a file of another kind; --force replaces it");
+  }
+  WriteBytes(context, file, bytes);
 }
 
 void WriteDocument(Context& context, const std::string& file, std::string_view bytes) {

@@ -54,6 +54,10 @@ class ClassPlan {
 // A value that is an object in JSON, or a list in one: small ones, see json_values.h.
 class ValueBuilder {
  public:
+  ValueBuilder() = default;
+  ValueBuilder(const ValueBuilder&) = delete;
+  ValueBuilder& operator=(const ValueBuilder&) = delete;
+
   bool is_open() const { return !open_.empty(); }
   void SetKey(std::string& key) { key_ = std::move(key); }
   void Open(json structure) {

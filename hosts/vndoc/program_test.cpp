@@ -364,8 +364,8 @@ TEST_F(ProgramTest, FileThatCannotGrowIsLeftAsItWas) {
   std::ofstream(File("target")) << "as it was";
   for (const Arguments& arguments :
        std::vector<Arguments>{{"edit", file, "set", "Details/Title", "x"},
-                              {"render", file, "-o", File("target")},
-                              {"report", file, "-o", File("target")},
+                              {"render", file, "-o", File("target"), "--force"},
+                              {"report", file, "-o", File("target"), "--force"},
                               {"recover", file, "-o", File("target")},
                               {"from-json", json, File("target")}}) {
     const Outcome outcome = Run(arguments, LimitFiles);

@@ -50,18 +50,18 @@ void WriteSheets(Context& context, const RenderOptions& options, const std::stri
                  const vndoc6::drawing::SvgOptions& svg_options) {
   const std::vector<std::string> sheets =
       vndoc6::drawing::SvgPages(*Load(context, options.file), svg_options);
-  if (kind == "pdf") return WriteBytes(context, options.output, ConvertSheets(sheets));
+  if (kind == "pdf") return WriteOutput(context, options.output, ConvertSheets(sheets));
   const auto converted = [&](const std::string& svg) {
     return kind == "svg" ? svg : ConvertSvg(svg, kind);
   };
-  if (sheets.size() == 1) return WriteBytes(context, options.output, converted(sheets.front()));
+  if (sheets.size() == 1) return WriteOutput(context, options.output, converted(sheets.front()));
   if (options.output == "-") {
     throw Failure("the chart takes " + std::to_string(sheets.size()) +
                   " sheets: give a name with -o, for a file each");
   }
   for (size_t i = 0; i < sheets.size(); ++i) {
     const std::string name = NameOfSheet(options.output, i + 1);
-    WriteBytes(context, name, converted(sheets[i]));
+    WriteOutput(context, name, converted(sheets[i]));
     context.out << name << '\n';
   }
 }
@@ -103,7 +103,7 @@ void Render(Context& context, const RenderOptions& options) {
   }
   svg_options.scale = options.scale > 0 ? options.scale : kind == "png" ? kForPrint : 1;
   const std::string svg = vndoc6::drawing::Svg(*Load(context, options.file), svg_options);
-  WriteBytes(context, options.output, kind == "svg" ? svg : ConvertSvg(svg, kind));
+  WriteOutput(context, options.output, kind == "svg" ? svg : ConvertSvg(svg, kind));
 }
 
 }  // namespace
@@ -116,6 +116,7 @@ void AddRender(CLI::App& app, Context& context) {
       ->add_option("-o,--output", options->output,
                    "The picture to write: .svg, .png or .pdf; - for SVG on standard output")
       ->required();
+  command->add_flag("--force", context.force, "Replace a file of another kind");
   command->add_flag("--png", options->png,
                     "Write PNG to a name without an ending, or to standard output");
   auto* const scale =

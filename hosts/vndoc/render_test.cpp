@@ -106,7 +106,10 @@ TEST_F(RenderTest, WritesAPictureAndAPage) {
   EXPECT_THAT(Bytes(target_), StartsWith("<?xml"));
   EXPECT_EQ(RunWith({"render", file_.c_str(), "-o", "-"}), kDone);
   EXPECT_EQ(out_.str(), Bytes(target_)) << "the same each time";
-  EXPECT_EQ(RunWith({"report", file_.c_str(), "-o", target_.c_str()}), kDone);
+  // Another kind of file.
+  EXPECT_EQ(RunWith({"report", file_.c_str(), "-o", target_.c_str()}), kFailed);
+  EXPECT_THAT(Bytes(target_), StartsWith("<?xml"));
+  EXPECT_EQ(RunWith({"report", file_.c_str(), "-o", target_.c_str(), "--force"}), kDone);
   EXPECT_THAT(Bytes(target_), StartsWith("<!DOCTYPE html>"));
 }
 

@@ -64,7 +64,7 @@ void WriteOne(Context& context, const ReportOptions& options) {
     html.report_of = [&](const Text& name) { return ReportBeside(page, file, name); };
   }
   const auto document = Load(context, options.files.front());
-  WriteBytes(context, options.output, vndoc6::drawing::Html(*document, html));
+  WriteOutput(context, options.output, vndoc6::drawing::Html(*document, html));
 }
 
 // The documents that can be loaded; what is wrong with another is told, and it is left out.
@@ -100,12 +100,12 @@ void WriteSite(Context& context, const ReportOptions& options) {
     html.folder = SeenFrom(folder, fs::absolute(path).parent_path());
     html.report_of = [&](const Text& name) { return reports.ReportOf(path, name); };
     const Text& report = report_names[file];
-    WriteBytes(context, ToUtf8((folder / report).u16string()),
-               vndoc6::drawing::Html(*document, html));
+    WriteOutput(context, ToUtf8((folder / report).u16string()),
+                vndoc6::drawing::Html(*document, html));
     entries.push_back(vndoc6::drawing::ReadSiteEntry(*document, report, html.report_of));
   }
-  WriteBytes(context, ToUtf8((folder / "index.html").u16string()),
-             vndoc6::drawing::SiteIndex(entries, options.language));
+  WriteOutput(context, ToUtf8((folder / "index.html").u16string()),
+              vndoc6::drawing::SiteIndex(entries, options.language));
   context.out << "Wrote " << entries.size() << (entries.size() == 1 ? " report" : " reports")
               << " and " << ToUtf8((folder / "index.html").generic_u16string()) << '\n';
 }
@@ -120,6 +120,7 @@ void AddReport(CLI::App& app, Context& context) {
       ->add_option("-o,--output", options->output,
                    "The page to write, - for standard output; or a folder for a site")
       ->required();
+  command->add_flag("--force", context.force, "Replace a file of another kind");
   command
       ->add_option_function<std::string>(
           "--language",

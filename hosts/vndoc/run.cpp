@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "command.h"
+#include "one_line.h"
 #include "vndoc6/automation/error.h"
 
 namespace vndoc {
@@ -32,7 +33,8 @@ void AddCommonOptions(CLI::App& app, Context& context) {
 }
 
 int Report(Context& context, const std::string& what) {
-  context.err << "vndoc: " << what << '\n';
+  // Names and values in it may come from anywhere.
+  context.err << "vndoc: " << OneLine(vndoc6::automation::FromUtf8(what)) << '\n';
   return kFailed;
 }
 

@@ -96,7 +96,7 @@ class Account {
     Line("  ", "Description  ", details->Description());
     Line("  ", "Authorised   ", details->AuthorisedBy()->DisplayName());
     if (details->DateApproved().days != 0) {
-      Line("  ", "Approved     ", Variant(details->DateApproved()).ToText());
+      Line("  ", "Approved     ", vndoc6::automation::DayText(details->DateApproved()));
     }
     Line("  ", "Takes        ", details->Duration());
     Line("  ", "Form         ", details->Form());
@@ -282,7 +282,8 @@ class Account {
     if (document_.RevisionHistory()->Count() > 0) Heading("Revisions");
     ForEach<vnRevision>(*document_.RevisionHistory(), [&](vnRevision& revision) {
       Line("  ", "",
-           Variant(revision.RevisionDate()).ToText() + u"  " + Variant(revision.IR()).ToText() +
+           vndoc6::automation::DayText(revision.RevisionDate()) + u"  " +
+               Variant(revision.IR()).ToText() +
                (revision.Revision() != 0 ? u"  revision " + Variant(revision.Revision()).ToText()
                                          : Text()) +
                u"  " + revision.Reason());

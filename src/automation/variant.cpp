@@ -88,8 +88,10 @@ constexpr int64_t kDaysTo1970 = 25569;
 Text TwoDigits(int64_t value) { return (value < 10 ? u"0" : u"") + ShortestText(value); }
 
 // ISO 8601, the one form that no locale changes: "2026-03-01", with a time "2026-03-01 14:30:00".
+bool IsInCalendar(Date date) { return std::fabs(date.days) < 1e7; }
+
 Text DateText(Date date) {
-  if (!(std::fabs(date.days) < 1e7)) throw Error(kOverflow);
+  if (!IsInCalendar(date)) throw Error(kOverflow);
   double whole = std::trunc(date.days);
   // The fraction counts forward from midnight, before 1899 too.
   int64_t seconds = static_cast<int64_t>(std::llround(std::fabs(date.days - whole) * 86400));
@@ -255,6 +257,10 @@ Date Variant::ToDate() const {
   if (const auto* value = If<Text>()) return DateIn(*value);
   if (IsObject()) return DefaultValue().ToDate();
   return {ToDouble()};
+}
+
+Text DayText(Date date) {
+  return IsInCalendar(date) ? DateText(date) : Variant(date.days).ToText();
 }
 
 Text Variant::ToText() const {

@@ -87,6 +87,8 @@ TEST(Variant, DatesAreTextsInTheFormThatNoLocaleChanges) {
   EXPECT_EQ(Variant(u"2026-03-01T14:30:00").ToDate().days, 46082.604166666664);
   EXPECT_EQ(Variant(u"46082.5").ToDate().days, 46082.5);
   EXPECT_EQ(ErrorOf([] { Variant(Date{1e7}).ToText(); }), kOverflow);
+  EXPECT_EQ(DayText(Date{1e300}), u"1e+300");
+  EXPECT_EQ(DayText(Date{46082}), u"2026-03-01");
 }
 
 TEST(Variant, TextsThatAreNoDatesMismatch) {

@@ -225,6 +225,7 @@ Text DescribeValue(const Variant& value) {
   if (const auto* error = value.If<automation::ErrorValue>()) {
     return u"error " + automation::NumberText(error->scode & 0xFFFF);
   }
+  if (const auto* date = value.If<automation::Date>()) return automation::DayText(*date);
   return value.ToText();
 }
 

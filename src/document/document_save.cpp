@@ -1,4 +1,6 @@
 // vnDocument's file, the writing side.
+#include <limits>
+
 #include "automation/inside.h"
 #include "bag/bag_file.h"
 #include "bag/bag_writer.h"
@@ -30,7 +32,7 @@ using bag::BagWriter;
 
 namespace {
 
-constexpr int32_t kNoFileName = 1;
+constexpr int32_t kNoNameToSaveTo = 1;
 constexpr int32_t kNotWritten = 2;
 
 template <class T>
@@ -43,7 +45,7 @@ void WritePart(T& part, BagWriter& writer) {
 bool vnDocument::Save() {
   const Ref<vnDocument> self(this);
   if (file_name_.empty()) {
-    scope_->Raise<&DocumentListener::SaveFailed>(kNoFileName);
+    scope_->Raise<&DocumentListener::SaveFailed>(kNoNameToSaveTo);
     return false;
   }
   return SaveAndReport();
@@ -52,7 +54,7 @@ bool vnDocument::Save() {
 bool vnDocument::SaveAs(const Text& psFileName) {
   const Ref<vnDocument> self(this);
   if (psFileName.empty()) {
-    scope_->Raise<&DocumentListener::SaveFailed>(kNoFileName);
+    scope_->Raise<&DocumentListener::SaveFailed>(kNoNameToSaveTo);
     return false;
   }
   // A copy under another name is another document.
@@ -133,6 +135,10 @@ class vnDocument::TempSave {
 
 bool vnDocument::SaveProcedure() {
   if (!allow_write_) return false;
+  // Before anything is touched: a counter at its end can't be moved on.
+  if (!ir_changed_ && ir_ == std::numeric_limits<int32_t>::max()) {
+    throw automation::Error(automation::kOverflow);
+  }
   TempSave temp_save(*this);
   temp_save.Begin();
   if (guid_.empty()) guid_ = platform::NewKey();

@@ -23,7 +23,6 @@ namespace vndoc6 {
 using automation::Object;
 using automation::Owned;
 using automation::Ref;
-using bag::KeptText;
 
 vnStep::vnStep() = default;
 vnStep::~vnStep() = default;

@@ -6,7 +6,7 @@ vndoc=$1
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
-shapes=$(sed -n 's/^ *vns[A-Za-z0-9]* = \([0-9]*\),.*/\1/p' "$(dirname "$0")/../../src/chart/shapes.h")
+shapes=$(sed -n 's/^ *vns[A-Za-z0-9]* = \([0-9]*\),.*/\1/p' "$(dirname "$0")/../../include/vndoc6/chart/shapes.h")
 {
   echo '{"Steps": ['
   number=0

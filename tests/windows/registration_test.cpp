@@ -98,6 +98,7 @@ TEST_F(RegistrationTest, TheMachinesContainersStay) {
 
 // Both go by the same programmatic identifiers.
 TEST_F(RegistrationTest, TheOtherBitnessKeepsItsNames) {
+  EXPECT_EQ(UnregisterForTheMachine(), S_OK);
   constexpr REGSAM kOtherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
   const automation::ClassInfo& info = PublishedClasses()[0].info();
   wchar_t class_id[40];

@@ -26,6 +26,9 @@ struct Date {
   double days = 0;
   friend auto operator<=>(const Date&, const Date&) = default;
 };
+// For people: the date as text, as a Variant gives it, or the number of days where the calendar has
+// no such day. Raises nothing.
+Text DayText(Date date);
 struct ErrorValue {
   int32_t scode = 0;
   friend auto operator<=>(const ErrorValue&, const ErrorValue&) = default;
