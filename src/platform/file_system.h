@@ -20,7 +20,8 @@ bool FileExists(TextView name);
 std::optional<std::string> ReadWholeFile(TextView name);
 
 // Writes to a fresh file beside `name`, flushes it to the disk and puts it in the place of `name`
-// in one step, keeping the permissions of the file that was there: at any instant the name holds
+// in one step, keeping owner, group, mode and access list of the file that was there as far as that
+// may be done, and never giving access to who had none: at any instant the name holds
 // the whole old or the whole new content. A link stays, what it points to is replaced. False when
 // that can't be done; then nothing changed, unless only the very last step failed, flushing the
 // folder: then the new content is there, but a loss of power may still undo it.

@@ -8,6 +8,7 @@
 #include <limits>
 #include <utility>
 
+#include "platform/file_access_posix.h"
 #include "platform/file_calls.h"
 #include "platform/file_system.h"
 #include "platform/keys.h"
@@ -48,6 +49,7 @@ class File {
   ~File() { Close(); }
 
   bool IsOpen() const { return file_ != -1; }
+  int handle() const { return file_; }
   int open_error() const { return open_error_; }
   // Its status when it is a regular file.
   std::optional<struct stat> RegularStatus() const {
@@ -124,15 +126,15 @@ std::string FollowLinks(std::string name) {
 // A fresh file beside the one it is to replace; gone again unless it did.
 class Replacement {
  public:
-  // `target` is no link, or one that is to be replaced. Without permissions it gets those of any
+  // `target` is no link, or one that is to be replaced. Without an access it gets that of any
   // new file.
-  Replacement(std::string target, std::optional<unsigned> permissions)
+  Replacement(std::string target, std::optional<FileAccess> access)
       : target_(std::move(target)),
         name_(FolderOf(target_) + "." + automation::ToUtf8(NewKey()) + ".tmp"),
-        permissions_(permissions),
+        access_(std::move(access)),
         folder_(FolderOf(target_), O_RDONLY | O_DIRECTORY),
-        // Nobody else may read it before it has its permissions.
-        file_(name_, O_WRONLY | O_CREAT | O_EXCL, permissions ? 0600 : 0666),
+        // Nobody else may read it before it has its own access.
+        file_(name_, O_WRONLY | O_CREAT | O_EXCL, access_ ? 0600 : 0666),
         discard_(file_.IsOpen()) {}
   ~Replacement() {
     if (discard_) file_calls().unlink(name_.c_str());
@@ -144,7 +146,7 @@ class Replacement {
   bool Place(const std::function<bool()>& before_placing = {}) {
     // A folder that may be written but not read can't be flushed.
     if (!folder_.IsOpen() && folder_.open_error() != EACCES) return false;
-    if (permissions_ && !file_.SetMode(*permissions_)) return false;
+    if (access_ && !file_.SetMode(KeepAccess(file_.handle(), *access_))) return false;
     if (!file_.Flush() || !file_.Close()) return false;
     if (before_placing && !before_placing()) return false;
     if (file_calls().rename(name_.c_str(), target_.c_str()) != 0) return false;
@@ -156,24 +158,21 @@ class Replacement {
  private:
   std::string target_;
   std::string name_;
-  std::optional<unsigned> permissions_;
+  std::optional<FileAccess> access_;
   File folder_;
   File file_;
   bool discard_;
 };
 
-// Without the bits that run a program as its owner: that may be somebody else now.
-unsigned PermissionsOf(const struct stat& status) { return status.st_mode & 0777; }
-
 // False when `name` must not be replaced: a file that can't be written, a folder, a device. Else
-// sets the permissions to those of the file that is there, if any.
-bool MayReplace(const std::string& name, std::optional<unsigned>& permissions) {
+// sets the access to that of the file that is there, if any.
+bool MayReplace(const std::string& name, std::optional<FileAccess>& access) {
   if (name.empty()) return false;
   // Without blocking: opening a pipe that nobody reads waits for ever.
   const File previous(name, O_WRONLY | O_NONBLOCK);
   if (!previous.IsOpen()) return previous.open_error() == ENOENT;
   const auto status = previous.RegularStatus();
-  if (status) permissions = PermissionsOf(*status);
+  if (status) access = AccessOf(previous.handle(), *status);
   return status.has_value();
 }
 
@@ -218,14 +217,14 @@ std::optional<std::string> ReadWholeFile(TextView name) {
 bool ReplaceFileWith(TextView name, std::string_view bytes,
                      const std::function<bool()>& before_placing) {
   const std::string target = SystemName(name);
-  std::optional<unsigned> permissions;
-  if (!MayReplace(target, permissions)) return false;
-  Replacement replacement(FollowLinks(target), permissions);
+  std::optional<FileAccess> access;
+  if (!MayReplace(target, access)) return false;
+  Replacement replacement(FollowLinks(target), std::move(access));
   return replacement.Write(bytes) && replacement.Place(before_placing);
 }
 
 bool MayReplaceFile(TextView name) {
-  std::optional<unsigned> ignored;
+  std::optional<FileAccess> ignored;
   return MayReplace(SystemName(name), ignored);
 }
 
@@ -233,10 +232,10 @@ bool CopyFileTo(TextView from, TextView to) {
   const File source(SystemName(from), O_RDONLY | O_NONBLOCK);
   const auto status = source.RegularStatus();
   const std::string target = SystemName(to);
-  std::optional<unsigned> ignored;
+  std::optional<FileAccess> ignored;
   if (!status || !(LinkTarget(target) || MayReplace(target, ignored))) return false;
   // A copy is no easier to read than what was copied.
-  Replacement replacement(target, PermissionsOf(*status));
+  Replacement replacement(target, AccessOf(source.handle(), *status));
   std::array<char, 65536> piece;
   while (const auto count = source.Read(piece.data(), piece.size())) {
     if (*count == 0) return replacement.Place();

@@ -1,6 +1,10 @@
 #include "platform/file_system.h"
 
+#include <grp.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -59,6 +63,49 @@ TEST_F(FileSystem, ReplacesTheContentAndNothingElse) {
   EXPECT_EQ(FilesInFolder(), 1u);
   EXPECT_TRUE(DeleteFileNamed(name));
   EXPECT_FALSE(DeleteFileNamed(name));
+}
+
+// What somebody else saves is read by nobody who could not read it before. Only the administrator
+// can try that.
+TEST_F(FileSystem, NobodyGetsAccessByASave) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only the administrator can own files for others";
+  constexpr uid_t kOwner = 12345, kOther = 23456;
+  constexpr gid_t kGroup = 12346, kOthersGroup = 23457;
+  struct Case {
+    uid_t saver;
+    unsigned mode;
+    uid_t owner;
+    gid_t group;
+    unsigned mode_after;
+  };
+  const Case cases[] = {
+      {0, 0640, kOwner, kGroup, 0640},
+      {kOther, 0666, kOther, kOthersGroup, 0606},  // the group can't be kept: its bits go
+  };
+  SetPermissions("", 0777);
+  for (const Case& test : cases) {
+    ASSERT_TRUE(ReplaceFileWith(Name("plan"), "before"));
+    const std::string plan = (folder_ / "plan").string();
+    ASSERT_EQ(::chown(plan.c_str(), kOwner, kGroup), 0);
+    SetPermissions("plan", test.mode);
+    const pid_t saver = ::fork();
+    if (saver == 0) {
+      const bool is_other =
+          test.saver == 0 || (::setgroups(0, nullptr) == 0 && ::setgid(kOthersGroup) == 0 &&
+                              ::setuid(test.saver) == 0);
+      ::_exit(is_other && ReplaceFileWith(Name("plan"), "after") ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(::waitpid(saver, &status, 0), saver);
+    EXPECT_EQ(status, 0);
+    struct stat after {};
+    ASSERT_EQ(::stat(plan.c_str(), &after), 0);
+    EXPECT_EQ(after.st_uid, test.owner);
+    EXPECT_EQ(after.st_gid, test.group);
+    EXPECT_EQ(after.st_mode & 0777, test.mode_after);
+    EXPECT_EQ(ReadWholeFile(Name("plan")), "after");
+    ASSERT_TRUE(DeleteFileNamed(Name("plan")));
+  }
 }
 
 TEST_F(FileSystem, NamesThatCanBeNoFile) {
