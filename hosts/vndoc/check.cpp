@@ -57,7 +57,7 @@ class Checker {
 
   // A step that was taken out of the numbering (-1) is as it should be.
   void CheckNumbers() {
-    int32_t expected = 1;
+    int64_t expected = 1;  // a number may be the highest Long
     for (const FlowStep& step : flow_.steps) {
       const int32_t number = step.step->StepIndex();
       if (number == 0) Add("no number", NameOf(*step.step) + " has no number", true);
@@ -67,7 +67,7 @@ class Checker {
       } else if (number > expected) {
         Add("missing number", "there is no step " + std::to_string(expected), true);
       }
-      expected = std::max(expected, number + 1);
+      expected = std::max(expected, int64_t{number} + 1);
     }
   }
 
