@@ -54,7 +54,8 @@ class ClassPlan {
 // A value that is an object in JSON, or a list in one: small ones, see json_values.h.
 class ValueBuilder {
  public:
-  ValueBuilder() = default;
+  // A JSON value makes room when it is made.
+  ValueBuilder() noexcept(false) = default;
   ValueBuilder(const ValueBuilder&) = delete;
   ValueBuilder& operator=(const ValueBuilder&) = delete;
 
