@@ -24,7 +24,9 @@ void UnknownEntries::TakeFrom(BagReader& reader) {
 }
 
 void UnknownEntries::Write(BagWriter& writer) const {
-  for (const KeptText& entry : list()) writer.Append(entry);
+  // A damaged text may hold what stands for nothing: written as it is meant, it reads the same
+  // again.
+  for (const KeptText& entry : list()) writer.Append(entry.Unescaped());
 }
 
 }  // namespace vndoc6::bag
