@@ -33,7 +33,6 @@ test_native() {
   check "manifest" build/native/vndoc6_idl --check idl/VNDoc6.manifest
   check "reference" build/native/vndoc6_idl --check docs/reference.md
   check "demo" demo_native
-  check "shapes in a browser" tests/vndoc/shapes_test.sh build/native/vndoc
   check "demo: picture and page" demo_pictures
   check "consumer of the package" check_consumer_package
   check "README: C++ example" check_readme_cpp
@@ -44,6 +43,7 @@ test_more() {
   check "format" check_format
   check "speed against what was reached" build/native/vndoc6_bench --guard
   check "report in a browser" check_report
+  check "shapes in a browser" tests/vndoc/shapes_test.sh build/native/vndoc
   check "consumer with the sources" check_consumer_sources
   test_clang
   test_sanitizers
